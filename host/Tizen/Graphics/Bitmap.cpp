@@ -1,0 +1,24 @@
+#include "Tizen/Graphics/Bitmap.h"
+
+#include <utility>
+
+#include "backend/Painter.h"
+
+namespace Tizen {
+namespace Graphics {
+
+Bitmap::Bitmap(std::shared_ptr<const host::Picture> pPicture, std::string fileName)
+    : pPicture_(std::move(pPicture)), fileName_(std::move(fileName)) {}
+
+Bitmap::~Bitmap() = default;
+
+int Bitmap::GetWidth() const {
+    return pPicture_ ? pPicture_->Size().width : 0;
+}
+
+int Bitmap::GetHeight() const {
+    return pPicture_ ? pPicture_->Size().height : 0;
+}
+
+}  // namespace Graphics
+}  // namespace Tizen

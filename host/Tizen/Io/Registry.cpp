@@ -1,0 +1,162 @@
+#include "Tizen/Io/Registry.h"
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Tizen/Base/Collection/ArrayList.h"
+#include "Tizen/Base/Collection/SingleObjectDeleter.h"
+#include "runtime/Runtime.h"
+#include "runtime/settings/SettingsDocument.h"
+
+namespace Tizen {
+namespace Io {
+
+using host::Runtime;
+using host::SettingsDocument;
+using Tizen::Base::String;
+using Tizen::Base::Collection::ArrayList;
+using Tizen::Base::Collection::IList;
+using Tizen::Base::Collection::SingleObjectDeleter;
+
+namespace {
+
+// A settings file has a few hundred bytes; this only keeps a stray file from being taken for one.
+constexpr std::size_t kMostBytes = std::size_t{1} << 20;
+
+result ToResult(SettingsDocument::Outcome outcome) {
+    switch (outcome) {
+        case SettingsDocument::Outcome::kDone:
+            return E_SUCCESS;
+        case SettingsDocument::Outcome::kInvalid:
+            return E_INVALID_ARG;
+        case SettingsDocument::Outcome::kNoSection:
+            return E_SECTION_NOT_FOUND;
+        case SettingsDocument::Outcome::kNoEntry:
+            return E_KEY_NOT_FOUND;
+        case SettingsDocument::Outcome::kExists:
+            return E_OBJ_ALREADY_EXIST;
+    }
+    return E_FAILURE;
+}
+
+void Say(const std::string& path, const char* problem) {
+    Runtime::Current().GetConsole().SayOnce("settings file " + path + ": " + problem);
+}
+
+}  // namespace
+
+struct Registry::Opened {
+    struct Change {
+        std::string section;
+        std::string key;
+        std::string value;
+    };
+
+    std::string path;
+    SettingsDocument document;
+    bool isChanged = false;
+    std::vector<Change> unwritten;  // what the trace tells once it is on the disk
+};
+
+Registry::Registry() = default;
+
+Registry::~Registry() = default;
+
+result Registry::Construct(const String& path, bool createIfMissing) {
+    if (pOpened_ != nullptr) return E_INVALID_STATE;
+    auto pOpened = std::make_unique<Opened>();
+    pOpened->path = path.ToUtf8();
+    host::Storage& storage = Runtime::Current().GetStorage();
+    std::vector<std::byte> content;
+    switch (storage.Read(pOpened->path, kMostBytes, content)) {
+        case host::ReadOutcome::kRead:
+            pOpened->document = SettingsDocument(content);
+            break;
+        case host::ReadOutcome::kMissing:
+            if (!createIfMissing) return E_FILE_NOT_FOUND;
+            if (!storage.Replace(pOpened->path, {})) {
+                Say(pOpened->path, "cannot be made; settings are not kept");
+                return E_IO;
+            }
+            break;
+        case host::ReadOutcome::kTooLarge:
+            Say(pOpened->path, "too large for settings; it is left alone and the defaults are used");
+            return E_IO;
+        case host::ReadOutcome::kFailed:
+            Say(pOpened->path, "cannot be read; it is left alone and the defaults are used");
+            return E_IO;
+    }
+    pOpened_ = std::move(pOpened);
+    return E_SUCCESS;
+}
+
+IList* Registry::GetAllSectionNamesN() const {
+    auto pNames = std::make_unique<ArrayList>(SingleObjectDeleter);
+    if (pOpened_ != nullptr) {
+        for (const std::string& name : pOpened_->document.SectionNames()) pNames->Add(new String(name.c_str()));
+    }
+    return pNames.release();
+}
+
+result Registry::AddSection(const String& section) {
+    if (pOpened_ == nullptr) return E_INVALID_STATE;
+    const SettingsDocument::Outcome outcome = pOpened_->document.AddSection(section.ToUtf8());
+    if (outcome == SettingsDocument::Outcome::kDone) pOpened_->isChanged = true;
+    return ToResult(outcome);
+}
+
+result Registry::GetValue(const String& section, const String& key, String& value) const {
+    if (pOpened_ == nullptr) return E_INVALID_STATE;
+    std::string text;
+    const SettingsDocument::Outcome outcome = pOpened_->document.Find(section.ToUtf8(), key.ToUtf8(), text);
+    if (outcome == SettingsDocument::Outcome::kDone) value = String(text.c_str());
+    return ToResult(outcome);
+}
+
+result Registry::SetValue(const String& section, const String& key, const String& value) {
+    return Write(section, key, value, false);
+}
+
+result Registry::AddValue(const String& section, const String& key, const String& value) {
+    return Write(section, key, value, true);
+}
+
+result Registry::Write(const String& section, const String& key, const String& value, bool isNew) {
+    if (pOpened_ == nullptr) return E_INVALID_STATE;
+    Opened::Change change{section.ToUtf8(), key.ToUtf8(), value.ToUtf8()};
+    SettingsDocument& document = pOpened_->document;
+    const SettingsDocument::Outcome outcome = isNew ? document.AddValue(change.section, change.key, change.value)
+                                                    : document.SetValue(change.section, change.key, change.value);
+    if (outcome != SettingsDocument::Outcome::kDone) return ToResult(outcome);
+    pOpened_->isChanged = true;
+    pOpened_->unwritten.push_back(std::move(change));
+    return E_SUCCESS;
+}
+
+result Registry::Flush() {
+    if (pOpened_ == nullptr) return E_INVALID_STATE;
+    if (!pOpened_->isChanged) return E_SUCCESS;
+    const std::vector<std::byte> content = pOpened_->document.Content();
+    // A file that has grown beyond what is read would be lost to the next access.
+    const bool isWritable = content.size() <= kMostBytes;
+    if (!isWritable || !Runtime::Current().GetStorage().Replace(pOpened_->path, content)) {
+        Say(pOpened_->path, "cannot be written; the settings in it stay as they were");
+        return E_IO;
+    }
+    for (const Opened::Change& change : pOpened_->unwritten) {
+        Runtime::Current()
+            .GetTrace()
+            .Add("settings", "write")
+            .Text("section", change.section)
+            .Text("key", change.key)
+            .Text("value", change.value);
+    }
+    pOpened_->unwritten.clear();
+    pOpened_->isChanged = false;
+    return E_SUCCESS;
+}
+
+}  // namespace Io
+}  // namespace Tizen

@@ -1,0 +1,59 @@
+#include "Tizen/Ui/Controls/Form.h"
+
+#include "Tizen/Ui/Controls/IFormBackEventListener.h"
+#include "Tizen/Ui/HostColor.h"
+#include "runtime/screen/BoxNode.h"
+#include "runtime/screen/Screen.h"
+
+namespace Tizen {
+namespace Ui {
+namespace Controls {
+
+using Tizen::Base::String;
+using Tizen::Graphics::Color;
+using Tizen::Graphics::Rectangle;
+
+Form::Form() {
+    const host::PixelSize screen = GetScreen().GetPhoneScreen();
+    GetNode().SetBounds({0, 0, screen.width, screen.height});
+}
+
+Form::~Form() = default;
+
+result Form::Construct(const String& layoutName) {
+    const host::LayoutControl* pLayout = GetScreen().GetPackage().FindLayout(layoutName.ToUtf8());
+    if (pLayout == nullptr || pLayout->kind != host::ControlKind::kForm) return E_FILE_NOT_FOUND;
+    ApplyLayout(*pLayout);
+    return E_SUCCESS;
+}
+
+Rectangle Form::GetClientAreaBounds() const {
+    const Rectangle bounds = GetBounds();
+    return Rectangle(0, 0, bounds.width, bounds.height);
+}
+
+result Form::SetBackgroundColor(const Color& color) {
+    static_cast<host::BoxNode&>(GetNode()).SetBackground(ToHost(color));
+    return E_SUCCESS;
+}
+
+Color Form::GetBackgroundColor() const {
+    return FromHost(static_cast<const host::BoxNode&>(GetNode()).Background());
+}
+
+void Form::SetFormBackEventListener(IFormBackEventListener* pListener) {
+    pBackListener_ = pListener;
+}
+
+void Form::ApplyLayout(const host::LayoutControl& layout) {
+    Container::ApplyLayout(layout);
+    static_cast<host::BoxNode&>(GetNode()).SetLook(layout.box);
+}
+
+void Form::OnBackReleased() {
+    if (pBackListener_ != nullptr) pBackListener_->OnFormBackRequested(*this);
+}
+
+}  // namespace Controls
+}  // namespace Ui
+}  // namespace Tizen

@@ -1,0 +1,42 @@
+#include "Tizen/Ui/Controls/Label.h"
+
+#include "runtime/screen/BoxNode.h"
+#include "runtime/screen/Screen.h"
+
+namespace Tizen {
+namespace Ui {
+namespace Controls {
+
+using Tizen::Base::String;
+using Tizen::Graphics::Bitmap;
+
+Label::Label() : Control(std::make_unique<host::BoxNode>(GetScreen())) {}
+
+Label::~Label() = default;
+
+result Label::SetText(const String& text) {
+    static_cast<host::BoxNode&>(GetNode()).SetText(text.ToUtf8());
+    return E_SUCCESS;
+}
+
+String Label::GetText() const {
+    return String(static_cast<const host::BoxNode&>(GetNode()).Text().c_str());
+}
+
+result Label::SetBackgroundBitmap(const Bitmap& bitmap) {
+    TraceBitmap(bitmap.GetFileName());
+    static_cast<host::BoxNode&>(GetNode()).SetPicture(bitmap.GetPicture());
+    return E_SUCCESS;
+}
+
+void Label::ApplyLayout(const host::LayoutControl& layout) {
+    Control::ApplyLayout(layout);
+    auto& node = static_cast<host::BoxNode&>(GetNode());
+    node.SetLook(layout.box);
+    node.SetPicture(GetScreen().GetPackage().FindPicture(layout.picture));
+    node.SetTextLook(layout.text);
+}
+
+}  // namespace Controls
+}  // namespace Ui
+}  // namespace Tizen

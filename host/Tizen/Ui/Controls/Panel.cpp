@@ -1,0 +1,23 @@
+#include "Tizen/Ui/Controls/Panel.h"
+
+#include "runtime/screen/BoxNode.h"
+#include "runtime/screen/Screen.h"
+
+namespace Tizen {
+namespace Ui {
+namespace Controls {
+
+Panel::Panel() = default;
+
+Panel::~Panel() = default;
+
+void Panel::ApplyLayout(const host::LayoutControl& layout) {
+    Container::ApplyLayout(layout);
+    auto& node = static_cast<host::BoxNode&>(GetNode());
+    node.SetLook(layout.box);
+    node.SetPicture(GetScreen().GetPackage().FindPicture(layout.picture));
+}
+
+}  // namespace Controls
+}  // namespace Ui
+}  // namespace Tizen

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "backend/Clock.h"
+#include "backend/Geometry.h"
+#include "backend/Painter.h"
+
+namespace host {
+
+enum class TouchPhase { kDown, kMove, kUp, kCancel };
+
+/// One finger's news, in the window's device pixels. A mouse is one more finger.
+struct TouchInput {
+    std::int64_t finger = 0;
+    TouchPhase phase = TouchPhase::kDown;
+    double x = 0;
+    double y = 0;
+};
+
+enum class KeyPhase { kDown, kRepeat, kUp };
+enum class ShiftKey { kReleased, kHeld };
+
+/// A key by its position: `code` is a name of the W3C's "UI Events KeyboardEvent code Values" (KeyR, Space, Escape).
+struct KeyInput {
+    std::string_view code;
+    KeyPhase phase = KeyPhase::kDown;
+    ShiftKey shift = ShiftKey::kReleased;
+};
+
+/// Receives what happens to a window, on the UI thread.
+class WindowListener {
+public:
+    virtual void OnTouch(const TouchInput& touch) = 0;
+    virtual void OnKey(const KeyInput& key) = 0;
+    /// Every finger and every key is to be taken as lifted.
+    virtual void OnInputLost() = 0;
+    /// The window's size or scale is another one now; all of it must be painted.
+    virtual void OnResized() = 0;
+    /// The window's pixels were lost; all of it must be presented again.
+    virtual void OnExposed() = 0;
+    virtual void OnVisibilityChanged(bool isVisible) = 0;
+    virtual void OnCloseRequested() = 0;
+
+protected:
+    ~WindowListener() = default;
+};
+
+/// The one window. UI thread only.
+class Window {
+public:
+    virtual ~Window() = default;
+
+    /// Opens the window for a phone screen of `screen` pixels; false when there is no display for it.
+    [[nodiscard]] virtual bool Open(std::string_view title, PixelSize screen, WindowListener& listener) = 0;
+    /// No listener is called after this.
+    virtual void Close() = 0;
+
+    /// Device pixels.
+    [[nodiscard]] virtual PixelSize Size() const = 0;
+    /// The pixels to compose on, of Size() and scale 1. They keep their content from one frame to the next; the
+    /// reference holds until the next OnResized or OnExposed.
+    [[nodiscard]] virtual Surface& Pixels() = 0;
+    /// Shows the given rectangles of Pixels().
+    virtual void Present(std::span<const PixelRect> damage) = 0;
+    /// The time between two frames of the display.
+    [[nodiscard]] virtual Microseconds FrameInterval() const = 0;
+};
+
+}  // namespace host

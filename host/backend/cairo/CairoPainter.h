@@ -1,0 +1,43 @@
+#pragma once
+
+#include <future>
+#include <memory>
+
+#include "backend/Painter.h"
+
+namespace host {
+
+class PangoFonts;
+
+/// The painter that every back end with a processor's memory to draw in shares: Cairo for shapes and pictures, Pango
+/// for texts. UI thread only. Its surfaces, pictures and texts work with each other, not with those of another painter.
+class CairoPainter final : public Painter {
+public:
+    CairoPainter();
+    ~CairoPainter() override;
+    CairoPainter(const CairoPainter&) = delete;
+    CairoPainter& operator=(const CairoPainter&) = delete;
+
+    [[nodiscard]] std::unique_ptr<Surface> CreateSurface(PixelSize size, double scale) override;
+    [[nodiscard]] std::shared_ptr<const Picture> DecodePicture(std::span<const std::byte> png) override;
+    [[nodiscard]] std::shared_ptr<const Picture> CreatePicture(PixelSize size, std::span<const Rgba> pixels) override;
+    [[nodiscard]] std::unique_ptr<TextLayout> CreateText(std::string_view utf8, const TextStyle& style,
+                                                         double scale) override;
+    [[nodiscard]] bool WritePng(const Surface& surface, const std::string& path) override;
+
+    /// A surface without alpha for a window's pixels: black at first, scale 1.
+    [[nodiscard]] std::unique_ptr<Surface> CreateOpaqueSurface(PixelSize size);
+    /// A surface without alpha and of scale 1 on somebody else's pixels, which must outlive it. A pixel is 32 bits in
+    /// the machine's byte order, 0x??RRGGBB; `stride` is the bytes from one row to the next. Null when Cairo cannot
+    /// draw on pixels laid out like that.
+    [[nodiscard]] std::unique_ptr<Surface> WrapPixels(unsigned char* pixels, int width, int height, int stride);
+
+    /// Begins to find the fonts, which takes 10 ms, on another thread, so that the first text need not wait for it.
+    void PrepareTexts();
+
+private:
+    std::unique_ptr<PangoFonts> fonts_;  ///< made for the first text, if not taken from the next
+    std::future<std::unique_ptr<PangoFonts>> fontsInTheMaking_;
+};
+
+}  // namespace host

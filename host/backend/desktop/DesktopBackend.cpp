@@ -1,0 +1,82 @@
+#include "backend/desktop/DesktopBackend.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <utility>
+
+#include "backend/cairo/CairoPainter.h"
+#include "backend/desktop/DesktopLoopDriver.h"
+#include "backend/desktop/DesktopMicrophone.h"
+#include "backend/desktop/DesktopSpeaker.h"
+#include "backend/desktop/DesktopWindow.h"
+#include "backend/desktop/SdlLibrary.h"
+#include "backend/posix/MonotonicClock.h"
+#include "backend/posix/PosixStorage.h"
+
+// What the desktop back end supports:
+//   clock        the machine's monotonic one
+//   loop driver  waits for events and due times, woken from any thread; Ctrl-C and kill ask the window to close
+//   window       X11 and Wayland through SDL2, resizable, high resolutions; every touch screen, mouse, keys by position
+//   painter      Cairo and Pango
+//   speaker      the default device at its own rate, 256 frames asked for; found again by itself when it is lost
+//   microphone   the default device, converted to the wanted format; found again by itself when it is lost
+//   storage      files
+
+namespace host {
+
+namespace {
+
+class DesktopBackend final : public Backend {
+public:
+    DesktopBackend(const BackendOptions& options, std::unique_ptr<SdlSubsystem> video)
+        : video_(std::move(video)), storage_(options.packageRoot, options.dataRoot) {
+        painter_.PrepareTexts();
+    }
+
+    [[nodiscard]] Clock& GetClock() override { return clock_; }
+    [[nodiscard]] LoopDriver& GetLoopDriver() override { return loopDriver_; }
+    [[nodiscard]] Window& GetWindow() override { return window_; }
+    [[nodiscard]] Painter& GetPainter() override { return painter_; }
+    [[nodiscard]] Speaker& GetSpeaker() override { return speaker_; }
+    [[nodiscard]] Microphone& GetMicrophone() override { return microphone_; }
+    [[nodiscard]] Storage& GetStorage() override { return storage_; }
+
+private:
+    std::unique_ptr<SdlSubsystem> video_;
+    MonotonicClock clock_;
+    CairoPainter painter_;
+    DesktopWindow window_{painter_};
+    DesktopSpeaker speaker_{clock_};
+    DesktopMicrophone microphone_{clock_};
+    DesktopLoopDriver loopDriver_{clock_, window_, speaker_, microphone_};
+    PosixStorage storage_;
+};
+
+/// The connection to the display that IsDesktopAvailable has made: making it is half of the time that a window takes.
+std::unique_ptr<SdlSubsystem>& KeptVideo() {
+    static std::unique_ptr<SdlSubsystem> video;
+    return video;
+}
+
+}  // namespace
+
+std::unique_ptr<Backend> CreateDesktopBackend(const BackendOptions& options) {
+    std::unique_ptr<SdlSubsystem> video = std::exchange(KeptVideo(), nullptr);
+    if (!video) video = std::make_unique<SdlSubsystem>(SDL_INIT_VIDEO);
+    return std::make_unique<DesktopBackend>(options, std::move(video));
+}
+
+bool IsDesktopAvailable() {
+    // Without any of these SDL would still take a text console over, which nobody wants who is logged in from afar.
+    constexpr std::array<const char*, 3> kSigns = {"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"};
+    const auto isSet = [](const char* name) {
+        const char* const value = std::getenv(name);
+        return value != nullptr && *value != '\0';
+    };
+    if (std::none_of(kSigns.begin(), kSigns.end(), isSet)) return false;
+    if (!KeptVideo()) KeptVideo() = std::make_unique<SdlSubsystem>(SDL_INIT_VIDEO);
+    return KeptVideo()->IsWorking();
+}
+
+}  // namespace host

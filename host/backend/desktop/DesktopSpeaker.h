@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+
+#include "backend/Clock.h"
+#include "backend/Speaker.h"
+#include "backend/desktop/LatenessMeter.h"
+#include "backend/desktop/PacingThread.h"
+#include "backend/desktop/SdlAudioDevice.h"
+
+namespace host {
+
+/// The desktop's default sound output, at its own rate as long as it is the first one since Open. Operations are the UI
+/// thread's; the client is pulled on the device's thread or, without a device, on one of ours, never on both.
+class DesktopSpeaker final : public Speaker {
+public:
+    explicit DesktopSpeaker(const Clock& clock) : clock_(clock) {}
+    ~DesktopSpeaker() override { Close(); }
+    DesktopSpeaker(const DesktopSpeaker&) = delete;
+    DesktopSpeaker& operator=(const DesktopSpeaker&) = delete;
+
+    void Open(SpeakerClient& client) override;
+    void Close() noexcept override;
+
+    [[nodiscard]] int Rate() const noexcept override { return rate_; }
+    [[nodiscard]] int PeriodFrames() const noexcept override { return periodFrames_; }
+    [[nodiscard]] std::uint64_t Underruns() const noexcept override { return meter_.Count() - underrunsAtOpen_; }
+
+    /// Notices a lost device, and looks for one in a lost one's place. Returns when it wants to be called again, or
+    /// LoopClient::kNever.
+    Microseconds Tend(Microseconds now);
+    /// The system has a new device: the next Tend tries it.
+    void OnDeviceAdded() noexcept { retryAt_ = 0; }
+
+private:
+    static constexpr int kUsualRate = 48'000;        // frames a second, where no device tells another
+    static constexpr int kWantedPeriodFrames = 256;  // 5 ms: a press is heard at once, and every device can do it
+
+    static void FillStream(void* self, Uint8* stream, int bytes) noexcept;
+    [[nodiscard]] bool OpenDevice(int changes);
+
+    const Clock& clock_;
+    SdlAudioDevice device_{SdlAudioDevice::Direction::kPlayback};
+    std::optional<PacingThread> pacing_;
+    SpeakerClient* client_ = nullptr;
+    LatenessMeter meter_;
+    std::uint64_t underrunsAtOpen_ = 0;
+    int rate_ = kUsualRate;
+    int periodFrames_ = kWantedPeriodFrames;
+    Microseconds retryAt_ = 0;
+};
+
+}  // namespace host

@@ -1,0 +1,287 @@
+#include "backend/desktop/DesktopWindow.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "backend/desktop/KeyCodes.h"
+
+namespace host {
+
+namespace {
+
+constexpr Microseconds kUsualFrameInterval = 16'667;
+constexpr std::int64_t kMouseFinger = 0;
+// The part of the desktop's free area that the window takes at most, for the frame that the window manager adds: how
+// much that is can be asked only when the window is there.
+constexpr double kShareOfDesktop = 0.92;
+constexpr int kSmallestDivisor = 4;  // The window may be made as small as a quarter of the phone's screen.
+constexpr int kPixelBits = 32;
+constexpr std::size_t kPixelBytes = 4;
+
+bool IsOfTouchScreen(Uint32 mouse) {
+    return mouse == SDL_TOUCH_MOUSEID;
+}
+
+PixelSize FittingSize(PixelSize screen) {
+    SDL_Rect usable{};
+    if (SDL_GetDisplayUsableBounds(0, &usable) != 0) return screen;
+    const double scale =
+        std::min({1.0, usable.w * kShareOfDesktop / screen.width, usable.h * kShareOfDesktop / screen.height});
+    return {static_cast<int>(std::lround(screen.width * scale)), static_cast<int>(std::lround(screen.height * scale))};
+}
+
+}  // namespace
+
+DesktopWindow::DesktopWindow(CairoPainter& painter)
+    : painter_(painter), pixels_(painter.CreateOpaqueSurface({})), frameInterval_(kUsualFrameInterval) {}
+
+DesktopWindow::~DesktopWindow() {
+    Close();
+}
+
+bool DesktopWindow::Open(std::string_view title, PixelSize screen, WindowListener& listener) {
+    Close();
+    if (SDL_WasInit(SDL_INIT_VIDEO) == 0) return false;
+    // By default SDL sends a window's pixels through OpenGL, which takes ten times as long for a part of the window and
+    // 90 MiB of memory. Wayland has no other way.
+    if (std::string_view(SDL_GetCurrentVideoDriver()) != "wayland") {
+        SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+    }
+    const PixelSize size = FittingSize(screen);
+    window_.reset(SDL_CreateWindow(std::string(title).c_str(), SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED,
+                                   size.width, size.height, SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
+    if (!window_) return false;
+    SDL_SetWindowMinimumSize(window_.get(), std::max(1, std::min(size.width, screen.width / kSmallestDivisor)),
+                             std::max(1, std::min(size.height, screen.height / kSmallestDivisor)));
+    // Keys are positions here; an input method that waits for text would swallow them.
+    SDL_StopTextInput();
+    TakePixels();
+    if (target_ == nullptr) {
+        Close();
+        return false;
+    }
+    MeasureFrameInterval();
+    visibility_ = Visibility::kVisible;
+    listener_ = &listener;
+    return true;
+}
+
+void DesktopWindow::Close() {
+    listener_ = nullptr;
+    fingers_.LiftAll();
+    isMouseDown_ = isResized_ = isExposed_ = false;
+    pixels_ = painter_.CreateOpaqueSurface({});
+    shadowSurface_.reset();
+    target_ = nullptr;
+    window_.reset();
+}
+
+void DesktopWindow::Present(std::span<const PixelRect> damage) {
+    if (target_ == nullptr || isResized_) return;
+    const PixelRect bounds{0, 0, target_->w, target_->h};
+    presented_.clear();
+    for (const PixelRect& rect : damage) {
+        const PixelRect visible = rect.Intersection(bounds);
+        if (!visible.IsEmpty()) presented_.push_back({visible.x, visible.y, visible.width, visible.height});
+    }
+    if (presented_.empty()) return;
+    if (shadowSurface_) {
+        for (const SDL_Rect& rect : presented_) {
+            SDL_Rect place = rect;
+            SDL_BlitSurface(shadowSurface_.get(), &rect, target_, &place);
+        }
+    }
+    // It fails when the window has just changed its size; the news of that is in the queue, and all is presented then.
+    SDL_UpdateWindowSurfaceRects(window_.get(), presented_.data(), static_cast<int>(presented_.size()));
+}
+
+void DesktopWindow::HandleEvent(const SDL_Event& event) {
+    if (listener_ == nullptr) return;
+    switch (event.type) {
+        case SDL_WINDOWEVENT:
+            HandleWindowEvent(event.window);
+            break;
+        case SDL_DISPLAYEVENT:
+            MeasureFrameInterval();
+            break;
+        case SDL_FINGERDOWN:
+        case SDL_FINGERMOTION:
+        case SDL_FINGERUP:
+            HandleFinger(event.tfinger);
+            break;
+        case SDL_MOUSEBUTTONDOWN:
+        case SDL_MOUSEBUTTONUP:
+            HandleMouseButton(event.button);
+            break;
+        case SDL_MOUSEMOTION:
+            if (isMouseDown_ && !IsOfTouchScreen(event.motion.which)) {
+                SendMouse(TouchPhase::kMove, event.motion.x, event.motion.y);
+            }
+            break;
+        case SDL_KEYDOWN:
+        case SDL_KEYUP:
+            HandleKey(event.key);
+            break;
+        case SDL_RENDER_TARGETS_RESET:
+        case SDL_RENDER_DEVICE_RESET:
+            isExposed_ = true;
+            break;
+        case SDL_QUIT:
+            RequestClose();
+            break;
+        default:
+            break;
+    }
+}
+
+void DesktopWindow::FinishEvents() {
+    if (listener_ == nullptr) return;
+    while (const auto orphan = fingers_.TakeOrphan()) {
+        listener_->OnTouch({orphan->number, TouchPhase::kCancel, orphan->at.x, orphan->at.y});
+    }
+    if (isResized_) {
+        isResized_ = isExposed_ = false;
+        TakePixels();
+        MeasureFrameInterval();
+        listener_->OnResized();
+    } else if (isExposed_) {
+        isExposed_ = false;
+        listener_->OnExposed();
+    }
+}
+
+void DesktopWindow::RequestClose() {
+    if (listener_ != nullptr) listener_->OnCloseRequested();
+}
+
+void DesktopWindow::HandleWindowEvent(const SDL_WindowEvent& event) {
+    switch (event.event) {
+        case SDL_WINDOWEVENT_SIZE_CHANGED:
+            isResized_ = true;
+            break;
+        case SDL_WINDOWEVENT_EXPOSED:
+            isExposed_ = true;
+            break;
+        case SDL_WINDOWEVENT_SHOWN:
+        case SDL_WINDOWEVENT_RESTORED:
+        case SDL_WINDOWEVENT_MAXIMIZED:
+            SetVisibility(Visibility::kVisible);
+            break;
+        case SDL_WINDOWEVENT_HIDDEN:
+        case SDL_WINDOWEVENT_MINIMIZED:
+            SetVisibility(Visibility::kHidden);
+            break;
+        case SDL_WINDOWEVENT_FOCUS_LOST:
+            LoseInput();
+            break;
+        case SDL_WINDOWEVENT_LEAVE:
+            // While a button is held the mouse belongs to the window wherever it goes; if it is not held any more, its
+            // release went elsewhere.
+            if (isMouseDown_ && (SDL_GetGlobalMouseState(nullptr, nullptr) & SDL_BUTTON_LMASK) == 0) {
+                isMouseDown_ = false;
+                listener_->OnTouch({kMouseFinger, TouchPhase::kCancel, mouseAt_.x, mouseAt_.y});
+            }
+            break;
+        case SDL_WINDOWEVENT_DISPLAY_CHANGED:
+            MeasureFrameInterval();
+            break;
+        default:
+            break;
+    }
+}
+
+void DesktopWindow::HandleFinger(const SDL_TouchFingerEvent& event) {
+    if (event.touchId == SDL_MOUSE_TOUCHID) return;  // A mouse that SDL shows as a finger comes as a mouse, too.
+    const PixelSize size = Size();
+    const PointF at{static_cast<double>(event.x) * size.width, static_cast<double>(event.y) * size.height};
+    if (event.type == SDL_FINGERDOWN) {
+        FingerTable::Finger& finger = fingers_.Press(event.touchId, event.fingerId);
+        finger.at = at;
+        listener_->OnTouch({finger.number, TouchPhase::kDown, at.x, at.y});
+        return;
+    }
+    FingerTable::Finger* const finger = fingers_.Find(event.touchId, event.fingerId);
+    if (finger == nullptr) return;
+    finger->at = at;
+    const std::int64_t number = finger->number;
+    if (event.type == SDL_FINGERMOTION) {
+        listener_->OnTouch({number, TouchPhase::kMove, at.x, at.y});
+    } else {
+        fingers_.Lift(number);
+        listener_->OnTouch({number, TouchPhase::kUp, at.x, at.y});
+    }
+}
+
+void DesktopWindow::HandleMouseButton(const SDL_MouseButtonEvent& event) {
+    if (event.button != SDL_BUTTON_LEFT || IsOfTouchScreen(event.which)) return;
+    if (event.type == SDL_MOUSEBUTTONDOWN) {
+        isMouseDown_ = true;
+        SendMouse(TouchPhase::kDown, event.x, event.y);
+    } else if (isMouseDown_) {
+        isMouseDown_ = false;
+        SendMouse(TouchPhase::kUp, event.x, event.y);
+    }
+}
+
+void DesktopWindow::HandleKey(const SDL_KeyboardEvent& event) {
+    const std::string_view code = KeyCodeOf(event.keysym.scancode);
+    if (code.empty()) return;
+    const KeyPhase phase = event.type == SDL_KEYUP ? KeyPhase::kUp
+                           : event.repeat != 0     ? KeyPhase::kRepeat
+                                                   : KeyPhase::kDown;
+    const ShiftKey shift = (event.keysym.mod & KMOD_SHIFT) != 0 ? ShiftKey::kHeld : ShiftKey::kReleased;
+    listener_->OnKey({code, phase, shift});
+}
+
+void DesktopWindow::SendMouse(TouchPhase phase, int x, int y) {
+    // SDL counts the mouse in the desktop's units, of which each may be several pixels.
+    int width = 0;
+    int height = 0;
+    SDL_GetWindowSize(window_.get(), &width, &height);
+    const PixelSize size = Size();
+    mouseAt_ = {static_cast<double>(x) * size.width / std::max(width, 1),
+                static_cast<double>(y) * size.height / std::max(height, 1)};
+    listener_->OnTouch({kMouseFinger, phase, mouseAt_.x, mouseAt_.y});
+}
+
+void DesktopWindow::LoseInput() {
+    fingers_.LiftAll();
+    isMouseDown_ = false;
+    listener_->OnInputLost();
+}
+
+void DesktopWindow::SetVisibility(Visibility visibility) {
+    if (visibility == visibility_) return;
+    visibility_ = visibility;
+    if (visibility == Visibility::kHidden) LoseInput();
+    if (listener_ != nullptr) listener_->OnVisibilityChanged(visibility == Visibility::kVisible);
+}
+
+void DesktopWindow::TakePixels() {
+    shadowSurface_.reset();
+    target_ = SDL_GetWindowSurface(window_.get());
+    if (target_ == nullptr) {
+        pixels_ = painter_.CreateOpaqueSurface({});
+        return;
+    }
+    if (target_->format->format == SDL_PIXELFORMAT_RGB888 && !SDL_MUSTLOCK(target_)) {
+        pixels_ =
+            painter_.WrapPixels(static_cast<unsigned char*>(target_->pixels), target_->w, target_->h, target_->pitch);
+        if (pixels_) return;
+    }
+    const std::size_t stride = static_cast<std::size_t>(target_->w) * kPixelBytes;
+    shadow_.assign(stride * static_cast<std::size_t>(target_->h), 0);
+    shadowSurface_.reset(SDL_CreateRGBSurfaceWithFormatFrom(shadow_.data(), target_->w, target_->h, kPixelBits,
+                                                            static_cast<int>(stride), SDL_PIXELFORMAT_RGB888));
+    pixels_ = painter_.WrapPixels(shadow_.data(), target_->w, target_->h, static_cast<int>(stride));
+}
+
+void DesktopWindow::MeasureFrameInterval() {
+    SDL_DisplayMode mode{};
+    const int display = SDL_GetWindowDisplayIndex(window_.get());
+    const bool isKnown = display >= 0 && SDL_GetCurrentDisplayMode(display, &mode) == 0 && mode.refresh_rate > 0;
+    frameInterval_ = isKnown ? kMicrosecondsPerSecond / mode.refresh_rate : kUsualFrameInterval;
+}
+
+}  // namespace host

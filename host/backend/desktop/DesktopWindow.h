@@ -1,0 +1,75 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "backend/Window.h"
+#include "backend/cairo/CairoPainter.h"
+#include "backend/desktop/FingerTable.h"
+#include "backend/desktop/SdlLibrary.h"
+
+namespace host {
+
+/// A window of the desktop, with pixels in memory that the display server copies from. UI thread only; its listener is
+/// called from within HandleEvent and FinishEvents.
+class DesktopWindow final : public Window {
+public:
+    explicit DesktopWindow(CairoPainter& painter);
+    ~DesktopWindow() override;
+    DesktopWindow(const DesktopWindow&) = delete;
+    DesktopWindow& operator=(const DesktopWindow&) = delete;
+
+    /// The window has the screen's shape and is as large as the screen, or less where the desktop is smaller.
+    [[nodiscard]] bool Open(std::string_view title, PixelSize screen, WindowListener& listener) override;
+    void Close() override;
+
+    [[nodiscard]] PixelSize Size() const override { return pixels_->Size(); }
+    [[nodiscard]] Surface& Pixels() override { return *pixels_; }
+    void Present(std::span<const PixelRect> damage) override;
+    [[nodiscard]] Microseconds FrameInterval() const override { return frameInterval_; }
+
+    /// Takes an event of SDL's queue; those that are none of a window's are passed over.
+    void HandleEvent(const SDL_Event& event);
+    /// To be called when the queue is empty: what many events tell in vain but the last is told now, and once.
+    void FinishEvents();
+    /// The program is asked to end, by a signal for example.
+    void RequestClose();
+
+private:
+    enum class Visibility { kVisible, kHidden };
+
+    struct WindowReleaser {
+        void operator()(SDL_Window* window) const noexcept { SDL_DestroyWindow(window); }
+        void operator()(SDL_Surface* surface) const noexcept { SDL_FreeSurface(surface); }
+    };
+
+    void HandleWindowEvent(const SDL_WindowEvent& event);
+    void HandleFinger(const SDL_TouchFingerEvent& event);
+    void HandleMouseButton(const SDL_MouseButtonEvent& event);
+    void HandleKey(const SDL_KeyboardEvent& event);
+    void SendMouse(TouchPhase phase, int x, int y);
+    void LoseInput();
+    void SetVisibility(Visibility visibility);
+    void TakePixels();
+    void MeasureFrameInterval();
+
+    CairoPainter& painter_;
+    std::unique_ptr<SDL_Window, WindowReleaser> window_;
+    SDL_Surface* target_ = nullptr;  ///< the window's own; SDL's
+    /// Where the display has other pixels than Cairo: what Cairo draws on, to be converted when it is presented.
+    std::vector<unsigned char> shadow_;
+    std::unique_ptr<SDL_Surface, WindowReleaser> shadowSurface_;
+    std::unique_ptr<Surface> pixels_;
+    std::vector<SDL_Rect> presented_;
+
+    WindowListener* listener_ = nullptr;
+    FingerTable fingers_;
+    bool isMouseDown_ = false;
+    PointF mouseAt_;
+    Visibility visibility_ = Visibility::kVisible;
+    bool isResized_ = false;
+    bool isExposed_ = false;
+    Microseconds frameInterval_;
+};
+
+}  // namespace host

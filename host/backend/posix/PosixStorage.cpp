@@ -1,0 +1,208 @@
+#include "backend/posix/PosixStorage.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "backend/posix/FileDescriptor.h"
+
+namespace host {
+
+namespace {
+
+constexpr mode_t kNewFolderMode = 0700;  // As the XDG Base Directory Specification asks for.
+constexpr mode_t kPermissionBits = 07777;
+constexpr int kMostLinks = 40;  // As many as Linux follows.
+// A file in the making is `.NAME.new-` and six letters of mkstemp's, in the folder of the file that it will replace.
+constexpr std::string_view kNewFileMark = ".new-";
+constexpr std::string_view kUniquePlace = "XXXXXX";
+
+struct FolderCloser {
+    void operator()(DIR* folder) const noexcept { ::closedir(folder); }
+};
+using FolderHandle = std::unique_ptr<DIR, FolderCloser>;
+
+/// A NUL would cut the path short and name another file.
+bool IsPath(const std::string& path) {
+    return !path.empty() && path.find('\0') == std::string::npos;
+}
+
+/// The part of a path before its last separator, with it; empty when there is none.
+std::string FolderOf(const std::string& path) {
+    return path.substr(0, path.rfind('/') + 1);
+}
+
+std::string NameOf(const std::string& path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+/// Where the path leads when the links at its end are followed, whether there is a file or not; empty when in circles.
+std::string FollowLinks(std::string path) {
+    for (int links = 0; links < kMostLinks; ++links) {
+        struct stat status {};
+        if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
+        std::string target(PATH_MAX, '\0');
+        const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
+        if (length <= 0) return {};
+        target.resize(static_cast<std::size_t>(length));
+        path = target.front() == '/' ? target : FolderOf(path) + target;
+    }
+    return {};
+}
+
+void MakeFolders(const std::string& folder) {
+    for (std::size_t end = folder.find('/', 1); end != std::string::npos; end = folder.find('/', end + 1)) {
+        // One that is there already is as good; one that cannot be made shows when the file is to be made in it.
+        ::mkdir(folder.substr(0, end).c_str(), kNewFolderMode);
+    }
+}
+
+/// Removes what writes that were killed have left behind. A file that another process is still writing is locked.
+void RemoveLeftovers(const std::string& folder, const std::string& prefix) {
+    const FolderHandle entries(::opendir(folder.empty() ? "." : folder.c_str()));
+    if (!entries) return;
+    while (const dirent* const entry = ::readdir(entries.get())) {
+        const std::string_view name = entry->d_name;
+        if (name.size() != prefix.size() + kUniquePlace.size() || name.substr(0, prefix.size()) != prefix) continue;
+        const std::string path = folder + std::string(name);
+        const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        if (file.IsOpen() && ::flock(file.Get(), LOCK_EX | LOCK_NB) == 0) ::unlink(path.c_str());
+    }
+}
+
+bool WriteAll(int file, std::span<const std::byte> content) {
+    while (!content.empty()) {
+        const ssize_t written = ::write(file, content.data(), content.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        content = content.subspan(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// Gives a new file the owner and the permissions of the one that it will replace.
+bool CopyAttributes(int file, const struct stat& old) {
+    const bool isOwned = old.st_uid == ::geteuid() && old.st_gid == ::getegid();
+    // Only the superuser can give files away; another one's file becomes ours then, which is no reason to lose it.
+    if (!isOwned && ::fchown(file, old.st_uid, old.st_gid) != 0) errno = 0;
+    return ::fchmod(file, old.st_mode & kPermissionBits) == 0;
+}
+
+bool WriteAndRename(const std::string& newPath, FileDescriptor file, const std::string& path, const struct stat* old,
+                    std::span<const std::byte> content) {
+    if (::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return false;
+    if (old != nullptr && !CopyAttributes(file.Get(), *old)) return false;
+    if (!WriteAll(file.Get(), content)) return false;
+    // The content must be on the disk before the name is, else a power cut leaves the name with nothing in it.
+    if (::fsync(file.Get()) != 0) return false;
+    if (::rename(newPath.c_str(), path.c_str()) != 0) return false;
+    // Closed last, since the lock goes with it. All that could be lost has been synced.
+    [[maybe_unused]] const bool isClosed = file.Close();
+    return true;
+}
+
+}  // namespace
+
+PosixStorage::PosixStorage(std::string packageRoot, std::string dataRoot)
+    : packageRoot_(std::move(packageRoot)), dataRoot_(std::move(dataRoot)) {
+    // A write beyond the user's file size limit shall fail like one to a full disk, not end the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+std::optional<FileStamp> PosixStorage::Stat(const std::string& path) const {
+    struct stat status {};
+    if (!IsPath(path) || ::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
+    return FileStamp{static_cast<std::uint64_t>(status.st_size),
+                     status.st_mtim.tv_sec * kNanosecondsPerSecond + status.st_mtim.tv_nsec};
+}
+
+std::vector<std::string> PosixStorage::List(const std::string& folder) const {
+    std::vector<std::string> names;
+    const FolderHandle entries(IsPath(folder) ? ::opendir(folder.c_str()) : nullptr);
+    if (!entries) return names;
+    while (const dirent* const entry = ::readdir(entries.get())) {
+        struct stat status {};
+        if (::fstatat(::dirfd(entries.get()), entry->d_name, &status, 0) == 0 && S_ISREG(status.st_mode)) {
+            names.emplace_back(entry->d_name);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+ReadOutcome PosixStorage::Read(const std::string& path, std::size_t limit, std::vector<std::byte>& content) const {
+    content.clear();
+    if (!IsPath(path)) return ReadOutcome::kMissing;
+    // Without O_NONBLOCK a pipe in the file's place would keep the program waiting for its writer.
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.IsOpen()) return errno == ENOENT || errno == ENOTDIR ? ReadOutcome::kMissing : ReadOutcome::kFailed;
+    struct stat status {};
+    if (::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) return ReadOutcome::kFailed;
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    if (size > limit) return ReadOutcome::kTooLarge;
+
+    // One byte more than the size, so that the last read both fills and finds the end.
+    std::size_t filled = 0;
+    content.resize(static_cast<std::size_t>(size) + 1);
+    for (;;) {
+        const ssize_t got = ::read(file.Get(), content.data() + filled, content.size() - filled);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) {
+            content.clear();
+            return ReadOutcome::kFailed;
+        }
+        if (got == 0) break;
+        filled += static_cast<std::size_t>(got);
+        if (filled > limit) {
+            content.clear();
+            return ReadOutcome::kTooLarge;
+        }
+        if (filled == content.size()) content.resize(content.size() * 2);  // It grows while it is read.
+    }
+    content.resize(filled);
+    return ReadOutcome::kRead;
+}
+
+bool PosixStorage::Replace(const std::string& path, std::span<const std::byte> content) {
+    const std::string target = IsPath(path) ? FollowLinks(path) : std::string();
+    const std::string name = NameOf(target);
+    if (name.empty()) return false;
+
+    struct stat old {};
+    const bool isThere = ::stat(target.c_str(), &old) == 0;
+    if (isThere && !S_ISREG(old.st_mode)) return false;
+    // A rename needs no permission of the file that it replaces; a file that its user made read-only stays all the
+    // same.
+    if (isThere && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return false;
+
+    const std::string folder = FolderOf(target);
+    if (!isThere) MakeFolders(folder);
+    const std::string prefix = "." + name + std::string(kNewFileMark);
+    RemoveLeftovers(folder, prefix);
+
+    std::string newPath = folder + prefix + std::string(kUniquePlace);
+    FileDescriptor file(::mkostemp(newPath.data(), O_CLOEXEC));  // For the user alone.
+    if (!file.IsOpen()) return false;
+    if (!WriteAndRename(newPath, std::move(file), target, isThere ? &old : nullptr, content)) {
+        ::unlink(newPath.c_str());
+        return false;
+    }
+    // The new content is in place now, whether or not the file system can sync a folder.
+    const FileDescriptor parent(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (parent.IsOpen()) ::fsync(parent.Get());
+    return true;
+}
+
+}  // namespace host

@@ -1,0 +1,54 @@
+#include "launcher/Surroundings.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+namespace host {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kLanguageLetters = 2;
+
+std::string Environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::string() : std::string(value);
+}
+
+bool IsPackage(const fs::path& folder) {
+    std::error_code error;
+    return fs::is_directory(folder / "layouts", error);
+}
+
+}  // namespace
+
+std::string FindPackageRoot() {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    const fs::path installed = program.parent_path().parent_path() / "share" / "brevant";
+    if (!error && IsPackage(installed)) return installed.string() + '/';
+    if (IsPackage(BREVANT_SOURCE_PACKAGE)) return BREVANT_SOURCE_PACKAGE;
+    return {};
+}
+
+std::string DefaultDataFolder() {
+    const std::string data = Environment("XDG_DATA_HOME");
+    // "All paths set in these environment variables must be absolute", XDG Base Directory Specification 0.8.
+    if (!data.empty() && data.front() == '/') return data + "/brevant/";
+    return Environment("HOME") + "/.local/share/brevant/";
+}
+
+std::string LocaleLanguage() {
+    // The order in which POSIX lets them override each other (Base Definitions, 8.2).
+    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const std::string value = Environment(name);
+        if (value.empty()) continue;
+        const std::string language = value.substr(0, value.find_first_of("_.@"));
+        return language.size() == kLanguageLetters ? language : "en";
+    }
+    return "en";
+}
+
+}  // namespace host

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdio>
+#include <set>
+#include <string>
+
+namespace host {
+
+/// The few lines that the program says on stderr about its surroundings. Each is said once in the program's life, so that
+/// a fault that repeats does not flood a terminal. UI thread only.
+class Console {
+public:
+    void SayOnce(const std::string& line) {
+        if (!said_.insert(line).second) return;
+        std::fprintf(stderr, "brevant: %s\n", line.c_str());
+    }
+
+private:
+    std::set<std::string> said_;
+};
+
+}  // namespace host

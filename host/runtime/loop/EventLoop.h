@@ -1,0 +1,61 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+
+#include "backend/Clock.h"
+#include "backend/LoopDriver.h"
+#include "runtime/loop/ThreadQueue.h"
+#include "runtime/loop/TimerQueue.h"
+
+namespace host {
+
+/// Timers, posted events and news from other threads, one after another on the UI thread. Nothing nests: an event that a
+/// handler posts runs after that handler has returned.
+class EventLoop {
+public:
+    EventLoop(const Clock& clock, LoopDriver& driver) : clock_(clock), driver_(driver), now_(clock.Now()) {}
+
+    /// The time of the current step. It stands still within a step, so that timers that expire together and are started
+    /// again in their handlers go on expiring together.
+    [[nodiscard]] Microseconds Now() const noexcept { return now_; }
+
+    TimerQueue::Id StartTimer(Microseconds interval, std::function<void()> fire) {
+        return timers_.Start(now_ + interval, std::move(fire));
+    }
+    void CancelTimer(TimerQueue::Id id) { timers_.Cancel(id); }
+
+    /// Runs `event` later on the UI thread. UI thread only; other threads use PostFromThread.
+    void Post(std::function<void()> event);
+    /// As Post; when `receiver` has expired by then, `dropped` runs instead (if it is set).
+    void PostTo(std::weak_ptr<const void> receiver, std::function<void()> event, std::function<void()> dropped = {});
+
+    /// From any thread, without blocking or allocating. False when the queue is full and the news is lost.
+    bool PostFromThread(const ThreadMessage& message) noexcept;
+
+    /// Everything that is due at `now`: news of other threads, then posted events before timers, in their order. Returns
+    /// early once `isEnding` has become true.
+    void RunDue(Microseconds now, const bool& isEnding);
+    /// As RunDue, but without the timers: what must be delivered before an input that comes in between.
+    void RunPosted();
+    /// LoopClient::kNever when nothing is waiting.
+    [[nodiscard]] Microseconds NextDue() const;
+    /// Lets input that arrives between two steps see its own time.
+    void SetNow(Microseconds now) noexcept { now_ = now > now_ ? now : now_; }
+
+    /// Drops all that is queued and cancels every timer, unfired.
+    void Clear();
+
+private:
+    void DeliverThreadMessages();
+
+    const Clock& clock_;
+    LoopDriver& driver_;
+    Microseconds now_;
+    TimerQueue timers_;
+    std::deque<std::function<void()>> posted_;
+    ThreadQueue fromThreads_;
+};
+
+}  // namespace host

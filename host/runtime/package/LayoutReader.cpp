@@ -1,0 +1,328 @@
+#include "runtime/package/LayoutReader.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "runtime/package/Values.h"
+
+namespace host {
+
+namespace {
+
+// Sets of control kinds, one bit each.
+constexpr unsigned Bit(ControlKind kind) {
+    return 1U << static_cast<unsigned>(kind);
+}
+constexpr unsigned kForm = Bit(ControlKind::kForm);
+constexpr unsigned kPopup = Bit(ControlKind::kPopup);
+constexpr unsigned kLabel = Bit(ControlKind::kLabel);
+constexpr unsigned kButton = Bit(ControlKind::kButton);
+constexpr unsigned kPanel = Bit(ControlKind::kPanel);
+constexpr unsigned kCheckButton = Bit(ControlKind::kCheckButton);
+constexpr unsigned kColorPicker = Bit(ControlKind::kColorPicker);
+constexpr unsigned kRoots = kForm | kPopup;
+constexpr unsigned kInner = kLabel | kButton | kPanel | kCheckButton | kColorPicker;
+constexpr unsigned kTexts = kLabel | kButton | kCheckButton;
+constexpr unsigned kBordered = kPopup | kPanel | kLabel | kButton;
+
+struct KindName {
+    const char* name;
+    ControlKind kind;
+};
+constexpr std::array<KindName, 7> kKindNames{{{"Form", ControlKind::kForm},
+                                              {"Popup", ControlKind::kPopup},
+                                              {"Label", ControlKind::kLabel},
+                                              {"Button", ControlKind::kButton},
+                                              {"Panel", ControlKind::kPanel},
+                                              {"CheckButton", ControlKind::kCheckButton},
+                                              {"ColorPicker", ControlKind::kColorPicker}}};
+
+struct AttributeRule {
+    const char* name;
+    unsigned kinds;
+};
+constexpr std::array<AttributeRule, 26> kAttributes{{
+    {"name", kRoots | kInner},
+    {"design", kRoots},
+    {"bounds", kPopup | kInner},
+    {"visible", kInner},
+    {"touch", kInner},
+    {"shape", kInner},
+    {"anchor", kInner},
+    {"background", kRoots | kPanel | kLabel},
+    {"corner", kBordered},
+    {"border", kBordered},
+    {"border-width", kBordered},
+    {"picture", kLabel | kButton | kPanel},
+    {"picture-pressed", kButton},
+    {"text", kTexts},
+    {"text-size", kTexts},
+    {"text-color", kTexts},
+    {"bold", kTexts},
+    {"align", kTexts},
+    {"valign", kTexts},
+    {"wrap", kLabel},
+    {"min-text-size", kTexts},
+    {"color", kButton | kCheckButton},
+    {"color-pressed", kButton},
+    {"text-color-pressed", kButton},
+    {"gradient", kButton},
+    {"color-checked", kCheckButton},
+}};
+
+// A pressed button that the layout gives no colour of its own is a little darker.
+constexpr double kPressedShade = 0.8;
+
+Rgba Shaded(Rgba color) {
+    const auto shade = [](std::uint8_t channel) {
+        return static_cast<std::uint8_t>(std::lround(channel * kPressedShade));
+    };
+    return {shade(color.red), shade(color.green), shade(color.blue), color.alpha};
+}
+
+std::optional<ControlKind> KindOf(std::string_view elementName) {
+    for (const KindName& candidate : kKindNames) {
+        if (elementName == candidate.name) return candidate.kind;
+    }
+    return std::nullopt;
+}
+
+bool IsAllowed(std::string_view attribute, ControlKind kind) {
+    return std::any_of(kAttributes.begin(), kAttributes.end(), [&](const AttributeRule& rule) {
+        return attribute == rule.name && (rule.kinds & Bit(kind)) != 0;
+    });
+}
+
+int Rounded(double value) {
+    return static_cast<int>(std::lround(value));
+}
+
+}  // namespace
+
+bool LayoutReader::Read(LayoutControl& layout) {
+    const pugi::xml_node root = file_.Root();
+    const auto kind = KindOf(root.name());
+    if (!kind || (Bit(*kind) & kRoots) == 0) return file_.Fail(root, "the root element must be <Form> or <Popup>");
+    Mapping mapping;
+    return ReadDesign(root, mapping) && ReadControl(root, mapping, {}, layout);
+}
+
+bool LayoutReader::ReadDesign(const pugi::xml_node& element, Mapping& mapping) {
+    std::string text = element.attribute("design").value();
+    std::replace(text.begin(), text.end(), 'x', ',');
+    const auto size = ParseNumbers(text);
+    if (!size || size->size() != 2 || (*size)[0] <= 0 || (*size)[1] <= 0) {
+        return FailValue(element, "design", "the size of the screen it was drawn for, like 720x1280");
+    }
+    mapping.scaleX = screen_.width / (*size)[0];
+    mapping.scaleY = screen_.height / (*size)[1];
+    smallerScale_ = std::min(mapping.scaleX, mapping.scaleY);
+    return true;
+}
+
+bool LayoutReader::ReadControl(const pugi::xml_node& element, const Mapping& mapping, PixelRect parent,
+                               LayoutControl& control) {
+    const auto kind = KindOf(element.name());
+    if (!kind) return file_.Fail(element, std::string("unknown control <") + element.name() + ">");
+    control.kind = *kind;
+    for (const pugi::xml_attribute attribute : element.attributes()) {
+        if (IsAllowed(attribute.name(), control.kind)) continue;
+        return file_.Fail(element,
+                          std::string("unknown attribute ") + attribute.name() + " of <" + element.name() + ">");
+    }
+
+    PixelRect place{0, 0, screen_.width, screen_.height};
+    Mapping inner = mapping;
+    const bool isForm = control.kind == ControlKind::kForm;
+    if (!ReadName(element, control) || (!isForm && !ReadBounds(element, mapping, place, inner))) return false;
+    control.bounds = {place.x - parent.x, place.y - parent.y, place.width, place.height};
+    if (!ReadLook(element, control) || !ReadText(element, control)) return false;
+
+    const bool canContain = (Bit(control.kind) & (kRoots | kPanel)) != 0;
+    for (const pugi::xml_node child : element.children()) {
+        if (child.type() != pugi::node_element) return file_.Fail(child, "a layout holds no text between its elements");
+        if (!canContain) return file_.Fail(child, std::string("a <") + element.name() + "> contains nothing");
+        const auto childKind = KindOf(child.name());
+        if (childKind && (Bit(*childKind) & kInner) == 0) {
+            return file_.Fail(child, std::string("a <") + child.name() + "> lies in nothing else");
+        }
+        control.children.emplace_back();
+        if (!ReadControl(child, inner, place, control.children.back())) return false;
+    }
+    return true;
+}
+
+bool LayoutReader::ReadName(const pugi::xml_node& element, LayoutControl& control) {
+    control.name = element.attribute("name").value();
+    if (control.name.empty()) return file_.Fail(element, std::string("a <") + element.name() + "> without a name");
+    if (!names_.insert(control.name).second) return file_.Fail(element, "a second control named " + control.name);
+    return true;
+}
+
+bool LayoutReader::ReadBounds(const pugi::xml_node& element, const Mapping& mapping, PixelRect& place, Mapping& inner) {
+    enum class Shape { kBox, kRound };
+    static constexpr std::pair<const char*, Shape> kShapes[] = {{"box", Shape::kBox}, {"round", Shape::kRound}};
+    static constexpr std::pair<const char*, HorizontalAlign> kAnchors[] = {
+        {"left", HorizontalAlign::kLeft}, {"center", HorizontalAlign::kCenter}, {"right", HorizontalAlign::kRight}};
+    constexpr std::size_t kSides = 4;
+
+    const auto numbers = ParseNumbers(element.attribute("bounds").value());
+    if (!numbers || numbers->size() != kSides || (*numbers)[2] <= 0 || (*numbers)[3] <= 0) {
+        return FailValue(element, "bounds", "x,y,width,height");
+    }
+    Shape shape = Shape::kBox;
+    HorizontalAlign anchor = HorizontalAlign::kCenter;
+    if (!ReadChoice(element, "shape", kShapes, shape) || !ReadChoice(element, "anchor", kAnchors, anchor)) return false;
+
+    double left = mapping.originX + (*numbers)[0] * mapping.scaleX;
+    double top = mapping.originY + (*numbers)[1] * mapping.scaleY;
+    double width = (*numbers)[2] * mapping.scaleX;
+    double height = (*numbers)[3] * mapping.scaleY;
+    inner = {left, top, mapping.scaleX, mapping.scaleY};
+    if (shape == Shape::kBox) {
+        // The edges are rounded and not the sizes, so that neighbours still meet.
+        place.x = Rounded(left);
+        place.y = Rounded(top);
+        place.width = Rounded(left + width) - place.x;
+        place.height = Rounded(top + height) - place.y;
+    } else {
+        const double scale = std::min(mapping.scaleX, mapping.scaleY);
+        const double roundWidth = (*numbers)[2] * scale;
+        const double roundHeight = (*numbers)[3] * scale;
+        const double spare = width - roundWidth;
+        left += anchor == HorizontalAlign::kLeft ? 0 : anchor == HorizontalAlign::kRight ? spare : spare / 2;
+        top += (height - roundHeight) / 2;
+        // Here the sizes count: a circle stays one.
+        place = {Rounded(left), Rounded(top), Rounded(roundWidth), Rounded(roundHeight)};
+        inner = {left, top, scale, scale};
+    }
+    place.width = std::max(place.width, 1);
+    place.height = std::max(place.height, 1);
+    return true;
+}
+
+bool LayoutReader::ReadLook(const pugi::xml_node& element, LayoutControl& control) {
+    static constexpr std::pair<const char*, bool> kTouches[] = {{"own", true}, {"none", false}};
+    BoxLook& box = control.box;
+    const bool isRead =
+        ReadFlag(element, "visible", control.isVisible) &&
+        ReadChoice(element, "touch", kTouches, control.takesTouches) &&
+        ReadColor(element, "background", box.background) && ReadColor(element, "color", box.background) &&
+        ReadLength(element, "corner", box.corner) && ReadColor(element, "border", box.border) &&
+        ReadLength(element, "border-width", box.borderWidth) && ReadPicture(element, "picture", control.picture) &&
+        ReadPicture(element, "picture-pressed", control.pressedPicture) && ReadGradient(element, box);
+    if (!isRead) return false;
+    control.pressedColor = Shaded(box.background);
+    control.checkedColor = box.background;
+    return ReadColor(element, "color-pressed", control.pressedColor) &&
+           ReadColor(element, "color-checked", control.checkedColor);
+}
+
+bool LayoutReader::ReadText(const pugi::xml_node& element, LayoutControl& control) {
+    static constexpr std::pair<const char*, HorizontalAlign> kAligns[] = {
+        {"left", HorizontalAlign::kLeft}, {"center", HorizontalAlign::kCenter}, {"right", HorizontalAlign::kRight}};
+    static constexpr std::pair<const char*, VerticalAlign> kVerticalAligns[] = {
+        {"top", VerticalAlign::kTop}, {"middle", VerticalAlign::kMiddle}, {"bottom", VerticalAlign::kBottom}};
+    TextLook& text = control.text;
+    if (const auto id = element.attribute("text")) {
+        const std::string* found = references_.findString(id.value());
+        if (found == nullptr) return file_.Fail(element, std::string("no text has the id ") + id.value());
+        text.text = *found;
+    }
+    text.size *= smallerScale_;
+    if (control.kind == ControlKind::kButton) text.align = HorizontalAlign::kCenter;
+    bool isBold = false;
+    bool wraps = false;
+    if (!ReadLength(element, "text-size", text.size)) return false;
+    text.smallestSize = text.size;
+    if (!ReadLength(element, "min-text-size", text.smallestSize) || !ReadColor(element, "text-color", text.color) ||
+        !ReadFlag(element, "bold", isBold) || !ReadFlag(element, "wrap", wraps) ||
+        !ReadChoice(element, "align", kAligns, text.align) ||
+        !ReadChoice(element, "valign", kVerticalAligns, text.verticalAlign)) {
+        return false;
+    }
+    text.smallestSize = std::min(text.smallestSize, text.size);
+    if (text.size <= 0 || text.smallestSize <= 0) return file_.Fail(element, "a text needs a size");
+    text.weight = isBold ? FontWeight::kBold : FontWeight::kNormal;
+    text.wrap = wraps ? TextWrap::kWords : TextWrap::kOneLine;
+    control.pressedTextColor = text.color;
+    return ReadColor(element, "text-color-pressed", control.pressedTextColor);
+}
+
+bool LayoutReader::ReadColor(const pugi::xml_node& element, const char* name, Rgba& color) {
+    const auto attribute = element.attribute(name);
+    if (!attribute) return true;
+    const auto parsed = ParseColor(attribute.value());
+    if (!parsed) return FailValue(element, name, "#RRGGBB or #RRGGBBAA");
+    color = *parsed;
+    return true;
+}
+
+bool LayoutReader::ReadLength(const pugi::xml_node& element, const char* name, double& length) {
+    const auto attribute = element.attribute(name);
+    if (!attribute) return true;
+    const auto parsed = ParseNumber(attribute.value());
+    if (!parsed || *parsed < 0) return FailValue(element, name, "a number that is not negative");
+    length = *parsed * smallerScale_;
+    return true;
+}
+
+bool LayoutReader::ReadFlag(const pugi::xml_node& element, const char* name, bool& flag) {
+    static constexpr std::pair<const char*, bool> kFlags[] = {{"true", true}, {"false", false}};
+    return ReadChoice(element, name, kFlags, flag);
+}
+
+bool LayoutReader::ReadPicture(const pugi::xml_node& element, const char* name, std::string& fileName) {
+    const auto attribute = element.attribute(name);
+    if (!attribute) return true;
+    fileName = attribute.value();
+    if (references_.hasPicture(fileName)) return true;
+    return file_.Fail(element, "there is no picture " + fileName);
+}
+
+bool LayoutReader::ReadGradient(const pugi::xml_node& element, BoxLook& box) {
+    const auto attribute = element.attribute("gradient");
+    if (!attribute) return true;
+    const std::string_view text = attribute.value();
+    const std::size_t comma = text.find(',');
+    if (comma != std::string_view::npos) {
+        const auto top = ParseColor(text.substr(0, comma));
+        const auto bottom = ParseColor(text.substr(comma + 1));
+        if (top && bottom) {
+            box.background = *top;
+            box.gradientBottom = *bottom;
+            return true;
+        }
+    }
+    return FailValue(element, "gradient", "two colours, like #RRGGBB,#RRGGBB");
+}
+
+template <typename Value, std::size_t count>
+bool LayoutReader::ReadChoice(const pugi::xml_node& element, const char* name,
+                              const std::pair<const char*, Value> (&choices)[count], Value& value) {
+    const auto attribute = element.attribute(name);
+    if (!attribute) return true;
+    std::string expected;
+    for (const auto& [text, choice] : choices) {
+        if (std::string_view(attribute.value()) == text) {
+            value = choice;
+            return true;
+        }
+        expected += expected.empty() ? text : std::string(" or ") + text;
+    }
+    return FailValue(element, name, expected.c_str());
+}
+
+bool LayoutReader::FailValue(const pugi::xml_node& element, const char* name, const char* expected) {
+    const auto attribute = element.attribute(name);
+    const std::string subject = std::string(name) + " of <" + element.name() + ">";
+    if (!attribute) return file_.Fail(element, subject + " is missing: it is " + expected);
+    return file_.Fail(element, subject + " is " + expected + ", not \"" + attribute.value() + '"');
+}
+
+}  // namespace host

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "backend/Painter.h"
+#include "backend/Storage.h"
+#include "runtime/Console.h"
+#include "runtime/package/KeyBinding.h"
+#include "runtime/package/Layout.h"
+
+namespace host {
+
+/// The application's package: layouts, texts in one language, pictures and the keys of the keyboard. Everything but the
+/// pixels is read and checked when it is loaded. UI thread only.
+class Package {
+public:
+    /// Reads layouts/*.xml for a phone screen of `screen` pixels, the texts of `language` (English for what is not
+    /// there) and keys.xml. False with one line "FILE:LINE: reason" in `problem`. The references must outlive the
+    /// package.
+    [[nodiscard]] bool Load(Storage& storage, Painter& painter, std::string_view language, PixelSize screen,
+                            Console& console, std::string& problem);
+
+    /// The form or popup of that name; null when there is none.
+    [[nodiscard]] const LayoutControl* FindLayout(std::string_view name) const;
+    /// Whether any layout has a control of that name.
+    [[nodiscard]] bool HasControl(std::string_view name) const;
+    /// Null when there is no text with that id in any of the two languages.
+    [[nodiscard]] const std::string* FindString(std::string_view id) const;
+    /// The picture of a file name in images/, decoded at the first call and shared from then on. Null for what is no
+    /// plain file name or does not exist, and, said once on the console, for what does not decode.
+    [[nodiscard]] std::shared_ptr<const Picture> FindPicture(const std::string& fileName) const;
+    /// In the order of keys.xml.
+    [[nodiscard]] const std::vector<KeyBinding>& Keys() const { return keys_; }
+
+private:
+    using Strings = std::map<std::string, std::string, std::less<>>;
+
+    [[nodiscard]] bool LoadStrings(std::string_view language, std::string& problem);
+    [[nodiscard]] bool LoadLayouts(PixelSize screen, std::string& problem);
+    [[nodiscard]] bool LoadKeys(std::string& problem);
+    [[nodiscard]] bool HasPicture(const std::string& fileName) const;
+
+    Storage* storage_ = nullptr;
+    Painter* painter_ = nullptr;
+    Console* console_ = nullptr;
+    std::map<std::string, LayoutControl, std::less<>> layouts_;
+    Strings strings_;
+    std::vector<KeyBinding> keys_;
+    mutable std::map<std::string, std::shared_ptr<const Picture>> pictures_;
+};
+
+}  // namespace host

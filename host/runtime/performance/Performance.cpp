@@ -1,0 +1,366 @@
+#include "runtime/performance/Performance.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <limits>
+#include <map>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+constexpr int kLastFinger = 9;
+constexpr int kLoudestRingtone = 15;
+constexpr std::size_t kMostWords = 6;
+constexpr std::size_t kDecimalsOfMillisecond = 3;
+constexpr std::int64_t kLongestMilliseconds = 24LL * 60 * 60 * 1000;
+
+// Thrown within this file alone; Parse turns it into its result.
+class Malformed : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+std::string Quoted(std::string_view word) {
+    return '"' + std::string(word) + '"';
+}
+
+bool IsBlank(char character) {
+    return character == ' ' || character == '\t' || character == '\r';
+}
+
+std::vector<std::string_view> SplitWords(std::string_view line) {
+    std::vector<std::string_view> words;
+    std::size_t position = 0;
+    while (position < line.size()) {
+        if (IsBlank(line[position])) {
+            ++position;
+            continue;
+        }
+        const std::size_t begin = position;
+        while (position < line.size() && !IsBlank(line[position])) ++position;
+        words.push_back(line.substr(begin, position - begin));
+    }
+    return words;
+}
+
+// A comment starts at a # that begins a word, so that a colour's # is none.
+std::string_view WithoutComment(std::string_view line, bool keepsColor) {
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] != '#' || (i > 0 && !IsBlank(line[i - 1]))) continue;
+        const bool isColor = keepsColor && i + 1 < line.size() && std::isxdigit(static_cast<unsigned char>(line[i + 1]));
+        if (isColor) {
+            keepsColor = false;
+            continue;
+        }
+        return line.substr(0, i);
+    }
+    return line;
+}
+
+// A decimal number without an exponent, as people write them. Locales have no say here.
+std::optional<double> ParseNumber(std::string_view word) {
+    bool hasDigit = false;
+    bool hasPoint = false;
+    for (std::size_t i = 0; i < word.size(); ++i) {
+        const char character = word[i];
+        if (character >= '0' && character <= '9') {
+            hasDigit = true;
+        } else if (character == '.' && !hasPoint) {
+            hasPoint = true;
+        } else if (!(i == 0 && character == '-')) {
+            return std::nullopt;
+        }
+    }
+    if (!hasDigit) return std::nullopt;
+    std::istringstream stream{std::string(word)};
+    stream.imbue(std::locale::classic());
+    double value = 0;
+    if (!(stream >> value)) return std::nullopt;
+    return value;
+}
+
+double NumberWithin(std::string_view word, double lowest, double highest, const char* what) {
+    const auto value = ParseNumber(word);
+    if (!value || *value < lowest || *value > highest) {
+        std::ostringstream reason;
+        reason << what << " must be a number from " << lowest << " to " << highest << ", not " << Quoted(word);
+        throw Malformed(reason.str());
+    }
+    return *value;
+}
+
+int IntegerWithin(std::string_view word, int lowest, int highest, const char* what) {
+    int value = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
+    if (error != std::errc() || end != word.data() + word.size() || value < lowest || value > highest) {
+        throw Malformed(std::string(what) + " must be a whole number from " + std::to_string(lowest) + " to " +
+                        std::to_string(highest) + ", not " + Quoted(word));
+    }
+    return value;
+}
+
+double Coordinate(std::string_view word) {
+    constexpr double kFarthest = 100'000;
+    return NumberWithin(word, -kFarthest, kFarthest, "a coordinate");
+}
+
+Microseconds ParseTime(std::string_view word) {
+    const std::size_t point = word.find('.');
+    const std::string_view whole = word.substr(0, point);
+    std::int64_t milliseconds = 0;
+    const auto [end, error] = std::from_chars(whole.data(), whole.data() + whole.size(), milliseconds);
+    bool isGood = error == std::errc() && end == whole.data() + whole.size() && whole.front() != '-' &&
+                  milliseconds <= kLongestMilliseconds;
+    Microseconds rest = 0;
+    if (isGood && point != std::string_view::npos) {
+        std::string decimals(word.substr(point + 1));
+        isGood = !decimals.empty() && decimals.size() <= kDecimalsOfMillisecond &&
+                 decimals.find_first_not_of("0123456789") == std::string::npos;
+        decimals.resize(kDecimalsOfMillisecond, '0');
+        if (isGood) rest = std::atoi(decimals.c_str());
+    }
+    if (!isGood) throw Malformed("a line begins with a time in milliseconds such as 2600 or +250, not " + Quoted(word));
+    return milliseconds * kMicrosecondsPerMillisecond + rest;
+}
+
+Rgba ParseColor(std::string_view word) {
+    constexpr std::size_t kOpaqueLength = 7;
+    constexpr std::size_t kAlphaLength = 9;
+    constexpr int kHexadecimal = 16;
+    constexpr unsigned kByteBits = 8;
+    constexpr std::uint32_t kByteMask = 0xFF;
+    std::uint32_t value = 0;
+    const bool hasShape = (word.size() == kOpaqueLength || word.size() == kAlphaLength) && word.front() == '#';
+    const char* first = word.data() + 1;
+    const char* last = word.data() + word.size();
+    if (!hasShape || std::from_chars(first, last, value, kHexadecimal).ptr != last) {
+        throw Malformed("a colour is written #RRGGBB or #RRGGBBAA, not " + Quoted(word));
+    }
+    if (word.size() == kOpaqueLength) value = (value << kByteBits) | kByteMask;
+    const auto channel = [value](unsigned index) {
+        return static_cast<std::uint8_t>((value >> (kByteBits * (3 - index))) & kByteMask);
+    };
+    return {channel(0), channel(1), channel(2), channel(3)};
+}
+
+using Words = std::vector<std::string_view>;
+
+PointF OptionalFraction(const Words& words) {
+    constexpr std::size_t kFractionX = 2;
+    if (words.size() == kFractionX) return {0.5, 0.5};
+    if (words.size() != kFractionX + 2) throw Malformed(std::string(words[0]) + " takes a control's name and no or two fractions");
+    return {NumberWithin(words[kFractionX], 0, 1, "a fraction"), NumberWithin(words[kFractionX + 1], 0, 1, "a fraction")};
+}
+
+void ExpectWords(const Words& words, std::size_t count, const char* form) {
+    if (words.size() != count) throw Malformed(std::string("expected: ") + form);
+}
+
+PerformanceAction ParseTouch(const Words& words) {
+    constexpr const char* kForm = "touch FINGER down X Y, touch FINGER move X Y or touch FINGER up";
+    constexpr std::size_t kWithPosition = 5;
+    constexpr std::size_t kWithout = 3;
+    if (words.size() < kWithout) throw Malformed(std::string("expected: ") + kForm);
+    TouchAction action;
+    action.finger = IntegerWithin(words[1], 0, kLastFinger, "a finger");
+    if (words[2] == "up") {
+        ExpectWords(words, kWithout, kForm);
+        action.phase = TouchPhase::kUp;
+        return action;
+    }
+    if (words[2] != "down" && words[2] != "move") throw Malformed(std::string("expected: ") + kForm);
+    ExpectWords(words, kWithPosition, kForm);
+    action.phase = words[2] == "down" ? TouchPhase::kDown : TouchPhase::kMove;
+    action.position = {Coordinate(words[3]), Coordinate(words[4])};
+    return action;
+}
+
+PerformanceAction ParseKey(const Words& words) {
+    constexpr const char* kForm = "key back press, key back release, key CODE press or key CODE release";
+    ExpectWords(words, 3, kForm);
+    if (words[2] != "press" && words[2] != "release") throw Malformed(std::string("expected: ") + kForm);
+    return KeyAction{std::string(words[1]), words[2] == "press" ? KeyDirection::kPress : KeyDirection::kRelease};
+}
+
+PerformanceAction ParseDevice(const Words& words, DeviceChange change) {
+    ExpectWords(words, 2, "lose or restore, then speaker or microphone");
+    if (words[1] == "speaker") return DeviceAction{Device::kSpeaker, change};
+    if (words[1] == "microphone") return DeviceAction{Device::kMicrophone, change};
+    throw Malformed("the devices are speaker and microphone, not " + Quoted(words[1]));
+}
+
+PerformanceAction ParseScreenshot(const Words& words) {
+    constexpr std::string_view kEnding = ".png";
+    ExpectWords(words, 2, "screenshot FILE.png");
+    const std::string_view file = words[1];
+    if (file.size() <= kEnding.size() || file.substr(file.size() - kEnding.size()) != kEnding) {
+        throw Malformed("a screenshot's file ends in .png, unlike " + Quoted(file));
+    }
+    return ScreenshotAction{std::string(file)};
+}
+
+PerformanceAction ParseState(const Words& words, StateChange change) {
+    ExpectWords(words, 1, "the word alone");
+    return StateAction{change};
+}
+
+using ActionParser = std::function<PerformanceAction(const Words&)>;
+
+const std::map<std::string_view, ActionParser>& ActionParsers() {
+    static const std::map<std::string_view, ActionParser> parsers = {
+        {"touch", ParseTouch},
+        {"press",
+         [](const Words& words) {
+             if (words.size() < 2) throw Malformed("expected: press NAME [FX FY]");
+             return PressAction{std::string(words[1]), OptionalFraction(words)};
+         }},
+        {"tap",
+         [](const Words& words) {
+             if (words.size() < 2) throw Malformed("expected: tap NAME [FX FY]");
+             return TapAction{std::string(words[1]), OptionalFraction(words)};
+         }},
+        {"release",
+         [](const Words& words) {
+             ExpectWords(words, 2, "release NAME");
+             return ReleaseAction{std::string(words[1])};
+         }},
+        {"key", ParseKey},
+        {"breath",
+         [](const Words& words) {
+             ExpectWords(words, 2, "breath LEVEL");
+             return BreathAction{NumberWithin(words[1], 0, 1, "a breath's level")};
+         }},
+        {"ringtone",
+         [](const Words& words) {
+             ExpectWords(words, 2, "ringtone N");
+             return RingtoneAction{IntegerWithin(words[1], 0, kLoudestRingtone, "the ringtone volume")};
+         }},
+        {"pick",
+         [](const Words& words) {
+             ExpectWords(words, 3, "pick NAME #RRGGBB[AA]");
+             return PickAction{std::string(words[1]), ParseColor(words[2])};
+         }},
+        {"background", [](const Words& words) { return ParseState(words, StateChange::kBackground); }},
+        {"foreground", [](const Words& words) { return ParseState(words, StateChange::kForeground); }},
+        {"screen-off", [](const Words& words) { return ParseState(words, StateChange::kScreenOff); }},
+        {"screen-on", [](const Words& words) { return ParseState(words, StateChange::kScreenOn); }},
+        {"lose", [](const Words& words) { return ParseDevice(words, DeviceChange::kLost); }},
+        {"restore", [](const Words& words) { return ParseDevice(words, DeviceChange::kRestored); }},
+        {"screenshot", ParseScreenshot},
+        {"quit",
+         [](const Words& words) {
+             ExpectWords(words, 1, "quit alone");
+             return QuitAction{};
+         }},
+    };
+    return parsers;
+}
+
+// One line's step, or nothing for a line without an action. `previous` is the time of the line before.
+std::optional<Performance::Step> ParseLine(std::string_view line, Microseconds previous) {
+    const Words all = SplitWords(WithoutComment(line, line.find("pick") != std::string_view::npos));
+    if (all.empty()) return std::nullopt;
+    if (all.size() > kMostWords) throw Malformed("too many words: " + Quoted(all[kMostWords]));
+
+    Performance::Step step;
+    const bool isRelative = all[0].front() == '+';
+    const std::string_view time = isRelative ? all[0].substr(1) : all[0];
+    if (time.empty()) throw Malformed("a + is followed by milliseconds");
+    step.time = ParseTime(time) + (isRelative ? previous : 0);
+    if (step.time < previous) throw Malformed("the time " + Quoted(all[0]) + " lies before that of the line before");
+    if (all.size() < 2) throw Malformed("an action is missing after the time");
+
+    const Words words(all.begin() + 1, all.end());
+    const auto parser = ActionParsers().find(words[0]);
+    if (parser == ActionParsers().end()) throw Malformed("unknown action " + Quoted(words[0]));
+    step.action = parser->second(words);
+    return step;
+}
+
+bool IsUtf8(std::string_view text) {
+    // The shape of the sequences alone (RFC 3629): enough to tell a text from a picture or a sound.
+    std::size_t following = 0;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte == 0) return false;
+        if (following > 0) {
+            if ((byte & 0xC0U) != 0x80U) return false;
+            --following;
+        } else if (byte >= 0x80U) {
+            if ((byte & 0xE0U) == 0xC0U) {
+                following = 1;
+            } else if ((byte & 0xF0U) == 0xE0U) {
+                following = 2;
+            } else if ((byte & 0xF8U) == 0xF0U) {
+                following = 3;
+            } else {
+                return false;
+            }
+        }
+    }
+    return following == 0;
+}
+
+}  // namespace
+
+std::shared_ptr<const Performance> Performance::Parse(std::string_view text, const std::string& name,
+                                                      std::string& problem) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) text.remove_prefix(kByteOrderMark.size());
+
+    auto performance = std::make_shared<Performance>();
+    performance->name_ = name;
+    Microseconds previous = 0;
+    int number = 0;
+    while (!text.empty()) {
+        ++number;
+        const std::size_t end = text.find('\n');
+        const std::string_view line = text.substr(0, end);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        try {
+            if (!IsUtf8(line)) throw Malformed("the line is not UTF-8 text");
+            auto step = ParseLine(line, previous);
+            if (!step) continue;
+            step->line = number;
+            previous = step->time;
+            performance->steps_.push_back(std::move(*step));
+        } catch (const Malformed& malformed) {
+            problem = name + ':' + std::to_string(number) + ": " + malformed.what();
+            return nullptr;
+        }
+    }
+    return performance;
+}
+
+std::shared_ptr<const Performance> Performance::Load(const std::string& path, std::string& problem) {
+    std::error_code error;
+    if (!std::filesystem::exists(path, error)) {
+        problem = path + ": there is no such performance file";
+        return nullptr;
+    }
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream content;
+    if (std::filesystem::is_directory(path, error) || !file || !(content << file.rdbuf() || file.peek() == EOF)) {
+        problem = path + ": the performance file cannot be read";
+        return nullptr;
+    }
+    return Parse(content.str(), path, problem);
+}
+
+const std::string* Performance::ControlOf(const PerformanceAction& action) {
+    if (const auto* press = std::get_if<PressAction>(&action)) return &press->control;
+    if (const auto* tap = std::get_if<TapAction>(&action)) return &tap->control;
+    if (const auto* release = std::get_if<ReleaseAction>(&action)) return &release->control;
+    if (const auto* pick = std::get_if<PickAction>(&action)) return &pick->control;
+    return nullptr;
+}
+
+}  // namespace host

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "backend/Clock.h"
+#include "backend/Geometry.h"
+#include "backend/Window.h"
+
+namespace host {
+
+// The actions of a performance file, one type each.
+
+struct TouchAction {
+    int finger = 0;
+    TouchPhase phase = TouchPhase::kDown;
+    PointF position;  ///< the phone's pixels; not used by a lift
+};
+struct PressAction {
+    std::string control;
+    PointF fraction{0.5, 0.5};
+};
+struct ReleaseAction {
+    std::string control;
+};
+struct TapAction {
+    std::string control;
+    PointF fraction{0.5, 0.5};
+};
+enum class KeyDirection { kPress, kRelease };
+struct KeyAction {
+    std::string key;  ///< "back" or a key's code
+    KeyDirection direction = KeyDirection::kPress;
+};
+struct BreathAction {
+    double level = 0;  ///< 0..1 of full scale
+};
+struct RingtoneAction {
+    int volume = 0;  ///< 0..15
+};
+struct PickAction {
+    std::string control;
+    Rgba color;
+};
+enum class StateChange { kBackground, kForeground, kScreenOff, kScreenOn };
+struct StateAction {
+    StateChange change = StateChange::kBackground;
+};
+enum class Device { kSpeaker, kMicrophone };
+enum class DeviceChange { kLost, kRestored };
+struct DeviceAction {
+    Device device = Device::kSpeaker;
+    DeviceChange change = DeviceChange::kLost;
+};
+struct ScreenshotAction {
+    std::string file;
+};
+struct QuitAction {};
+
+using PerformanceAction = std::variant<TouchAction, PressAction, ReleaseAction, TapAction, KeyAction, BreathAction,
+                                       RingtoneAction, PickAction, StateAction, DeviceAction, ScreenshotAction,
+                                       QuitAction>;
+
+/// What a player and the world around the phone do, and when: a performance file after reading. Plain data, any thread.
+class Performance {
+public:
+    struct Step {
+        Microseconds time = 0;  ///< since the start
+        int line = 0;           ///< in the file, from 1
+        PerformanceAction action;
+    };
+
+    /// Reads a performance's text. Null with "NAME:LINE: reason" in `problem` when a line is malformed.
+    [[nodiscard]] static std::shared_ptr<const Performance> Parse(std::string_view text, const std::string& name,
+                                                                  std::string& problem);
+    /// Reads a performance file. Null with one line that names the file in `problem` when that fails.
+    [[nodiscard]] static std::shared_ptr<const Performance> Load(const std::string& path, std::string& problem);
+
+    [[nodiscard]] const std::vector<Step>& Steps() const noexcept { return steps_; }
+    [[nodiscard]] const std::string& Name() const noexcept { return name_; }
+    /// The name of the control that a step's action is about, or null.
+    [[nodiscard]] static const std::string* ControlOf(const PerformanceAction& action);
+
+private:
+    std::string name_;
+    std::vector<Step> steps_;
+};
+
+}  // namespace host

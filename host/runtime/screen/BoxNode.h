@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "runtime/package/Layout.h"
+#include "runtime/screen/Node.h"
+#include "runtime/screen/TextBlock.h"
+
+namespace host {
+
+/// A box with a picture and a text in it: what labels, panels, forms and popups are. UI thread only.
+class BoxNode final : public Node {
+public:
+    using Node::Node;
+
+    void SetLook(const BoxLook& look);
+    void SetBackground(Rgba color);
+    [[nodiscard]] Rgba Background() const { return look_.background; }
+    /// Null for none.
+    void SetPicture(std::shared_ptr<const Picture> picture);
+    void SetTextLook(const TextLook& look);
+    void SetText(const std::string& text);
+    [[nodiscard]] const std::string& Text() const { return text_.Look().text; }
+
+private:
+    void DescribeLook(DrawList& list) override;
+
+    BoxLook look_;
+    std::shared_ptr<const Picture> picture_;
+    TextBlock text_;
+};
+
+}  // namespace host

@@ -1,0 +1,362 @@
+#include "runtime/screen/ColorPickerNode.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <utility>
+#include <vector>
+
+#include "runtime/screen/BoxDrawing.h"
+#include "runtime/screen/Contrast.h"
+#include "runtime/screen/Screen.h"
+
+namespace host {
+
+namespace {
+
+// The drawing that the picker was designed on; the parts' places below count in its units.
+constexpr double kDesignWidth = 640;
+constexpr double kDesignHeight = 656;
+constexpr RectF kField{16, 16, 524, 340};
+constexpr RectF kSlider{572, 16, 52, 340};
+constexpr RectF kSwatch{16, 380, 296, 92};
+constexpr RectF kDigits{328, 380, 296, 92};
+constexpr RectF kCard{16, 488, 192, 156};
+constexpr double kCardDistance = 208;
+constexpr RectF kValue{32, 488, 160, 60};
+constexpr RectF kMinus{16, 552, 92, 92};
+constexpr RectF kPlus{116, 552, 92, 92};
+
+constexpr double kReach = 16;  ///< how far beside field and slider a finger still means them
+constexpr double kCorner = 14;
+constexpr double kLine = 3;
+constexpr double kMarkerRadius = 15;
+constexpr double kThumbHeight = 22;
+constexpr double kThumbOverhang = 8;
+constexpr double kSignLength = 32;
+constexpr double kSignWidth = 6;
+constexpr double kDigitsSize = 44;
+constexpr double kNameSize = 30;
+constexpr double kValueSize = 36;
+constexpr double kSmallestTextPart = 0.5;  ///< of a text's size, where it does not fit
+
+constexpr Rgba kInk{58, 34, 40, 255};
+constexpr Rgba kPaper{255, 255, 255, 255};
+constexpr Rgba kPressedPaper{225, 214, 208, 255};
+constexpr Rgba kBlack{0, 0, 0, 255};
+constexpr std::array<const char*, PickedColor::kChannels> kChannelNames{"R", "G", "B"};
+
+// The colours run evenly between these points, so that scaling them up shows every one.
+constexpr int kFieldPointsPerSixth = 32;
+constexpr PixelSize kFieldPoints{6 * kFieldPointsPerSixth, 64};
+
+constexpr Microseconds kRepeatDelay = 400 * kMicrosecondsPerMillisecond;
+constexpr Microseconds kRepeatInterval = 60 * kMicrosecondsPerMillisecond;
+constexpr int kShiftedStep = 16;
+constexpr std::size_t kHexDigits = 6;
+constexpr int kHexBase = 16;
+
+bool Contains(const RectF& rect, PointF place, double reach = 0) {
+    return place.x >= rect.x - reach && place.y >= rect.y - reach && place.x < rect.x + rect.width + reach &&
+           place.y < rect.y + rect.height + reach;
+}
+
+void AddCircle(DrawList& list, PointF center, double radius, double lineWidth, Rgba color) {
+    DrawOperation operation;
+    operation.kind = lineWidth > 0 ? DrawOperation::Kind::kStrokeEllipse : DrawOperation::Kind::kFillEllipse;
+    operation.rect = {center.x - radius, center.y - radius, 2 * radius, 2 * radius};
+    operation.lineWidth = lineWidth;
+    operation.color = color;
+    list.Add(operation);
+}
+
+}  // namespace
+
+ColorPickerParts::ColorPickerParts(SizeF size) {
+    const double scaleX = size.width / kDesignWidth;
+    const double scaleY = size.height / kDesignHeight;
+    unit = std::min(scaleX, scaleY);
+    const auto scaled = [scaleX, scaleY](const RectF& rect, double shift = 0) {
+        return RectF{(rect.x + shift) * scaleX, rect.y * scaleY, rect.width * scaleX, rect.height * scaleY};
+    };
+    field = scaled(kField);
+    slider = scaled(kSlider);
+    swatch = scaled(kSwatch);
+    digits = scaled(kDigits);
+    double shift = 0;
+    for (Channel& channel : channels) {
+        channel = {scaled(kCard, shift), scaled(kValue, shift), scaled(kMinus, shift), scaled(kPlus, shift)};
+        shift += kCardDistance;
+    }
+}
+
+ColorPickerNode::ColorPickerNode(Screen& screen) : Node(screen) {}
+
+ColorPickerNode::~ColorPickerNode() {
+    GetScreen().GetLoop().CancelTimer(repeatTimer_);
+}
+
+void ColorPickerNode::SetColor(Rgba color) {
+    picked_.Set(color);
+    typed_.clear();
+    isReportDue_ = false;
+    LookChanged();
+}
+
+void ColorPickerNode::Pick(Rgba color) {
+    picked_.Set(color);
+    Changed();
+    FlushReports();
+}
+
+void ColorPickerNode::OnFinger(const FingerEvent& event) {
+    const ColorPickerParts parts(Size());
+    const std::weak_ptr<Node> token = Token();
+    switch (event.phase) {
+        case FingerEvent::Phase::kPress:
+            Press(parts, event.position);
+            break;
+        case FingerEvent::Phase::kMove:
+            Drag(parts, event.position);
+            break;
+        case FingerEvent::Phase::kRelease:
+            Drag(parts, event.position);
+            EndDrag();
+            break;
+        case FingerEvent::Phase::kCancel:
+            EndDrag();
+            break;
+    }
+    if (!token.expired()) Node::OnFinger(event);
+}
+
+void ColorPickerNode::Press(const ColorPickerParts& parts, PointF place) {
+    const double reach = kReach * parts.unit;
+    if (Contains(parts.field, place, reach)) {
+        held_ = Part::kField;
+    } else if (Contains(parts.slider, place, reach)) {
+        held_ = Part::kSlider;
+    }
+    if (held_ != Part::kNone) {
+        Drag(parts, place);
+        return;
+    }
+    for (int channel = 0; channel < PickedColor::kChannels; ++channel) {
+        const auto& part = parts.channels[static_cast<std::size_t>(channel)];
+        const bool isMinus = Contains(part.minus, place);
+        if (!isMinus && !Contains(part.plus, place)) continue;
+        held_ = Part::kStepper;
+        heldChannel_ = channel;
+        heldStep_ = isMinus ? -1 : 1;
+        isHeldInside_ = true;
+        Step();
+        RepeatStepAfter(kRepeatDelay);
+    }
+}
+
+void ColorPickerNode::Drag(const ColorPickerParts& parts, PointF place) {
+    switch (held_) {
+        case Part::kNone:
+            break;
+        case Part::kField:
+            picked_.SetHueAndSaturation((place.x - parts.field.x) / parts.field.width * PickedColor::kHueEnd,
+                                        1 - (place.y - parts.field.y) / parts.field.height);
+            Changed();
+            break;
+        case Part::kSlider:
+            picked_.SetBrightness(1 - (place.y - parts.slider.y) / parts.slider.height);
+            Changed();
+            break;
+        case Part::kStepper: {
+            const auto& part = parts.channels[static_cast<std::size_t>(heldChannel_)];
+            isHeldInside_ = Contains(heldStep_ < 0 ? part.minus : part.plus, place);
+            LookChanged();
+            break;
+        }
+    }
+}
+
+void ColorPickerNode::EndDrag() {
+    held_ = Part::kNone;
+    GetScreen().GetLoop().CancelTimer(std::exchange(repeatTimer_, TimerQueue::kNone));
+    LookChanged();
+    FlushReports();
+}
+
+void ColorPickerNode::Step() {
+    picked_.SetChannel(heldChannel_, picked_.Channel(heldChannel_) + heldStep_);
+    Changed();
+}
+
+void ColorPickerNode::RepeatStepAfter(Microseconds delay) {
+    repeatTimer_ = GetScreen().GetLoop().StartTimer(delay, [this] {
+        if (isHeldInside_) Step();
+        RepeatStepAfter(kRepeatInterval);
+    });
+}
+
+bool ColorPickerNode::OnFocusKey(const FocusKeyEvent& event) {
+    const int step = event.isShifted ? kShiftedStep : 1;
+    switch (event.key) {
+        case FocusKey::kActivate:
+            return true;
+        case FocusKey::kLeft:
+        case FocusKey::kRight:
+            keyChannel_ += event.key == FocusKey::kRight ? 1 : PickedColor::kChannels - 1;
+            keyChannel_ %= PickedColor::kChannels;
+            LookChanged();
+            return true;
+        case FocusKey::kUp:
+        case FocusKey::kDown:
+            picked_.SetChannel(keyChannel_, picked_.Channel(keyChannel_) + (event.key == FocusKey::kUp ? step : -step));
+            Changed();
+            return true;
+        case FocusKey::kErase:
+            if (!typed_.empty()) typed_.pop_back();
+            LookChanged();
+            return true;
+        case FocusKey::kDigit:
+            if (!event.isRepeat) Type(event.digit);
+            return true;
+    }
+    return false;
+}
+
+void ColorPickerNode::Type(int digit) {
+    typed_ += "0123456789ABCDEF"[digit];
+    LookChanged();
+    if (typed_.size() < kHexDigits) return;
+    const auto channel = [this](std::size_t first) {
+        return static_cast<std::uint8_t>(std::stoi(typed_.substr(first, 2), nullptr, kHexBase));
+    };
+    picked_.Set({channel(0), channel(2), channel(4), picked_.Color().alpha});
+    Changed();
+}
+
+void ColorPickerNode::OnFocusChanged(bool hasFocus) {
+    hasFocus_ = hasFocus;
+    typed_.clear();
+    LookChanged();
+}
+
+void ColorPickerNode::Changed() {
+    typed_.clear();
+    isReportDue_ = true;
+    GetScreen().RequestReport(*this);
+    LookChanged();
+}
+
+void ColorPickerNode::FlushReports() {
+    if (!std::exchange(isReportDue_, false)) return;
+    if (Delegate() != nullptr) Delegate()->OnColorChange();
+}
+
+std::string ColorPickerNode::DigitsText() const {
+    if (!typed_.empty()) return '#' + typed_ + std::string(kHexDigits - typed_.size(), '_');
+    const Rgba color = picked_.Color();
+    std::array<char, 8> text{};
+    std::snprintf(text.data(), text.size(), "#%02X%02X%02X", unsigned{color.red}, unsigned{color.green},
+                  unsigned{color.blue});
+    return text.data();
+}
+
+void ColorPickerNode::DescribeLook(DrawList& list) {
+    const ColorPickerParts parts(list.Size());
+    DescribeField(parts, list);
+    DescribeSlider(parts, list);
+    DescribeValue(parts, list);
+    for (int channel = 0; channel < PickedColor::kChannels; ++channel) DescribeChannel(channel, parts, list);
+}
+
+void ColorPickerNode::DescribeField(const ColorPickerParts& parts, DrawList& list) {
+    if (!fieldPicture_) {
+        std::vector<Rgba> pixels;
+        pixels.reserve(static_cast<std::size_t>(kFieldPoints.width) * kFieldPoints.height);
+        for (int y = 0; y < kFieldPoints.height; ++y) {
+            for (int x = 0; x < kFieldPoints.width; ++x) {
+                pixels.push_back(
+                    PickedColor::FromHsv((x + 0.5) / kFieldPointsPerSixth, 1 - (y + 0.5) / kFieldPoints.height, 1));
+            }
+        }
+        fieldPicture_ = GetScreen().GetPainter().CreatePicture(kFieldPoints, pixels);
+    }
+    AddPicture(list, parts.field, fieldPicture_);
+    AddOutline(list, parts.field, 0, kLine * parts.unit, kInk);
+
+    const PointF place{parts.field.x + picked_.Hue() / PickedColor::kHueEnd * parts.field.width,
+                       parts.field.y + (1 - picked_.Saturation()) * parts.field.height};
+    const double line = kLine * parts.unit;
+    const double radius = kMarkerRadius * parts.unit - line;
+    AddCircle(list, place, radius, 0, PickedColor::FromHsv(picked_.Hue(), picked_.Saturation(), 1));
+    AddCircle(list, place, radius + line / 2, line, kInk);
+    AddCircle(list, place, radius - line / 2, line, kPaper);
+}
+
+void ColorPickerNode::DescribeSlider(const ColorPickerParts& parts, DrawList& list) const {
+    const double line = kLine * parts.unit;
+    DrawOperation gradient;
+    gradient.kind = DrawOperation::Kind::kFillGradient;
+    gradient.rect = parts.slider;
+    gradient.color = PickedColor::FromHsv(picked_.Hue(), picked_.Saturation(), 1);
+    gradient.secondColor = kBlack;
+    list.Add(gradient);
+    AddOutline(list, parts.slider, 0, line, kInk);
+
+    const double overhang = kThumbOverhang * parts.unit;
+    const double height = kThumbHeight * parts.unit;
+    const double center = parts.slider.y + (1 - picked_.Brightness()) * parts.slider.height;
+    const RectF thumb{parts.slider.x - overhang, center - height / 2, parts.slider.width + 2 * overhang, height};
+    AddFilling(list, thumb, height / 2, kPaper);
+    AddOutline(list, thumb, height / 2, line, kInk);
+}
+
+void ColorPickerNode::DescribeValue(const ColorPickerParts& parts, DrawList& list) {
+    const double corner = kCorner * parts.unit;
+    AddFilling(list, parts.swatch, corner, kPaper);
+    AddFilling(list, parts.swatch, corner, picked_.Color());
+    AddOutline(list, parts.swatch, corner, kLine * parts.unit, kInk);
+    AddFilling(list, parts.digits, corner, kPaper);
+    AddOutline(list, parts.digits, corner, kLine * parts.unit, kInk);
+    DescribeText(digitsText_, DigitsText(), parts.digits, kDigitsSize * parts.unit, HorizontalAlign::kCenter, list);
+}
+
+void ColorPickerNode::DescribeChannel(int channel, const ColorPickerParts& parts, DrawList& list) {
+    const auto index = static_cast<std::size_t>(channel);
+    const auto& part = parts.channels[index];
+    const double corner = kCorner * parts.unit;
+    const double line = kLine * parts.unit;
+    if (hasFocus_ && channel == keyChannel_) AddOutline(list, part.value, corner, 2 * line, kInk);
+    const double inset = corner;
+    const RectF inside{part.value.x + inset, part.value.y, part.value.width - 2 * inset, part.value.height};
+    DescribeText(nameTexts_[index], kChannelNames[index], inside, kNameSize * parts.unit, HorizontalAlign::kLeft, list);
+    DescribeText(valueTexts_[index], std::to_string(picked_.Channel(channel)), inside, kValueSize * parts.unit,
+                 HorizontalAlign::kRight, list);
+
+    for (const int step : {-1, 1}) {
+        const RectF& place = step < 0 ? part.minus : part.plus;
+        const bool isPressed = held_ == Part::kStepper && isHeldInside_ && heldChannel_ == channel && heldStep_ == step;
+        AddFilling(list, place, corner, isPressed ? kPressedPaper : kPaper);
+        AddOutline(list, place, corner, line, kInk);
+        const PointF center{place.x + place.width / 2, place.y + place.height / 2};
+        const double length = kSignLength * parts.unit;
+        const double width = kSignWidth * parts.unit;
+        AddFilling(list, {center.x - length / 2, center.y - width / 2, length, width}, 0, kInk);
+        if (step > 0) AddFilling(list, {center.x - width / 2, center.y - length / 2, width, length}, 0, kInk);
+    }
+}
+
+void ColorPickerNode::DescribeText(TextBlock& block, const std::string& text, const RectF& box, double size,
+                                   HorizontalAlign align, DrawList& list) {
+    TextLook look;
+    look.text = text;
+    look.size = size;
+    look.smallestSize = size * kSmallestTextPart;
+    look.weight = FontWeight::kBold;
+    look.align = align;
+    look.color = kInk;
+    block.SetLook(look);
+    block.Describe(GetScreen().GetPainter(), GetScreen().GetScale(), box, kInk, std::nullopt, list);
+}
+
+}  // namespace host

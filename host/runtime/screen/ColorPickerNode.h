@@ -1,0 +1,92 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "runtime/loop/TimerQueue.h"
+#include "runtime/screen/Node.h"
+#include "runtime/screen/PickedColor.h"
+#include "runtime/screen/TextBlock.h"
+
+namespace host {
+
+/// Where the parts of a colour picker lie in it, in the phone's pixels.
+struct ColorPickerParts {
+    explicit ColorPickerParts(SizeF size);
+
+    double unit;   ///< pixels per unit of the drawing that the picker was designed on
+    RectF field;   ///< hue from left to right, saturation from bottom to top
+    RectF slider;  ///< brightness from bottom to top
+    RectF swatch;
+    RectF digits;
+    struct Channel {
+        RectF card;
+        RectF value;
+        RectF minus;
+        RectF plus;
+    };
+    std::array<Channel, PickedColor::kChannels> channels;
+};
+
+/// Picks a colour: a field for hue and saturation, a slider for brightness, a swatch with the value in hexadecimal, and
+/// steppers for red, green and blue that repeat while they are held. With the focus, arrows choose and move a channel
+/// and hexadecimal digits type the value. UI thread only.
+class ColorPickerNode final : public Node {
+public:
+    explicit ColorPickerNode(Screen& screen);
+    ~ColorPickerNode() override;
+
+    /// Reports nothing.
+    void SetColor(Rgba color);
+    [[nodiscard]] Rgba GetColor() const { return picked_.Color(); }
+    /// As if the user had chosen the colour; it is reported at once. May destroy the node.
+    void Pick(Rgba color);
+
+    void OnFinger(const FingerEvent& event) override;
+    [[nodiscard]] bool IsFocusable() const override { return true; }
+    bool OnFocusKey(const FocusKeyEvent& event) override;
+    void OnFocusChanged(bool hasFocus) override;
+    void FlushReports() override;
+
+private:
+    enum class Part { kNone, kField, kSlider, kStepper };
+
+    void DescribeLook(DrawList& list) override;
+    void DescribeField(const ColorPickerParts& parts, DrawList& list);
+    void DescribeSlider(const ColorPickerParts& parts, DrawList& list) const;
+    void DescribeValue(const ColorPickerParts& parts, DrawList& list);
+    void DescribeChannel(int channel, const ColorPickerParts& parts, DrawList& list);
+    void DescribeText(TextBlock& block, const std::string& text, const RectF& box, double size, HorizontalAlign align,
+                      DrawList& list);
+
+    void Press(const ColorPickerParts& parts, PointF place);
+    void Drag(const ColorPickerParts& parts, PointF place);
+    void EndDrag();
+    void Step();
+    void RepeatStepAfter(Microseconds delay);
+    void Type(int digit);
+    /// Shows the colour that was picked, and has it reported.
+    void Changed();
+    [[nodiscard]] std::string DigitsText() const;
+
+    PickedColor picked_;
+    std::shared_ptr<const Picture> fieldPicture_;
+
+    Part held_ = Part::kNone;
+    int heldChannel_ = 0;
+    int heldStep_ = 0;
+    bool isHeldInside_ = false;
+    TimerQueue::Id repeatTimer_ = TimerQueue::kNone;
+
+    bool isReportDue_ = false;
+    bool hasFocus_ = false;
+    int keyChannel_ = 0;
+    std::string typed_;  ///< hexadecimal digits, until there are six
+
+    TextBlock digitsText_;
+    std::array<TextBlock, PickedColor::kChannels> nameTexts_;
+    std::array<TextBlock, PickedColor::kChannels> valueTexts_;
+};
+
+}  // namespace host

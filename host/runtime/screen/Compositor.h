@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "backend/Clock.h"
+#include "backend/Painter.h"
+#include "backend/Window.h"
+#include "runtime/screen/Node.h"
+#include "runtime/screen/Region.h"
+#include "runtime/screen/ScreenStack.h"
+#include "runtime/trace/Trace.h"
+
+namespace host {
+
+/// Turns marked nodes into pixels of the window: asks them for their drawing, paints what has changed, and composes and
+/// presents the changed places alone. What lies wholly under something opaque is not touched. UI thread only.
+class Compositor {
+public:
+    Compositor(const Clock& clock, Painter& painter, Window& window, Trace& trace, const ScreenStack& stack,
+               PixelSize phoneScreen);
+
+    // The phone's screen in the window.
+    [[nodiscard]] double Scale() const { return scale_; }
+    [[nodiscard]] PointF ToPhone(double deviceX, double deviceY) const;
+    /// Edges go to the nearest device pixel, so that neighbours still meet.
+    [[nodiscard]] PixelRect ToDevice(const PixelRect& phoneRect) const;
+
+    void Mark() { isDirty_ = true; }
+    void AddDamage(const Node& node);
+    /// Everything that can be seen is composed again, from the surfaces that are there.
+    void DamageAll();
+    /// As DamageAll, and every visible node is asked for its drawing and painted.
+    void RepaintAll();
+    /// Takes the window's new size over.
+    void OnResized();
+    void SetVisible(bool isVisible);
+    /// Which node the focus ring is around; null for none.
+    void SetFocus(const Node* node);
+    [[nodiscard]] const Node* Focus() const { return focus_; }
+
+    /// Whether there is anything to compose, due or not.
+    [[nodiscard]] bool IsWanted() const { return isVisible_ && isDirty_; }
+    [[nodiscard]] bool IsDue(Microseconds now) const { return IsWanted() && now >= nextFrame_; }
+    /// When Compose is to be called next; LoopClient::kNever when nothing is marked.
+    [[nodiscard]] Microseconds NextDue() const;
+    void Compose(Microseconds now);
+    [[nodiscard]] std::uint64_t FramesComposed() const { return framesComposed_; }
+    /// The phone's screen as it was last composed.
+    [[nodiscard]] bool SavePicture(const std::string& path) const;
+
+private:
+    // One thing to compose, from the bottom up: a node, a plain colour or the ring.
+    struct Layer {
+        PixelRect place;    ///< where the surface lies
+        PixelRect visible;  ///< the part of it that is not cut off
+        PixelRect opaque;   ///< the part of that which hides what is below
+        Node* node = nullptr;
+        Rgba color;  ///< where it is plain
+        bool isPlain = false;
+        bool isPaintedOver = false;  ///< without a surface of its own
+        bool isRing = false;
+    };
+    struct Step {
+        const Layer* layer;
+        PixelRect clip;
+        Surface::Blend blend;
+    };
+
+    void FitPhoneScreen();
+    template <typename Visit>
+    void VisitShown(Visit visit) const;
+
+    void Draw(Node& node, const PixelRect& clip);
+    void AskForDrawing(Node& node);
+    [[nodiscard]] const Surface& SurfaceOf(Node& node, PixelSize size);
+
+    void AddLayers(Node& node, const PixelRect& clip);
+    void AddColor(const PixelRect& place, Rgba color);
+    [[nodiscard]] PixelRect RingPlace() const;
+    void PaintRing(Surface& pixels) const;
+    void ComposeRect(const PixelRect& rect, Surface& pixels);
+    void Perform(const Step& step, Surface& pixels);
+
+    const Clock& clock_;
+    Painter& painter_;
+    Window& window_;
+    Trace& trace_;
+    const ScreenStack& stack_;
+    const PixelSize phoneScreen_;
+
+    double scale_ = 1;
+    PixelRect phoneArea_;  ///< of the window
+    bool isVisible_ = true;
+    bool isDirty_ = true;
+    Microseconds nextFrame_ = INT64_MIN;
+    std::uint64_t framesComposed_ = 0;
+    Damage damage_;
+    const Node* focus_ = nullptr;
+    PixelRect ringShown_;
+
+    // Kept from frame to frame for their memory alone.
+    std::vector<Layer> layers_;
+    std::vector<Step> steps_;
+};
+
+}  // namespace host

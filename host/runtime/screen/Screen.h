@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "backend/Painter.h"
+#include "backend/Window.h"
+#include "runtime/loop/EventLoop.h"
+#include "runtime/package/Package.h"
+#include "runtime/screen/PhoneKeyListener.h"
+#include "runtime/trace/Trace.h"
+
+namespace host {
+
+class Compositor;
+class Fingers;
+struct FingerId;
+class Keyboard;
+class Node;
+class ScreenStack;
+
+/// The phone's screen in the window: who is touched, which keys go where, what is painted. The phone's pixels are
+/// scaled uniformly and centred in the window; what is left over is black. UI thread only.
+class Screen final {
+public:
+    /// The window is open. Everything must outlive the screen.
+    Screen(EventLoop& loop, const Clock& clock, Painter& painter, Window& window, Trace& trace, const Package& package,
+           PhoneKeyListener& keyListener, PixelSize phoneScreen);
+    ~Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    // From the window, in its device pixels.
+    void OnTouch(const TouchInput& touch);
+    void OnKey(const KeyInput& key);
+    /// Lifts every finger and every key.
+    void OnInputLost();
+    void OnResized();
+    void OnExposed();
+    void OnVisibilityChanged(bool isVisible);
+
+    // From a performance, in the phone's pixels.
+    /// A lifted finger lifts where it last was: `position` is not looked at then.
+    void Touch(std::int64_t finger, TouchPhase phase, PointF position);
+    /// A point on the named control of the topmost screen, at the fraction (0..1) of its size; empty when there is no
+    /// such visible control.
+    [[nodiscard]] std::optional<PointF> PointOn(std::string_view name, double fractionX, double fractionY) const;
+    /// "back", "volume-up", "volume-down" or a key's code; a code that nothing is bound to is passed over.
+    void PressKey(std::string_view key);
+    void ReleaseKey(std::string_view key);
+    /// The user chooses a colour in the named colour picker of the topmost screen; false when there is none.
+    [[nodiscard]] bool PickColor(std::string_view name, Rgba color);
+    /// Writes what the screen shows now; false when that failed.
+    [[nodiscard]] bool SavePicture(const std::string& path);
+
+    /// Composes what is marked, at most once a display frame and at once when nothing was composed for longer than
+    /// that. Returns when it wants to be called again, or LoopClient::kNever.
+    Microseconds ComposeIfDue(Microseconds now);
+    [[nodiscard]] std::uint64_t FramesComposed() const;
+    /// Draws every visible control anew at the next frame, also where nothing has changed.
+    void RepaintAll();
+
+    // For the framework's controls.
+    /// The form that is shown under the popups, or null. Fingers on the one before are taken as lifted.
+    void SetCurrentForm(Node* form);
+    /// Puts a popup on top of everything; one that is shown already comes to the top.
+    void ShowPopup(Node& popup);
+    [[nodiscard]] EventLoop& GetLoop() { return loop_; }
+    [[nodiscard]] Painter& GetPainter() { return painter_; }
+    [[nodiscard]] const Package& GetPackage() const { return package_; }
+    [[nodiscard]] PixelSize GetPhoneScreen() const { return phoneScreen_; }
+
+    // For nodes.
+    /// Device pixels per pixel of the phone.
+    [[nodiscard]] double GetScale() const;
+    void OnNodeMarked();
+    /// What the node covers, or covered, must be painted again.
+    void OnNodeDamaged(const Node& node);
+    /// It was shown or hidden. Fingers on a hidden node are taken as lifted.
+    void OnNodeVisibility(const Node& node);
+    void OnNodeGone(const Node& node);
+    /// Has the node's FlushReports called before the next frame, or before the next thing that the user does.
+    void RequestReport(const Node& node);
+
+private:
+    void PressFinger(const FingerId& finger, PointF place);
+    void OnTopmostChanged();
+    void Compose(Microseconds now);
+    void FlushReports();
+
+    EventLoop& loop_;
+    Painter& painter_;
+    const Package& package_;
+    PixelSize phoneScreen_;
+    std::unique_ptr<ScreenStack> stack_;
+    std::unique_ptr<Fingers> fingers_;
+    std::unique_ptr<Compositor> compositor_;
+    std::unique_ptr<Keyboard> keyboard_;
+    std::weak_ptr<Node> reporting_;
+};
+
+}  // namespace host

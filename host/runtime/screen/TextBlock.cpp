@@ -1,0 +1,91 @@
+#include "runtime/screen/TextBlock.h"
+
+#include <algorithm>
+
+namespace host {
+
+namespace {
+
+constexpr double kShrinkPerTry = 0.94;
+constexpr double kEdgePerSize = 0.12;  ///< width of the glyphs' edge, of the text's size
+
+// What is left between a box and the text in it, by the alignment.
+double Lead(HorizontalAlign align, double space) {
+    switch (align) {
+        case HorizontalAlign::kLeft:
+            return 0;
+        case HorizontalAlign::kCenter:
+            return space / 2;
+        case HorizontalAlign::kRight:
+            return space;
+    }
+    return 0;
+}
+
+double Lead(VerticalAlign align, double space) {
+    switch (align) {
+        case VerticalAlign::kTop:
+            return 0;
+        case VerticalAlign::kMiddle:
+            return space / 2;
+        case VerticalAlign::kBottom:
+            return space;
+    }
+    return 0;
+}
+
+}  // namespace
+
+void TextBlock::SetLook(const TextLook& look) {
+    if (look == look_) return;
+    look_ = look;
+    layout_.reset();
+}
+
+void TextBlock::SetText(const std::string& text) {
+    if (text == look_.text) return;
+    look_.text = text;
+    layout_.reset();
+}
+
+void TextBlock::Describe(Painter& painter, double scale, const RectF& box, Rgba color, std::optional<Rgba> edge,
+                         DrawList& list) {
+    if (look_.text.empty() || box.width <= 0 || box.height <= 0) return;
+    const bool fits =
+        layout_ && shapedScale_ == scale && shapedBox_.width == box.width && shapedBox_.height == box.height;
+    if (!fits) Shape(painter, scale, {box.width, box.height});
+
+    const SizeF extent = layout_->Measure();
+    DrawOperation operation;
+    operation.kind = DrawOperation::Kind::kText;
+    operation.rect.x = box.x + Lead(look_.align, std::max(0.0, box.width - extent.width));
+    operation.rect.y = box.y + Lead(look_.verticalAlign, std::max(0.0, box.height - extent.height));
+    operation.text = layout_;
+    operation.color = color;
+    if (edge) {
+        operation.lineWidth = shapedSize_ * kEdgePerSize;
+        operation.secondColor = *edge;
+    }
+    list.Add(std::move(operation));
+}
+
+void TextBlock::Shape(Painter& painter, double scale, SizeF box) {
+    TextStyle style;
+    style.weight = look_.weight;
+    style.align = look_.align;
+    style.wrap = look_.wrap;
+    style.maxWidth = box.width;
+    style.maxHeight = box.height;
+    style.size = look_.size;
+    for (;;) {
+        layout_ = painter.CreateText(look_.text, style, scale);
+        const bool fits = !layout_->IsEllipsized() && layout_->Measure().height <= box.height;
+        if (fits || style.size <= look_.smallestSize) break;
+        style.size = std::max(look_.smallestSize, style.size * kShrinkPerTry);
+    }
+    shapedSize_ = style.size;
+    shapedScale_ = scale;
+    shapedBox_ = box;
+}
+
+}  // namespace host

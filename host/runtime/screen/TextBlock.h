@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "backend/Painter.h"
+#include "runtime/package/Layout.h"
+#include "runtime/screen/DrawList.h"
+
+namespace host {
+
+/// A text in a box. It is shaped when it or its box has changed, and kept otherwise. UI thread only.
+class TextBlock {
+public:
+    void SetLook(const TextLook& look);
+    void SetText(const std::string& text);
+    [[nodiscard]] const TextLook& Look() const { return look_; }
+
+    /// Adds the text to `list` so that it lies in `box`, shrunk where it must be. With `edge`, its glyphs get an edge.
+    void Describe(Painter& painter, double scale, const RectF& box, Rgba color, std::optional<Rgba> edge,
+                  DrawList& list);
+
+private:
+    void Shape(Painter& painter, double scale, SizeF box);
+
+    TextLook look_;
+    std::shared_ptr<const TextLayout> layout_;
+    double shapedSize_ = 0;
+    double shapedScale_ = 0;
+    SizeF shapedBox_;
+};
+
+}  // namespace host

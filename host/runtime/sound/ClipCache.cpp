@@ -1,0 +1,103 @@
+#include "runtime/sound/ClipCache.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace host {
+
+namespace {
+
+// Room for a minute in every format that a tone is kept in; whatever is larger is no tone.
+constexpr std::size_t kLargestFileBytes = 32U << 20U;
+
+// A slice costs well under a millisecond with resampling. Twenty times as fast as it is played, it leaves the tone's
+// beginning behind at once, also when several clips take turns.
+constexpr std::int64_t kSliceMilliseconds = 200;
+constexpr Microseconds kSliceInterval = 10 * kMicrosecondsPerMillisecond;
+
+}  // namespace
+
+ClipCache::ClipCache(Storage& storage, EventLoop& loop, std::function<void(const Clip&)> onBroken)
+    : storage_(storage), loop_(loop), onBroken_(std::move(onBroken)) {}
+
+ClipCache::~ClipCache() {
+    loop_.CancelTimer(timer_);
+}
+
+ClipCache::Outcome ClipCache::Open(const std::string& path, std::shared_ptr<const Clip>& clip) {
+    const auto stamp = storage_.Stat(path);
+    const auto known = byPath_.find(path);
+    if (known != byPath_.end()) {
+        if (stamp == known->second->stamp) {
+            entries_.splice(entries_.begin(), entries_, known->second);
+            clip = known->second->clip;
+            return Outcome::kOpened;
+        }
+        Remove(known->second);
+    }
+    if (!stamp) return Outcome::kMissing;
+
+    std::vector<std::byte> content;
+    switch (storage_.Read(path, kLargestFileBytes, content)) {
+        case ReadOutcome::kRead:
+            break;
+        case ReadOutcome::kMissing:
+            return Outcome::kMissing;
+        case ReadOutcome::kTooLarge:
+        case ReadOutcome::kFailed:
+            return Outcome::kUnsupported;
+    }
+    auto decoder = ClipDecoder::Open(std::move(content), rate_);
+    if (decoder == nullptr || !decoder->Advance(SliceFrames())) return Outcome::kUnsupported;
+
+    clip = decoder->GetClip();
+    entries_.push_front({path, *stamp, clip});
+    byPath_.emplace(path, entries_.begin());
+    bytes_ += clip->Bytes();
+    KeepWithinLimit();
+    if (!decoder->IsDone()) {
+        unfinished_.push_back(std::move(decoder));
+        DecodeOnTimer();
+    }
+    return Outcome::kOpened;
+}
+
+void ClipCache::Remove(Entries::iterator entry) {
+    bytes_ -= entry->clip->Bytes();
+    byPath_.erase(entry->path);
+    entries_.erase(entry);
+}
+
+void ClipCache::KeepWithinLimit() {
+    while (bytes_ > kLimitBytes && entries_.size() > 1) Remove(std::prev(entries_.end()));
+}
+
+void ClipCache::DecodeOnTimer() {
+    if (timer_ != TimerQueue::kNone) return;
+    timer_ = loop_.StartTimer(kSliceInterval, [this] {
+        timer_ = TimerQueue::kNone;
+        DecodeSlice();
+        if (!unfinished_.empty()) DecodeOnTimer();
+    });
+}
+
+void ClipCache::DecodeSlice() {
+    std::unique_ptr<ClipDecoder> decoder = std::move(unfinished_.front());
+    unfinished_.pop_front();
+    const std::shared_ptr<const Clip> clip = decoder->GetClip();
+    if (decoder->Advance(SliceFrames())) {
+        if (!decoder->IsDone()) unfinished_.push_back(std::move(decoder));
+        return;
+    }
+    const auto entry =
+        std::find_if(entries_.begin(), entries_.end(), [&](const Entry& each) { return each.clip == clip; });
+    if (entry != entries_.end()) Remove(entry);
+    onBroken_(*clip);
+}
+
+std::size_t ClipCache::SliceFrames() const {
+    constexpr std::int64_t kMillisecondsPerSecond = 1000;
+    return static_cast<std::size_t>(rate_ * kSliceMilliseconds / kMillisecondsPerSecond);
+}
+
+}  // namespace host

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "backend/Storage.h"
+#include "runtime/loop/EventLoop.h"
+#include "runtime/sound/Clip.h"
+#include "runtime/sound/ClipDecoder.h"
+
+namespace host {
+
+/// The recordings that were opened lately, decoded once and shared. A file that has changed since is decoded anew. The
+/// first fraction of a second is decoded when a clip is opened, the rest in slices soon after, far ahead of its being
+/// played, so that no single step of the UI thread is long. UI thread only.
+class ClipCache {
+public:
+    /// `onBroken` hears of a clip that was opened, and whose file then did not decode to its end in spite of its intact
+    /// checksums.
+    ClipCache(Storage& storage, EventLoop& loop, std::function<void(const Clip&)> onBroken);
+    ~ClipCache();
+    ClipCache(const ClipCache&) = delete;
+    ClipCache& operator=(const ClipCache&) = delete;
+
+    /// The rate of the clips; before the first Open.
+    void SetRate(int rate) { rate_ = rate; }
+
+    enum class Outcome { kOpened, kMissing, kUnsupported };
+    [[nodiscard]] Outcome Open(const std::string& path, std::shared_ptr<const Clip>& clip);
+
+    /// Clips that nobody plays are given up beyond this, the one that was opened longest ago first.
+    static constexpr std::size_t kLimitBytes = 64U << 20U;
+
+private:
+    struct Entry {
+        std::string path;
+        FileStamp stamp;
+        std::shared_ptr<const Clip> clip;
+    };
+    using Entries = std::list<Entry>;
+
+    void Remove(Entries::iterator entry);
+    void KeepWithinLimit();
+    void DecodeOnTimer();
+    void DecodeSlice();
+    [[nodiscard]] std::size_t SliceFrames() const;
+
+    Storage& storage_;
+    EventLoop& loop_;
+    std::function<void(const Clip&)> onBroken_;
+    int rate_ = 0;
+    Entries entries_;  ///< the one opened last in front
+    std::map<std::string, Entries::iterator> byPath_;
+    std::size_t bytes_ = 0;
+    std::list<std::unique_ptr<ClipDecoder>> unfinished_;
+    TimerQueue::Id timer_ = TimerQueue::kNone;
+};
+
+}  // namespace host

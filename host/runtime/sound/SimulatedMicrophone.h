@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "backend/Microphone.h"
+#include "runtime/loop/EventLoop.h"
+#include "runtime/sound/BlockRing.h"
+#include "runtime/sound/BreathFile.h"
+#include "runtime/sound/Turbulence.h"
+
+namespace host {
+
+/// A microphone that hears a breath file and a performance's breath, paced by the event loop: each block comes when its
+/// last sample has been heard. The file plays in the world, from the microphone's first start on, whether the
+/// microphone listens or not. UI thread only.
+class SimulatedMicrophone final : public Microphone {
+public:
+    explicit SimulatedMicrophone(EventLoop& loop) : loop_(loop) {}
+    ~SimulatedMicrophone();
+    SimulatedMicrophone(const SimulatedMicrophone&) = delete;
+    SimulatedMicrophone& operator=(const SimulatedMicrophone&) = delete;
+
+    /// Before the first start.
+    void SetBreathFile(std::unique_ptr<BreathFile> file) { breathFile_ = std::move(file); }
+
+    // Each takes effect at its own moment, also within a block.
+    void SetBreath(double level);
+    void Lose();
+    void Restore();
+
+    // Microphone; the one format is that of MicrophoneFormat's defaults.
+    void Start(const MicrophoneFormat& format, MicrophoneClient& client) override;
+    void Stop() noexcept override;
+
+private:
+    void WaitForBlock();
+    void HearUntil(Microseconds now);
+    void Hear(std::size_t frames);
+    [[nodiscard]] Microseconds BlockEnd() const;
+
+    EventLoop& loop_;
+    std::unique_ptr<BreathFile> breathFile_;
+    Turbulence turbulence_;
+    bool isLost_ = false;
+
+    MicrophoneClient* client_ = nullptr;  ///< null while it is stopped
+    TimerQueue::Id timer_ = TimerQueue::kNone;
+    Microseconds firstStart_ = -1;  ///< negative before it
+    Microseconds start_ = 0;
+    std::int64_t blocks_ = 0;  ///< delivered since the start
+    std::size_t framesHeard_ = 0;
+    Block block_{};
+    std::uint64_t fileFrames_ = 0;  ///< where the breath file is
+};
+
+}  // namespace host

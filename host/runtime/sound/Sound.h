@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "backend/Microphone.h"
+#include "backend/Speaker.h"
+#include "backend/Storage.h"
+#include "runtime/Console.h"
+#include "runtime/loop/EventLoop.h"
+#include "runtime/sound/Capture.h"
+#include "runtime/sound/ClipCache.h"
+#include "runtime/sound/Mix.h"
+#include "runtime/sound/MixDesk.h"
+#include "runtime/sound/SimulatedMicrophone.h"
+#include "runtime/sound/SpeakerOutput.h"
+#include "runtime/trace/Trace.h"
+
+namespace host {
+
+class CaptureSession;
+class ClipPlayer;
+class Recorder;
+
+struct SoundServices {
+    EventLoop& loop;
+    Storage& storage;
+    Speaker& speaker;
+    Microphone& microphone;
+    Trace& trace;
+    Console& console;
+};
+
+enum class MicrophoneSource { kDevice, kSimulated };
+
+struct SoundOptions {
+    std::optional<std::string> recordPath;  ///< where to write what the speaker plays
+    std::optional<std::string> breathPath;  ///< what a simulated microphone hears from its first start
+    MicrophoneSource microphoneSource = MicrophoneSource::kDevice;
+};
+
+/// The phone's ears and voice: it owns what lies between the framework's players and the speaker, and between the
+/// microphone and the framework's captures. UI thread only. It must outlive the event loop's last delivery, but not
+/// its players and captures: those go on without a sound once it is closed, and are in their error states once it is
+/// gone.
+class Sound final {
+public:
+    Sound(const SoundServices& services, const SoundOptions& options);
+    ~Sound();
+    Sound(const Sound&) = delete;
+    Sound& operator=(const Sound&) = delete;
+
+    /// False with a line in `problem` when a file of the options cannot be read or made; nothing runs then.
+    [[nodiscard]] bool Open(std::string& problem);
+    /// The speaker silent first, then the microphone; nothing is delivered to anybody afterwards.
+    void Close() noexcept;
+
+    // What a performance or a keyboard does to the world around the phone.
+    void SetBreath(double level);     ///< 0..1: turbulence that the simulated microphone hears from now on
+    void SetKeyBreath(double level);  ///< 0..1: as if blown, whatever the microphone hears; 0 ends it
+    void LoseSpeaker();
+    void RestoreSpeaker();
+    void LoseMicrophone();  ///< of a simulated microphone; a real one is only lost by being unplugged
+    void RestoreMicrophone();
+
+    [[nodiscard]] std::uint64_t BlocksDelivered() const;
+    [[nodiscard]] std::uint64_t Underruns() const;
+
+    // For ClipPlayer and CaptureSession, which are what Tizen::Media::Player and AudioIn are made of.
+    void Add(ClipPlayer& player) { players_.push_back(&player); }
+    void Remove(ClipPlayer& player) { std::erase(players_, &player); }
+    void Add(CaptureSession& session) { sessions_.push_back(&session); }
+    void Remove(CaptureSession& session) { std::erase(sessions_, &session); }
+    [[nodiscard]] EventLoop& GetLoop() noexcept { return services_.loop; }
+    [[nodiscard]] Trace& GetTrace() noexcept { return services_.trace; }
+    [[nodiscard]] ClipCache& GetClips() noexcept { return clips_; }
+    [[nodiscard]] MixDesk& GetDesk() noexcept { return desk_; }
+    [[nodiscard]] Capture& GetCapture() noexcept { return capture_; }
+
+private:
+    void OnClipBroken(const Clip& clip);
+
+    SoundServices services_;
+    SoundOptions options_;
+    ClipCache clips_;
+    Mix mix_;
+    MixDesk desk_;
+    SpeakerOutput output_;
+    std::unique_ptr<Recorder> recorder_;
+    SimulatedMicrophone simulatedMicrophone_;
+    Capture capture_;
+    std::vector<ClipPlayer*> players_;
+    std::vector<CaptureSession*> sessions_;
+    bool isOpen_ = false;
+};
+
+}  // namespace host

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace host {
+
+class ByteSource;
+
+/// Decodes a WAV, FLAC or Ogg Vorbis file piece by piece. Opening looks whether the file is whole (see Framing.h). One
+/// thread at a time; not for the audio thread.
+class SoundReader {
+public:
+    /// Null with what is wrong ("it is empty") in `problem`.
+    [[nodiscard]] static std::unique_ptr<SoundReader> FromMemory(std::vector<std::byte> content, std::string& problem);
+    [[nodiscard]] static std::unique_ptr<SoundReader> FromFile(const std::string& path, std::string& problem);
+    ~SoundReader();
+
+    /// Frames a second; at least 1.
+    [[nodiscard]] int Rate() const noexcept;
+    [[nodiscard]] int Channels() const noexcept;
+    /// What the file promises; at least 1.
+    [[nodiscard]] std::int64_t Frames() const noexcept;
+    [[nodiscard]] bool IsUnsigned8Bit() const noexcept;
+
+    /// Decodes the next frames into `samples`, interleaved, -1..1 (a loud file may exceed it), never infinite or not a
+    /// number. Returns the whole frames; fewer than fit only at the end or at a place that does not decode.
+    std::size_t Read(std::span<float> samples);
+    /// The same of an unsigned 8-bit file, its own bytes.
+    std::size_t ReadBytes(std::span<std::uint8_t> samples);
+
+private:
+    struct Decoder;
+
+    explicit SoundReader(std::unique_ptr<Decoder> decoder);
+    [[nodiscard]] static std::unique_ptr<SoundReader> FromSource(std::unique_ptr<ByteSource> source,
+                                                                 std::string& problem);
+
+    std::unique_ptr<Decoder> decoder_;
+};
+
+}  // namespace host

@@ -1,0 +1,340 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "backend/cairo/CairoPainter.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace host;
+
+constexpr Rgba kWhite{255, 255, 255, 255};
+constexpr Rgba kBlack{0, 0, 0, 255};
+constexpr Rgba kRed{255, 0, 0, 255};
+constexpr Rgba kNothing{};
+
+/// Channel by channel, as rounding may differ by one or two.
+testing::AssertionResult IsNear(Rgba actual, Rgba expected, int tolerance = 2) {
+    const int worst = std::max({std::abs(actual.red - expected.red), std::abs(actual.green - expected.green),
+                                std::abs(actual.blue - expected.blue), std::abs(actual.alpha - expected.alpha)});
+    if (worst <= tolerance) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "is " << +actual.red << ',' << +actual.green << ',' << +actual.blue << ','
+                                       << +actual.alpha;
+}
+
+/// The smallest rectangle around everything that is not transparent.
+PixelRect DrawnExtent(const Surface& surface) {
+    PixelRect extent;
+    for (int y = 0; y < surface.Size().height; ++y) {
+        for (int x = 0; x < surface.Size().width; ++x) {
+            if (surface.PixelAt(x, y).alpha != 0) extent = extent.Union({x, y, 1, 1});
+        }
+    }
+    return extent;
+}
+
+/// How many whole pixels' worth is covered.
+double Coverage(const Surface& surface) {
+    double sum = 0;
+    for (int y = 0; y < surface.Size().height; ++y) {
+        for (int x = 0; x < surface.Size().width; ++x) sum += surface.PixelAt(x, y).alpha / 255.0;
+    }
+    return sum;
+}
+
+class PainterTest : public ::testing::Test {
+protected:
+    [[nodiscard]] std::unique_ptr<Surface> Make(int side, double scale = 1) {
+        return painter_.CreateSurface({side, side}, scale);
+    }
+    [[nodiscard]] std::shared_ptr<const Picture> MakePicture(PixelSize size, Rgba (*at)(int x, int y)) {
+        std::vector<Rgba> pixels;
+        for (int y = 0; y < size.height; ++y) {
+            for (int x = 0; x < size.width; ++x) pixels.push_back(at(x, y));
+        }
+        return painter_.CreatePicture(size, pixels);
+    }
+
+    CairoPainter painter_;
+};
+
+TEST_F(PainterTest, FillsShapesToTheirEdgesAndNoFurther) {
+    const RectF rect{10, 20, 60, 40};
+    constexpr double kPi = 3.14159265;
+    const struct {
+        const char* shape;
+        std::function<void(Surface&)> draw;
+        PixelRect extent;
+        double area;
+        Rgba corner;
+    } cases[] = {
+        {"rectangle", [&](Surface& s) { s.FillRectangle(rect, kRed); }, {10, 20, 60, 40}, 2400, kRed},
+        {"half a pixel",
+         [&](Surface& s) {
+             s.FillRectangle({10.5, 20, 59.5, 40}, kRed);
+         },
+         {10, 20, 60, 40},
+         2380,
+         {255, 0, 0, 128}},
+        {"ellipse", [&](Surface& s) { s.FillEllipse(rect, kRed); }, {10, 20, 60, 40}, kPi * 30 * 20, kNothing},
+        {"round rectangle",
+         [&](Surface& s) { s.FillRoundRectangle(rect, 20, 10, kRed); },
+         {10, 20, 60, 40},
+         2400 - (4 - kPi) * 10 * 5,
+         kNothing},
+        {"rounder than itself",
+         [&](Surface& s) { s.FillRoundRectangle(rect, 100, 100, kRed); },
+         {10, 20, 60, 40},
+         kPi * 30 * 20,
+         kNothing},
+        {"square corners", [&](Surface& s) { s.FillRoundRectangle(rect, 0, 10, kRed); }, {10, 20, 60, 40}, 2400, kRed},
+        {"stroke", [&](Surface& s) { s.StrokeRectangle(rect, 4, kRed); }, {8, 18, 64, 44}, 64 * 44 - 56 * 36, kRed},
+        {"ellipse's line",
+         [&](Surface& s) { s.StrokeEllipse(rect, 2, kRed); },
+         {9, 19, 62, 42},
+         kPi * (31 * 21 - 29 * 19),
+         kNothing},
+        {"line",
+         [&](Surface& s) {
+             s.DrawLine({10, 22}, {70, 22}, 4, kRed);
+         },
+         {10, 20, 60, 4},
+         240,
+         kRed},
+        {"empty",
+         [&](Surface& s) {
+             s.FillEllipse({10, 20, 0, 40}, kRed);
+         },
+         {},
+         0,
+         kNothing},
+    };
+    for (const auto& row : cases) {
+        const auto surface = Make(100);
+        row.draw(*surface);
+        EXPECT_EQ(DrawnExtent(*surface), row.extent) << row.shape;
+        EXPECT_NEAR(Coverage(*surface), row.area, row.area * 0.01) << row.shape;
+        EXPECT_TRUE(IsNear(surface->PixelAt(10, 20), row.corner)) << row.shape;
+    }
+}
+
+TEST_F(PainterTest, DrawsInUnitsOfTheScaleButClipsInPixels) {
+    const auto surface = Make(100, 2);
+    surface->SetClip({30, 20, 20, 60});
+    surface->FillRectangle({10, 20, 10, 10}, kRed);
+    EXPECT_EQ(DrawnExtent(*surface), (PixelRect{30, 40, 10, 20}));
+    surface->SetClip({0, 0, 5, 5});  // It replaces the other one.
+    surface->Clear(kWhite);
+    EXPECT_EQ(surface->PixelAt(4, 4), kWhite);
+    EXPECT_EQ(surface->PixelAt(5, 4), kNothing);
+    EXPECT_EQ(surface->PixelAt(30, 40), kRed);
+    surface->SetClip({10, 10, -5, 3});
+    surface->Clear(kBlack);
+    EXPECT_EQ(surface->PixelAt(4, 4), kWhite);
+    surface->ResetClip();
+    surface->Clear({255, 255, 255, 0});
+    EXPECT_EQ(Coverage(*surface), 0);
+    EXPECT_EQ(surface->PixelAt(-1, 0), kNothing);
+    EXPECT_EQ(surface->PixelAt(0, 100), kNothing);
+}
+
+TEST_F(PainterTest, BlendsByAlphaAndShadesFromTopToBottom) {
+    const auto surface = Make(100);
+    surface->Clear(kBlack);
+    surface->FillRectangle({0, 0, 100, 100}, {255, 255, 255, 51});
+    EXPECT_TRUE(IsNear(surface->PixelAt(50, 50), {51, 51, 51, 255}));
+    surface->FillGradient({0, 0, 100, 100}, 0, 0, kWhite, kBlack);
+    EXPECT_TRUE(IsNear(surface->PixelAt(3, 0), kWhite));
+    EXPECT_TRUE(IsNear(surface->PixelAt(99, 50), {127, 127, 127, 255}));
+    EXPECT_TRUE(IsNear(surface->PixelAt(50, 99), {1, 1, 1, 255}));
+}
+
+TEST_F(PainterTest, ComposesPixelForPixelOverOrInPlaceOfWhatIsThere) {
+    const auto source = Make(10, 3);
+    source->FillRectangle({0, 0, 1, 1}, {255, 255, 255, 128});
+    for (const auto blend : {Surface::Blend::kOver, Surface::Blend::kReplace}) {
+        const auto target = Make(30, 2);
+        target->Clear(kRed);
+        target->SetClip({0, 0, 30, 12});
+        target->Compose(*source, 5, 8, blend);
+        const bool isOver = blend == Surface::Blend::kOver;
+        EXPECT_TRUE(IsNear(target->PixelAt(5, 8), isOver ? Rgba{255, 128, 128, 255} : Rgba{255, 255, 255, 128}));
+        EXPECT_EQ(target->PixelAt(8, 8), isOver ? kRed : kNothing);
+        EXPECT_EQ(target->PixelAt(5, 12), kRed);  // Outside of the clip.
+        EXPECT_EQ(target->PixelAt(4, 8), kRed);   // Beside the source.
+        EXPECT_EQ(target->PixelAt(15, 8), kRed);
+    }
+}
+
+TEST_F(PainterTest, ShrinksPicturesByAreaAndEnlargesThemSmoothly) {
+    const auto stripes = MakePicture({64, 64}, [](int x, int) { return x % 2 == 0 ? kWhite : kBlack; });
+    const auto spot = MakePicture({90, 90}, [](int x, int y) { return x == 45 && y == 45 ? kRed : kNothing; });
+    const auto halves = MakePicture({2, 1}, [](int x, int) { return x == 0 ? kBlack : kWhite; });
+    const auto surface = Make(100, 0.5);
+    surface->DrawPicture({0, 0, 2 * 23, 2 * 7}, *stripes);
+    for (int x = 0; x < 23; ++x) {
+        EXPECT_TRUE(IsNear(surface->PixelAt(x, 3), {128, 128, 128, 255}, 40)) << x;
+    }
+    surface->Clear(kNothing);
+    surface->DrawPicture({0, 0, 20, 20}, *spot);
+    EXPECT_NEAR(Coverage(*surface), 1 / 81.0, 0.005);  // A pixel out of 9 by 9: faint, but not lost.
+    surface->Clear(kNothing);
+    surface->DrawPicture({20, 20, 80, 20}, *halves);
+    EXPECT_EQ(DrawnExtent(*surface), (PixelRect{10, 10, 40, 10}));
+    EXPECT_EQ(surface->PixelAt(10, 15), kBlack);
+    EXPECT_EQ(surface->PixelAt(49, 15), kWhite);
+    EXPECT_TRUE(IsNear(surface->PixelAt(30, 15), {130, 130, 130, 255}, 8));
+}
+
+TEST_F(PainterTest, DrawsAPictureTheSameAtEverySizeHoweverOftenSizesChange) {
+    const auto picture = MakePicture({50, 50}, [](int x, int y) {
+        return Rgba{static_cast<std::uint8_t>(x * 5), static_cast<std::uint8_t>(y * 5), 80, 255};
+    });
+    EXPECT_EQ(picture->Size(), (PixelSize{50, 50}));
+    for (int round = 0; round < 2; ++round) {
+        for (const int side : {50, 20, 70, 33, 90, 20}) {
+            const auto surface = Make(100);
+            surface->DrawPicture({3.4, 3.4, side + 0.05, side + 0.05}, *picture);
+            ASSERT_EQ(DrawnExtent(*surface), (PixelRect{3, 3, side, side}));
+            EXPECT_TRUE(IsNear(surface->PixelAt(3 + side / 2, 3 + side / 4), {125, 62, 80, 255}, 7)) << side;
+        }
+    }
+    const auto huge = Make(100);
+    huge->DrawPicture({-9000, -9000, 20'000, 20'000}, *picture);  // Too large to keep a copy of.
+    EXPECT_TRUE(IsNear(huge->PixelAt(0, 0), {112, 112, 80, 255}, 5));
+}
+
+TEST_F(PainterTest, DecodesOnlyWholePictures) {
+    const TemporaryFolder folder;
+    const auto surface = Make(40);
+    surface->FillEllipse({0, 0, 40, 40}, {200, 100, 50, 128});
+    ASSERT_TRUE(painter_.WritePng(*surface, folder / "whole.png"));
+    EXPECT_FALSE(painter_.WritePng(*surface, folder / "missing/whole.png"));
+    const std::string whole = folder.Read("whole.png");
+    const auto decode = [&](const std::string& bytes) {
+        return painter_.DecodePicture(std::as_bytes(std::span(bytes)));
+    };
+
+    const auto picture = decode(whole);
+    ASSERT_NE(picture, nullptr);
+    const auto copy = Make(40);
+    copy->DrawPicture({0, 0, 40, 40}, *picture);
+    EXPECT_TRUE(IsNear(copy->PixelAt(20, 20), {200, 100, 50, 128}));
+
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        EXPECT_EQ(decode(whole.substr(0, length)), nullptr) << length;
+    }
+    // A byte that is another one breaks the file's frame, the first chunk's checksum or that of the pixels.
+    const std::size_t pixelsAt = whole.find("IDAT");
+    const std::size_t headerEnd = 33;
+    for (std::size_t at = 0; at < whole.size() - 12; ++at) {
+        std::string garbage = whole;
+        garbage[at] = static_cast<char>(garbage[at] ^ 0x5a);
+        const auto decoded = decode(garbage);
+        // In between stand chunks that a reader may pass over.
+        if (at < headerEnd || at >= pixelsAt) {
+            EXPECT_EQ(decoded, nullptr) << at;
+        }
+    }
+    std::string absurd = whole;
+    absurd.replace(16, 8, std::string("\x00\x00\x7f\xff\x00\x00\x7f\xff", 8));
+    EXPECT_EQ(decode(absurd), nullptr);
+    EXPECT_EQ(painter_.CreatePicture({2, 2}, std::vector<Rgba>(3)), nullptr);
+    EXPECT_EQ(painter_.CreatePicture({0, 2}, {}), nullptr);
+}
+
+TEST_F(PainterTest, BreaksOrCutsTextsAtTheGivenWidthAndHeight) {
+    const std::string words = "Blow softly into the microphone and cover the holes";
+    TextStyle style;
+    style.size = 30;
+    const auto free = painter_.CreateText(words, style, 1);
+    const double line = free->Measure().height;
+    const double width = free->Measure().width;
+    EXPECT_FALSE(free->IsEllipsized());
+    EXPECT_GT(line, 30);
+    EXPECT_LT(line, 60);
+    const struct {
+        const char* what;
+        TextWrap wrap;
+        double maxWidth;
+        double maxHeight;
+        int lines;
+        bool isEllipsized;
+    } cases[] = {
+        {"one line that fits", TextWrap::kOneLine, width, 0, 1, false},
+        {"one line cut", TextWrap::kOneLine, 200, 0, 1, true},
+        {"broken", TextWrap::kWords, width * 0.7, 0, 2, false},
+        {"broken and cut", TextWrap::kWords, 200, line * 2, 2, true},
+        {"unbroken", TextWrap::kWords, 0, 0, 1, false},
+        {"lower than a line", TextWrap::kWords, 200, 5, 1, true},
+    };
+    for (const auto& row : cases) {
+        style.wrap = row.wrap;
+        style.maxWidth = row.maxWidth;
+        style.maxHeight = row.maxHeight;
+        const auto text = painter_.CreateText(words, style, 1);
+        EXPECT_NEAR(text->Measure().height, line * row.lines, 1) << row.what;
+        EXPECT_EQ(text->IsEllipsized(), row.isEllipsized) << row.what;
+        EXPECT_LE(text->Measure().width, row.maxWidth > 0 ? row.maxWidth : width) << row.what;
+    }
+    // What a window of another scale shows has the same place in the control's own units, but for whole pixels.
+    const auto doubled = painter_.CreateText(words, TextStyle{.size = 30}, 2);
+    EXPECT_NEAR(doubled->Measure().width, width, width * 0.02);
+    EXPECT_EQ(painter_.CreateText("two\nlines", TextStyle{.size = 30}, 1)->Measure().height, line);
+}
+
+TEST_F(PainterTest, DrawsTextsWhereTheyAreMeasuredInEveryScript) {
+    for (const char* const words : {"Hole colour", "穴の色", "구멍 색", "Grüße", "\xff\xfe not UTF-8", "a\nb"}) {
+        for (const auto align : {HorizontalAlign::kLeft, HorizontalAlign::kCenter, HorizontalAlign::kRight}) {
+            const TextStyle style{.size = 20, .align = align, .wrap = TextWrap::kWords, .maxWidth = 180};
+            const auto text = painter_.CreateText(words, style, 1);
+            const SizeF size = text->Measure();
+            ASSERT_GT(size.width, 0);
+            const auto surface = Make(200);
+            surface->DrawText(*text, {10, 10}, kRed);
+            const PixelRect box{9, 9, static_cast<int>(size.width) + 4, static_cast<int>(size.height) + 4};
+            const PixelRect extent = DrawnExtent(*surface);
+            EXPECT_FALSE(extent.IsEmpty()) << words;
+            EXPECT_TRUE(box.Contains(extent)) << words;
+        }
+    }
+}
+
+TEST_F(PainterTest, SurroundsGlyphsWithTheirEdge) {
+    const auto text = painter_.CreateText("Help", TextStyle{.size = 40, .weight = FontWeight::kBold}, 1);
+    const auto plain = Make(200);
+    const auto edged = Make(200);
+    plain->DrawText(*text, {20, 20}, kWhite);
+    for (int i = 0; i < 2; ++i) {  // The second time from what the first has kept.
+        edged->Clear(kNothing);
+        edged->DrawTextWithEdge(*text, {20, 20}, kWhite, 3, kRed);
+    }
+    const PixelRect inner = DrawnExtent(*plain);
+    const PixelRect outer = DrawnExtent(*edged);
+    EXPECT_NEAR(inner.x - outer.x, 3, 1);
+    EXPECT_NEAR(outer.x + outer.width - inner.x - inner.width, 3, 1);
+    EXPECT_NEAR(inner.y - outer.y, 3, 1);
+    const int middle = inner.y + inner.height / 2;
+    EXPECT_TRUE(IsNear(edged->PixelAt(inner.x - 2, middle), kRed, 20));
+    EXPECT_TRUE(IsNear(edged->PixelAt(inner.x + 3, middle), kWhite, 20));
+}
+
+TEST_F(PainterTest, DrawsOnForeignPixelsInPlace) {
+    std::vector<std::uint32_t> pixels(20 * 10, 0x00112233);
+    const auto bytes = reinterpret_cast<unsigned char*>(pixels.data());
+    const auto surface = painter_.WrapPixels(bytes, 16, 10, 20 * 4);
+    ASSERT_NE(surface, nullptr);
+    surface->FillRectangle({15, 9, 100, 100}, kRed);
+    EXPECT_EQ(surface->PixelAt(14, 9), (Rgba{0x11, 0x22, 0x33, 255}));
+    EXPECT_EQ(surface->PixelAt(15, 9), kRed);
+    EXPECT_EQ(pixels[9 * 20 + 15] & 0xffffff, 0xff0000U);
+    EXPECT_EQ(pixels[9 * 20 + 16], 0x00112233U);
+    EXPECT_EQ(painter_.WrapPixels(bytes, 16, 10, 63), nullptr);
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+#include <SDL.h>
+
+#include <atomic>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "DesktopFixture.h"
+#include "support/TemporaryFolder.h"
+
+namespace {
+
+using namespace host;
+
+/// Plays the numbers from 1 on, so that a missing or a doubled frame shows.
+class CountingClient final : public SpeakerClient {
+public:
+    void Pull(std::span<float> frames) noexcept override {
+        for (float& frame : frames) frame = static_cast<float>(++last_);
+        lastPulled.store(last_);
+    }
+    void OnSpeakerLost() noexcept override { ++losses; }
+    void OnSpeakerRestored() noexcept override { ++restorations; }
+
+    std::atomic<std::int64_t> lastPulled{0};
+    std::atomic<int> losses{0};
+    std::atomic<int> restorations{0};
+
+private:
+    std::int64_t last_ = 0;
+};
+
+class HearingClient final : public MicrophoneClient {
+public:
+    void OnMicrophoneBytes(std::span<const std::uint8_t> bytes) noexcept override {
+        const std::lock_guard lock(mutex_);
+        heard_.insert(heard_.end(), bytes.begin(), bytes.end());
+    }
+    void OnMicrophoneLost() noexcept override { ++losses; }
+    void OnMicrophoneRestored() noexcept override { ++restorations; }
+
+    [[nodiscard]] std::vector<std::uint8_t> Heard() {
+        const std::lock_guard lock(mutex_);
+        return heard_;
+    }
+
+    std::atomic<int> losses{0};
+    std::atomic<int> restorations{0};
+
+private:
+    std::mutex mutex_;
+    std::vector<std::uint8_t> heard_;
+};
+
+class SoundProof : public DesktopFixture {
+protected:
+    ~SoundProof() override {
+        backend_.reset();
+        for (const char* name : {"SDL_AUDIODRIVER", "SDL_DISKAUDIOFILE", "SDL_DISKAUDIOFILEIN"}) unsetenv(name);
+    }
+
+    static void Set(const char* name, const std::string& value) { setenv(name, value.c_str(), 1); }
+
+    /// What SDL's disk driver, a sound device that writes a file, has got.
+    [[nodiscard]] std::vector<float> Played() const {
+        const std::string bytes = folder_.Read("played");
+        std::vector<float> frames(bytes.size() / sizeof(float));
+        std::memcpy(frames.data(), bytes.data(), frames.size() * sizeof(float));
+        return frames;
+    }
+
+    TemporaryFolder folder_;
+    CountingClient speakerClient_;
+    HearingClient microphoneClient_;
+};
+
+TEST_F(SoundProof, PlaysEveryFrameOnceAndNoneAfterTheClose) {
+    Set("SDL_AUDIODRIVER", "disk");
+    Set("SDL_DISKAUDIOFILE", folder_ / "played");
+    Speaker& speaker = backend_->GetSpeaker();
+    speaker.Open(speakerClient_);
+    EXPECT_EQ(speaker.PeriodFrames(), 256);
+    EXPECT_GT(speaker.Rate(), 0);
+    const std::int64_t wanted = 20 * speaker.PeriodFrames();
+    ASSERT_TRUE(RunUntil([&] { return speakerClient_.lastPulled >= wanted; }));
+    speaker.Close();
+    const std::int64_t last = speakerClient_.lastPulled;
+    int rounds = 0;
+    ASSERT_TRUE(RunUntil([&] { return ++rounds > 10; }));
+    EXPECT_EQ(speakerClient_.lastPulled, last);
+    EXPECT_EQ(speakerClient_.losses, 0);
+
+    // The device begins with silence, until it is told to run.
+    std::vector<float> played = Played();
+    std::size_t first = 0;
+    while (first < played.size() && played[first] == 0) ++first;
+    ASSERT_GE(played.size() - first, static_cast<std::size_t>(wanted));
+    for (std::size_t i = first; i < played.size(); ++i) {
+        ASSERT_EQ(played[i], static_cast<float>(i - first + 1)) << i;
+    }
+}
+
+TEST_F(SoundProof, GoesOnPullingWhenTheDeviceIsLostAndPlaysOnTheNextOne) {
+    Set("SDL_AUDIODRIVER", "disk");
+    Set("SDL_DISKAUDIOFILE", "/dev/full");  // A device that fails as soon as something is written.
+    Speaker& speaker = backend_->GetSpeaker();
+    speaker.Open(speakerClient_);
+    const int rate = speaker.Rate();
+    ASSERT_TRUE(RunUntil([&] { return speakerClient_.losses == 1; }));
+    const std::int64_t atLoss = speakerClient_.lastPulled;
+    Set("SDL_DISKAUDIOFILE", folder_ / "played");
+    EXPECT_TRUE(RunUntil([&] { return speakerClient_.lastPulled > atLoss + 4 * speaker.PeriodFrames(); }));
+    ASSERT_TRUE(RunUntil([&] { return speakerClient_.restorations == 1; }));
+    EXPECT_EQ(speaker.Rate(), rate);
+    const std::int64_t atRestoration = speakerClient_.lastPulled;
+    EXPECT_TRUE(RunUntil([&] { return speakerClient_.lastPulled > atRestoration + 4 * speaker.PeriodFrames(); }));
+    speaker.Close();
+    EXPECT_EQ(Played().back(), static_cast<float>(speakerClient_.lastPulled));
+}
+
+TEST_F(SoundProof, PullsInTimeWithoutAnyDevice) {
+    Set("SDL_AUDIODRIVER", "there is no such driver");
+    Speaker& speaker = backend_->GetSpeaker();
+    speaker.Open(speakerClient_);
+    EXPECT_EQ(speakerClient_.losses, 1);
+    const Microseconds start = backend_->GetClock().Now();
+    const int periods = 20;
+    ASSERT_TRUE(RunUntil([&] { return speakerClient_.lastPulled >= periods * speaker.PeriodFrames(); }));
+    const Microseconds least = (periods - 2) * kMicrosecondsPerSecond * speaker.PeriodFrames() / speaker.Rate();
+    EXPECT_GE(backend_->GetClock().Now() - start, least);
+    EXPECT_EQ(speaker.Underruns(), 0U);
+    speaker.Close();
+}
+
+TEST_F(SoundProof, HearsEveryByteInOrderAndFindsALostMicrophoneAgain) {
+    std::string breath(8000, '\0');
+    for (std::size_t i = 0; i < breath.size(); ++i) breath[i] = static_cast<char>(i * 7 % 251);
+    folder_.Write("breath", breath);
+    Set("SDL_AUDIODRIVER", "there is no such driver");
+    Set("SDL_DISKAUDIOFILEIN", folder_ / "breath");
+    Microphone& microphone = backend_->GetMicrophone();
+    microphone.Start({}, microphoneClient_);
+    EXPECT_EQ(microphoneClient_.losses, 1);
+    Set("SDL_AUDIODRIVER", "disk");
+    ASSERT_TRUE(RunUntil([&] { return microphoneClient_.restorations == 1; }));
+    ASSERT_TRUE(RunUntil([&] { return microphoneClient_.Heard().size() >= breath.size() / 2; }));
+    microphone.Stop();
+    const auto heard = microphoneClient_.Heard();
+    int rounds = 0;
+    ASSERT_TRUE(RunUntil([&] { return ++rounds > 10; }));
+    EXPECT_EQ(microphoneClient_.Heard().size(), heard.size());
+    // What the device had read before it was told to run is not heard.
+    const std::string part(heard.begin(), heard.begin() + 1000);
+    EXPECT_NE(breath.find(part), std::string::npos);
+}
+
+}  // namespace

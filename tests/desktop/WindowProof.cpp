@@ -1,0 +1,229 @@
+#include <SDL.h>
+
+#include <csignal>
+#include <thread>
+#include <vector>
+
+#include "DesktopFixture.h"
+#include "XScreen.h"
+
+namespace {
+
+using namespace host;
+
+constexpr PixelSize kScreen{360, 640};
+
+void PushFinger(Uint32 type, SDL_TouchID device, SDL_FingerID finger, float x, float y) {
+    SDL_Event event{};
+    event.type = type;
+    event.tfinger.touchId = device;
+    event.tfinger.fingerId = finger;
+    event.tfinger.x = x;
+    event.tfinger.y = y;
+    SDL_PushEvent(&event);
+}
+
+void PushMouse(Uint32 type, Uint32 which, int x, int y, Uint8 button = SDL_BUTTON_LEFT) {
+    SDL_Event event{};
+    event.type = type;
+    if (type == SDL_MOUSEMOTION) {
+        event.motion.which = which;
+        event.motion.x = x;
+        event.motion.y = y;
+    } else {
+        event.button.which = which;
+        event.button.button = button;
+        event.button.x = x;
+        event.button.y = y;
+    }
+    SDL_PushEvent(&event);
+}
+
+class WindowProof : public DesktopFixture {
+protected:
+    void SetUp() override { OpenWindow(kScreen); }
+
+    void ExpectTouch(std::size_t index, TouchPhase phase, double x, double y) {
+        ASSERT_LT(index, news_.touches.size());
+        EXPECT_EQ(news_.touches[index].phase, phase) << index;
+        EXPECT_NEAR(news_.touches[index].x, x, 0.01) << index;
+        EXPECT_NEAR(news_.touches[index].y, y, 0.01) << index;
+    }
+};
+
+TEST_F(WindowProof, TellsFingersOfSeveralDevicesApartAndWhereTheyAre) {
+    EXPECT_EQ(backend_->GetWindow().Size(), kScreen);
+    PushFinger(SDL_FINGERDOWN, 7, 1, 0.25F, 0.5F);
+    PushFinger(SDL_FINGERDOWN, 8, 1, 0.75F, 0.5F);
+    PushFinger(SDL_FINGERMOTION, 8, 1, 0.5F, 0.25F);
+    PushFinger(SDL_FINGERMOTION, 8, 2, 0.5F, 0.5F);  // Never pressed.
+    PushFinger(SDL_FINGERDOWN, SDL_MOUSE_TOUCHID, 1, 0.1F, 0.1F);
+    PushFinger(SDL_FINGERUP, 7, 1, 0.25F, 0.75F);
+    ASSERT_TRUE(RunUntil([&] { return news_.touches.size() >= 4; }));
+    ASSERT_EQ(news_.touches.size(), 4U);
+    ExpectTouch(0, TouchPhase::kDown, 90, 320);
+    ExpectTouch(1, TouchPhase::kDown, 270, 320);
+    ExpectTouch(2, TouchPhase::kMove, 180, 160);
+    ExpectTouch(3, TouchPhase::kUp, 90, 480);
+    EXPECT_NE(news_.touches[0].finger, news_.touches[1].finger);
+    EXPECT_EQ(news_.touches[1].finger, news_.touches[2].finger);
+    EXPECT_EQ(news_.touches[0].finger, news_.touches[3].finger);
+}
+
+TEST_F(WindowProof, TakesAMouseForAFingerButNotTheMouseThatATouchScreenMakes) {
+    PushMouse(SDL_MOUSEMOTION, 0, 5, 5);  // Hovers.
+    PushMouse(SDL_MOUSEBUTTONDOWN, SDL_TOUCH_MOUSEID, 50, 60);
+    PushMouse(SDL_MOUSEMOTION, SDL_TOUCH_MOUSEID, 51, 61);
+    PushMouse(SDL_MOUSEBUTTONUP, SDL_TOUCH_MOUSEID, 51, 61);
+    PushMouse(SDL_MOUSEBUTTONDOWN, 0, 1, 1, SDL_BUTTON_RIGHT);
+    PushMouse(SDL_MOUSEBUTTONDOWN, 0, 10, 20);
+    PushMouse(SDL_MOUSEMOTION, 0, 30, 40);
+    PushMouse(SDL_MOUSEBUTTONUP, 0, 30, 41);
+    PushMouse(SDL_MOUSEBUTTONUP, 0, 30, 41);
+    PushFinger(SDL_FINGERDOWN, 7, 0, 0, 0);
+    ASSERT_TRUE(RunUntil([&] { return news_.touches.size() >= 4; }));
+    ASSERT_EQ(news_.touches.size(), 4U);
+    ExpectTouch(0, TouchPhase::kDown, 10, 20);
+    ExpectTouch(1, TouchPhase::kMove, 30, 40);
+    ExpectTouch(2, TouchPhase::kUp, 30, 41);
+    EXPECT_NE(news_.touches[3].finger, news_.touches[0].finger);
+}
+
+TEST_F(WindowProof, LiftsTheFingersWhenTheFocusOrTheWindowGoes) {
+    XScreen screen(kTitle);
+    screen.GiveFocus();
+    PushFinger(SDL_FINGERDOWN, 7, 1, 0.25F, 0.5F);
+    ASSERT_TRUE(RunUntil([&] { return news_.touches.size() == 1; }));
+    news_.inputLosses = 0;
+    screen.TakeFocus();
+    ASSERT_TRUE(RunUntil([&] { return news_.inputLosses == 1; }));
+
+    SDL_Event hidden{};
+    hidden.type = SDL_WINDOWEVENT;
+    hidden.window.event = SDL_WINDOWEVENT_MINIMIZED;
+    PushFinger(SDL_FINGERUP, 7, 1, 0.25F, 0.5F);  // It has been lifted by now.
+    SDL_PushEvent(&hidden);
+    SDL_PushEvent(&hidden);
+    ASSERT_TRUE(RunUntil([&] { return !news_.visibilities.empty(); }));
+    EXPECT_EQ(news_.visibilities, std::vector<bool>{false});
+    EXPECT_EQ(news_.inputLosses, 2);
+    EXPECT_EQ(news_.touches.size(), 1U);
+}
+
+TEST_F(WindowProof, ShowsWhatIsPresentedAndNothingElse) {
+    const XScreen screen(kTitle);
+    host::Window& window = backend_->GetWindow();
+    constexpr Rgba kRed{200, 10, 20, 255};
+    constexpr Rgba kBlue{10, 20, 220, 255};
+    window.Pixels().Clear(kRed);
+    window.Present(std::vector<PixelRect>{{0, 0, kScreen.width, kScreen.height}});
+    ASSERT_TRUE(RunUntil([&] { return screen.ColorAt(180, 320) == kRed; }));
+
+    window.Pixels().Clear(kBlue);
+    window.Present(std::vector<PixelRect>{{-5, -5, 15, 15}, {100, 100, 50, 50}, {1000, 0, 5, 5}});
+    ASSERT_TRUE(RunUntil([&] { return screen.ColorAt(149, 149) == kBlue; }));
+    EXPECT_EQ(screen.ColorAt(9, 9), kBlue);
+    EXPECT_EQ(screen.ColorAt(100, 100), kBlue);
+    EXPECT_EQ(screen.ColorAt(10, 10), kRed);
+    EXPECT_EQ(screen.ColorAt(150, 150), kRed);
+}
+
+TEST_F(WindowProof, FollowsTheSizeThatTheDesktopGivesIt) {
+    XScreen screen(kTitle);
+    const PixelSize larger{500, 700};
+    screen.Resize(larger);
+    ASSERT_TRUE(RunUntil([&] { return news_.resizes > 0; }));
+    EXPECT_EQ(backend_->GetWindow().Size(), larger);
+    constexpr Rgba kGreen{10, 200, 20, 255};
+    backend_->GetWindow().Pixels().Clear(kGreen);
+    backend_->GetWindow().Present(std::vector<PixelRect>{{0, 0, larger.width, larger.height}});
+    EXPECT_TRUE(RunUntil([&] { return screen.ColorAt(499, 699) == kGreen; }));
+    PushFinger(SDL_FINGERDOWN, 7, 1, 0.5F, 0.5F);
+    ASSERT_TRUE(RunUntil([&] { return !news_.touches.empty(); }));
+    ExpectTouch(0, TouchPhase::kDown, 250, 350);
+}
+
+TEST_F(WindowProof, NamesKeysByTheirPositions) {
+    struct Case {
+        SDL_Scancode scancode;
+        Uint8 repeat;
+        Uint16 modifiers;
+        KeyInput expected;
+    };
+    const Case cases[] = {
+        {SDL_SCANCODE_R, 0, 0, {"KeyR", KeyPhase::kDown, ShiftKey::kReleased}},
+        {SDL_SCANCODE_R, 1, KMOD_LSHIFT, {"KeyR", KeyPhase::kRepeat, ShiftKey::kHeld}},
+        {SDL_SCANCODE_SPACE, 0, 0, {"Space", KeyPhase::kDown, ShiftKey::kReleased}},
+        {SDL_SCANCODE_VOLUMEUP, 0, KMOD_RSHIFT, {"AudioVolumeUp", KeyPhase::kDown, ShiftKey::kHeld}},
+        {SDL_SCANCODE_0, 0, 0, {"Digit0", KeyPhase::kDown, ShiftKey::kReleased}},
+        {SDL_SCANCODE_AC_BACK, 0, 0, {"BrowserBack", KeyPhase::kDown, ShiftKey::kReleased}},
+    };
+    for (const Case& row : cases) {
+        SDL_Event event{};
+        event.type = SDL_KEYDOWN;
+        event.key.repeat = row.repeat;
+        event.key.keysym.scancode = row.scancode;
+        event.key.keysym.mod = row.modifiers;
+        SDL_PushEvent(&event);
+    }
+    SDL_Event nameless{};
+    nameless.type = SDL_KEYUP;
+    SDL_PushEvent(&nameless);
+    ASSERT_TRUE(RunUntil([&] { return news_.keys.size() >= std::size(cases); }));
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        EXPECT_EQ(news_.keys[i].code, cases[i].expected.code);
+        EXPECT_EQ(news_.keys[i].phase, cases[i].expected.phase) << news_.keys[i].code;
+        EXPECT_EQ(news_.keys[i].shift, cases[i].expected.shift) << news_.keys[i].code;
+    }
+    EXPECT_EQ(news_.keys.size(), std::size(cases));
+}
+
+TEST_F(WindowProof, TakesASignalToEndForARequest) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        news_.closeRequests = 0;
+        bool isRaised = false;
+        EXPECT_TRUE(RunUntil([&] {
+            if (!isRaised) std::raise(signal);
+            isRaised = true;
+            return news_.closeRequests == 1;
+        })) << signal;
+    }
+}
+
+/// Has nothing to do but once, in a while, unless it is woken.
+class SleepyClient final : public LoopClient {
+public:
+    explicit SleepyClient(const Clock& clock) : clock_(clock) {}
+
+    Microseconds RunStep(Microseconds now) override {
+        ++steps;
+        if (firstDue == 0) firstDue = now + kNap;
+        if (now >= firstDue && napEnd == 0) napEnd = clock_.Now();
+        if (napEnd == 0) return firstDue;
+        if (!waker.joinable()) waker = std::thread([this] { driver->Wake(); });
+        if (stepsAtNapEnd == 0) stepsAtNapEnd = steps;
+        return kNever;
+    }
+    [[nodiscard]] bool HasEnded() const override { return stepsAtNapEnd != 0 && steps > stepsAtNapEnd; }
+
+    static constexpr Microseconds kNap = 123'456;
+    const Clock& clock_;
+    LoopDriver* driver = nullptr;
+    std::thread waker;
+    int steps = 0;
+    int stepsAtNapEnd = 0;
+    Microseconds firstDue = 0;
+    Microseconds napEnd = 0;
+};
+
+TEST_F(WindowProof, SleepsUntilItIsDueOrWokenByAnotherThread) {
+    SleepyClient client(backend_->GetClock());
+    client.driver = &backend_->GetLoopDriver();
+    client.driver->Run(client);  // Ends by the wake; if it were lost, the test's own time would run out.
+    client.waker.join();
+    EXPECT_GE(client.napEnd, client.firstDue);
+    // A step for each millisecond of the nap would be a loop that spins.
+    EXPECT_LT(client.stepsAtNapEnd, 20);
+}
+
+}  // namespace

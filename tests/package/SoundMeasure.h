@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+// What can be heard, in figures, for tests of recordings: files of the package and what the speaker played. All
+// functions are pure; samples are mono with full scale at 1, levels are in decibels of full scale (a silent window has
+// kSilenceDb).
+namespace measure {
+
+using Samples = std::span<const float>;
+
+inline constexpr double kSilenceDb = -200.0;
+
+struct Sound {
+    std::vector<float> samples;
+    int rate = 0;  // frames a second
+};
+
+// Decodes a whole mono file. Throws std::runtime_error, naming the file, if it cannot.
+Sound ReadSound(const std::string& path);
+
+// Equal temperament with A4 = 440 Hz; semitone 0 is C.
+double NoteHz(int octave, int semitone);
+double Cents(double hz, double reference);
+
+// The fundamental of a steady window of at least 40 ms, between 100 Hz and 2 kHz, to a tenth of a cent in 250 ms;
+// nothing if the window has no pitch.
+std::optional<double> PitchHz(Samples window, int rate);
+
+double RmsDb(Samples window);
+
+// The levels of windows one after the other; a remainder that fills no window is left out.
+std::vector<double> RmsDbWindows(Samples samples, std::size_t windowFrames);
+
+// The largest difference between neighbouring samples.
+double LargestStep(Samples samples);
+
+// The first sample beyond the level, if any.
+std::optional<std::size_t> Onset(Samples samples, float level);
+
+struct Gap {
+    std::size_t begin;
+    std::size_t frames;
+};
+
+// The stretches of at least `leastFrames` in which no sample goes beyond the level, also at the ends.
+std::vector<Gap> FindGaps(Samples samples, float level, std::size_t leastFrames);
+
+// ITU-R BS.1770: integrated loudness in LUFS, and the true peak in dBTP.
+double Loudness(Samples samples, int rate);
+double TruePeakDb(Samples samples, int rate);
+
+// The power of a sound by frequency, and what follows from it.
+class Spectrum {
+public:
+    Spectrum(Samples samples, int rate);
+
+    // Within a few hertz of a frequency, in decibels of the whole.
+    double LineDb(double hz) const;
+
+    // What is left beside a fundamental and its harmonics, in decibels of the whole.
+    double NoiseDb(double fundamental) const;
+
+    // The largest correlation, 0 to 1, of that noise above `lowestHz` with itself at any delay from `leastSeconds` to
+    // the sound's length less `leastSeconds`.
+    double NoiseRepetition(double fundamental, double lowestHz, double leastSeconds) const;
+
+private:
+    bool IsLine(std::size_t bin, double fundamental) const;
+
+    std::size_t frames_;
+    int rate_;
+    double binHz_;
+    std::vector<double> power_;  // of every bin of the transform, the negative frequencies in its second half
+    double whole_ = 0.0;
+};
+
+}  // namespace measure

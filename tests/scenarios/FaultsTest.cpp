@@ -1,0 +1,250 @@
+// What goes wrong around the program: bad options, bad files, spoilt settings, a kill at any moment.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "support/ProgramRun.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kRefused = 2;
+
+// One line on stderr that has the words, and the exit status of a refusal.
+void ExpectRefusal(const ProgramRun& run, int status, const std::vector<std::string>& words) {
+    const std::string errors = run.Errors();
+    EXPECT_EQ(kRefused, status) << errors;
+    EXPECT_EQ(1, std::count(errors.begin(), errors.end(), '\n')) << errors;
+    for (const std::string& word : words) EXPECT_NE(std::string::npos, errors.find(word)) << word << " in: " << errors;
+}
+
+}  // namespace
+
+TEST(Options, AreRefusedInOneLineThatNamesWhatIsWrong) {
+    struct Case {
+        std::vector<std::string> arguments;
+        std::vector<std::string> words;
+    };
+    const std::vector<Case> cases = {
+        {{"--loudness", "3"}, {"--loudness"}},
+        {{"--screen", "720"}, {"--screen", "720"}},
+        {{"--screen", "0x1280"}, {"--screen", "0x1280"}},
+        {{"--screen", "720x1280x3"}, {"720x1280x3"}},
+        {{"--ringtone-volume", "16"}, {"--ringtone-volume", "16"}},
+        {{"--ringtone-volume", "loud"}, {"--ringtone-volume", "loud"}},
+        {{"--backend", "browser"}, {"--backend", "browser"}},
+        {{"--language", "xx"}, {"xx"}},
+        {{"--performance", "/nowhere/tune.performance"}, {"/nowhere/tune.performance"}},
+        {{"--performance", "/"}, {"/: "}},
+        {{"--breath", "/nowhere/breath.wav"}, {"/nowhere/breath.wav"}},
+        {{"--record", "/nowhere/recording.wav"}, {"/nowhere/recording.wav"}},
+        {{"--trace", "/nowhere/trace.jsonl"}, {"/nowhere/trace.jsonl"}},
+        {{"--data", "/dev/null"}, {"/dev/null"}},
+        {{"--performance"}, {"--performance"}},
+    };
+    for (const Case& each : cases) {
+        ProgramRun run;
+        std::vector<std::string> arguments = {"--backend", "headless"};
+        if (each.arguments.front() == "--backend") arguments.clear();
+        arguments.insert(arguments.end(), each.arguments.begin(), each.arguments.end());
+        ExpectRefusal(run, run.Start(arguments), each.words);
+    }
+}
+
+TEST(Options, ShowVersionAndHelp) {
+    ProgramRun run;
+    EXPECT_EQ(0, run.Start({"--version"}));
+    EXPECT_EQ(0U, run.Output().find("brevant "));
+    EXPECT_EQ(0, run.Start({"--help"}));
+    for (const char* option : {"--backend", "--screen", "--data", "--performance", "--breath", "--record", "--screenshots",
+                               "--trace", "--ringtone-volume", "--language", "--version", "--help"}) {
+        EXPECT_NE(std::string::npos, run.Output().find(option)) << option;
+    }
+}
+
+TEST(PerformanceFile, IsRefusedWithItsLineAndAReason) {
+    struct Case {
+        const char* text;
+        const char* line;
+    };
+    const std::vector<Case> cases = {
+        {"hello\n", ":1:"},
+        {"# a comment\n\n100\n", ":3:"},
+        {"100 touch 0 down 5\n", ":1:"},
+        {"100 touch 10 down 5 5\n", ":1:"},
+        {"100 touch 0 up 5 5\n", ":1:"},
+        {"100 touch 0 down five 5\n", ":1:"},
+        {"200 quit\n100 quit\n", ":2:"},
+        {"-5 quit\n", ":1:"},
+        {"+ quit\n", ":1:"},
+        {"1e3 quit\n", ":1:"},
+        {"99999999999999999999 quit\n", ":1:"},
+        {"0 breath 1.5\n", ":1:"},
+        {"0 breath nan\n", ":1:"},
+        {"0 ringtone 16\n", ":1:"},
+        {"0 pick IDC_COLORPICKER #12345\n", ":1:"},
+        {"0 pick IDC_COLORPICKER red\n", ":1:"},
+        {"0 press IDC_BUTTON_MENU 0.5\n", ":1:"},
+        {"0 press IDC_BUTTON_MENU 0.5 2\n", ":1:"},
+        {"0 press\n", ":1:"},
+        {"0 press IDC_NO_SUCH_CONTROL\n", ":1:"},
+        {"0 key back hold\n", ":1:"},
+        {"0 lose sight\n", ":1:"},
+        {"0 background now\n", ":1:"},
+        {"0 screenshot picture.jpg\n", ":1:"},
+        {"0 quit\n10 dance\n", ":2:"},
+        {"0 breath 0.5\n\xFF\xFE\x01\n", ":2:"},
+    };
+    for (const Case& each : cases) {
+        ProgramRun run;
+        SCOPED_TRACE(each.text);
+        ExpectRefusal(run, run.Play(each.text), {std::string("test.performance") + each.line});
+        EXPECT_FALSE(fs::exists(run.Folder() / "recording.wav")) << "nothing was started";
+    }
+}
+
+TEST(PerformanceFile, MayHaveCommentsRelativeTimesAndWindowsLineEnds) {
+    ProgramRun run;
+    ASSERT_EQ(0, run.Play("\xEF\xBB\xBF# a tune\r\n\r\n100 breath 0.5 # soft\r\n+250 breath 0\t# none\n  +0.5 key back press\n+10 key back release\n"))
+        << run.Errors();
+    EXPECT_DOUBLE_EQ(360.5, run.ReadTrace("user-event", "sent").front()["ms"].get<double>());
+}
+
+TEST(PerformanceFile, EndsARunHalfASecondAfterItsLastAction) {
+    ProgramRun run;
+    ASSERT_EQ(0, run.Play("1000 breath 0.5\n"));
+    EXPECT_DOUBLE_EQ(1500, run.ReadTrace("app", "ended").front()["ms"].get<double>());
+}
+
+TEST(SettingsFile, ThatIsSpoiltGivesTheDefaultsAndIsNotDestroyed) {
+    struct Case {
+        const char* name;
+        std::string content;
+    };
+    std::string binary;
+    for (int i = 0; i < 4096; ++i) binary += static_cast<char>(i * 7919 >> 3);
+    const std::vector<Case> cases = {
+        {"empty", ""},
+        {"garbage", "]][[==\nSetup\nBackColor\n=5\n[Setup\nBackColor=red\n"},
+        {"binary", binary},
+        {"half a colour", "[Setup]\nHoleColor=\nAutoPlay=99999999999999999999\n"},
+        {"others' entries", "; mine\n[Other]\nKey = Value\n\n[Setup]\nUnknown=1\n"},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.name);
+        ProgramRun run;
+        fs::create_directory(run.Folder() / "data");
+        run.Folder().Write("data/info.ini", each.content);
+        // The first blow writes one entry.
+        ASSERT_EQ(0, run.Play("4000 breath 0.5\n5000 quit\n")) << run.Errors();
+        const std::string after = run.Folder().Read("data/info.ini");
+        EXPECT_NE(std::string::npos, after.find("FirstBlow=1"));
+        // Every line that was there still is, in its order.
+        std::size_t from = 0;
+        std::istringstream lines(each.content);
+        for (std::string line; std::getline(lines, line);) {
+            const std::size_t found = after.find(line, from);
+            ASSERT_NE(std::string::npos, found) << line;
+            from = found + line.size();
+        }
+    }
+}
+
+TEST(SettingsFile, ThatCannotBeUsedIsNamedOnceAndLeftAlone) {
+    const std::string performance = "4000 breath 0.5\n5000 quit\n";
+    {
+        ProgramRun run;
+        fs::create_directories(run.Folder() / "data/info.ini/kept");
+        EXPECT_EQ(0, run.Play(performance));
+        EXPECT_TRUE(fs::is_directory(run.Folder() / "data/info.ini/kept"));
+        EXPECT_NE(std::string::npos, run.Errors().find("info.ini"));
+        const std::string errors = run.Errors();
+        EXPECT_EQ(1, std::count(errors.begin(), errors.end(), '\n')) << errors;
+    }
+    {
+        ProgramRun run;
+        fs::create_directory(run.Folder() / "data");
+        run.Folder().Write("data/info.ini", "[Setup]\nAutoPlay=1\n");
+        constexpr std::uintmax_t kHuge = 100'000'000;
+        fs::resize_file(run.Folder() / "data/info.ini", kHuge);
+        EXPECT_EQ(0, run.Play(performance));
+        EXPECT_EQ(kHuge, fs::file_size(run.Folder() / "data/info.ini"));
+        EXPECT_NE(std::string::npos, run.Errors().find("info.ini"));
+    }
+}
+
+TEST(SettingsFile, IsWholeWheneverTheProgramIsKilled) {
+    ProgramRun run;
+    // Each return from setup writes three entries; the killer strikes somewhere among them.
+    std::string performance = "2600 breath 0.5\n";
+    for (int i = 0; i < 400; ++i) {
+        performance += "+100 tap IDC_BUTTON_MENU\n+200 tap IDC_BUTTON_SETUP\n+200 tap IDC_CHECK_AUTO_PLAY\n+100 tap IDC_BUTTON_CLOSE\n";
+    }
+    run.Folder().Write("busy.performance", performance);
+    const std::string data = run.Folder() / "data";
+    int struck = 0;
+    for (int round = 0; round < 12; ++round) {
+        const pid_t child = fork();
+        if (child == 0) {
+            dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
+            const std::string file = run.Folder() / "busy.performance";
+            execl(BREVANT_PROGRAM, BREVANT_PROGRAM, "--backend", "headless", "--data", data.c_str(), "--performance", file.c_str(), nullptr);
+            _exit(127);
+        }
+        // Strikes once the file has been replaced some number of times; how far that is differs from round to round.
+        const std::string path = data + "/info.ini";
+        constexpr int kMostLooks = 200'000;
+        fs::file_time_type last;
+        for (int changes = 0, looks = 0; changes < 3 + round * 2 && looks < kMostLooks; ++looks) {
+            std::error_code error;
+            const auto now = fs::last_write_time(path, error);
+            if (!error && now != last) {
+                last = now;
+                ++changes;
+            }
+        }
+        kill(child, SIGKILL);
+        int status = 0;
+        waitpid(child, &status, 0);
+        struck += WIFSIGNALED(status) ? 1 : 0;
+        const std::string content = run.Folder().Read("data/info.ini");
+        if (content.empty()) continue;
+        EXPECT_EQ(0U, content.find("[Setup]\n")) << content;
+        EXPECT_EQ('\n', content.back());
+    }
+    EXPECT_GT(struck, 0);
+    // What a killed write left beside the file is gone after the next one.
+    ASSERT_EQ(0, run.Play("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_SETUP\n3600 tap IDC_BUTTON_CLOSE\n4000 quit\n"));
+    EXPECT_EQ(1, std::distance(fs::directory_iterator(data), fs::directory_iterator()));
+}
+
+TEST(Layout, ThatIsSpoiltIsRefusedWithFileAndLine) {
+    struct Case {
+        const char* content;
+        const char* where;
+    };
+    const std::vector<Case> cases = {
+        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n<Label name=\"A\" bounds=\"0,0,1,1\">\n</Form>\n", "IDF_FORM.xml:"},
+        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n\n<Slider name=\"A\" bounds=\"0,0,1,1\"/>\n</Form>\n", "IDF_FORM.xml:3:"},
+        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n<Label name=\"A\" bounds=\"0,0,1\"/>\n</Form>\n", "IDF_FORM.xml:2:"},
+        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n<Label name=\"A\" bounds=\"0,0,1,1\" color=\"blue\"/>\n</Form>\n", "IDF_FORM.xml:2:"},
+        {"", "IDF_FORM.xml"},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.content);
+        ProgramRun run;
+        run.Install();
+        run.Folder().Write("installed/share/brevant/layouts/IDF_FORM.xml", each.content);
+        ExpectRefusal(run, run.Play("100 quit\n"), {each.where});
+    }
+}

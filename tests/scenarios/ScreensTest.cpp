@@ -1,0 +1,157 @@
+// The way from screen to screen, through the launcher, judged by the trace and the settings file.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/ProgramRun.h"
+
+namespace {
+
+double TimeOf(const nlohmann::json& line) {
+    return line["ms"].get<double>();
+}
+
+}  // namespace
+
+TEST(Splash, LastsTwoSecondsAndAFadeOrUntilTheBackKey) {
+    struct Case {
+        const char* performance;
+        double endMs;
+    };
+    // 5 ms until it is shown, 2000 ms at full brightness, 30 ms until the fade begins and 16 steps of 30 ms.
+    for (const Case& each : {Case{"3000 quit\n", 5 + 2000 + 30 * 16}, Case{"600 key back press\n700 key back release\n3000 quit\n", 700}}) {
+        ProgramRun run;
+        ASSERT_EQ(0, run.Play(each.performance));
+        const auto removed = run.ReadTrace("form", "removed");
+        ASSERT_FALSE(removed.empty());
+        EXPECT_EQ("IDF_FORM_SPLASH", removed.front()["name"]);
+        EXPECT_DOUBLE_EQ(each.endMs, TimeOf(removed.front()));
+        const auto current = run.ReadTrace("form", "current");
+        ASSERT_EQ(3U, current.size());
+        EXPECT_EQ("IDF_FORM", current[0]["name"]);
+        EXPECT_EQ("IDF_FORM_SPLASH", current[1]["name"]);
+        EXPECT_DOUBLE_EQ(5, TimeOf(current[1]));
+        EXPECT_EQ("IDF_FORM", current[2]["name"]);
+    }
+}
+
+TEST(Splash, IsLeftOnceWhenItsEndIsPostedTwice) {
+    ProgramRun run;
+    ASSERT_EQ(0, run.Play("100 key back press\n110 key back release\n110 key back press\n110 key back release\n1000 quit\n"));
+    std::size_t splashes = 0;
+    for (const auto& line : run.ReadTrace("form", "removed")) splashes += line["name"] == "IDF_FORM_SPLASH" ? 1 : 0;
+    EXPECT_EQ(1U, splashes);
+}
+
+TEST(BackKey, EndsTheProgramFromThePlayScreenOnItsReleaseAlone) {
+    ProgramRun run;
+    ASSERT_EQ(0, run.Play("3000 breath 0.8\n3500 key back press\n4000 key back release\n9000 breath 0\n"));
+    const auto terminating = run.ReadTrace("app", "terminating");
+    ASSERT_EQ(1U, terminating.size());
+    EXPECT_DOUBLE_EQ(4000, TimeOf(terminating.front()));
+    EXPECT_EQ("end", run.ReadTrace().back()["what"]);
+    EXPECT_TRUE(run.ReadTrace("microphone", "stop").empty()) << "the reader is left alone after the Back key";
+    EXPECT_EQ("", run.Errors());
+}
+
+TEST(FirstBlow, HidesTheHintOnceAndForEver) {
+    ProgramRun run;
+    const auto hintEvents = [&run](const char* event) {
+        std::vector<double> times;
+        for (const auto& line : run.ReadTrace("control", event)) {
+            if (line["name"] == "IDC_LABEL_ICON_BLOW") times.push_back(TimeOf(line));
+        }
+        return times;
+    };
+    ASSERT_EQ(0, run.Play("4000 breath 0.19\n5000 breath 0.2\n6000 breath 0\n7000 breath 0.9\n8000 quit\n"));
+    EXPECT_EQ((std::vector<double>{5020}), hintEvents("hidden")) << "0.19 is no breath, 0.2 is one";
+    const auto writes = run.ReadTrace("settings", "write");
+    ASSERT_EQ(1U, writes.size());
+    EXPECT_EQ("FirstBlow", writes[0]["key"]);
+    EXPECT_EQ("1", writes[0]["value"]);
+
+    ASSERT_EQ(0, run.Play("5000 breath 0.5\n6000 quit\n"));
+    EXPECT_EQ((std::vector<double>{2485}), hintEvents("hidden")) << "hidden when the splash has ended";
+    EXPECT_TRUE(run.ReadTrace("settings", "write").empty());
+}
+
+TEST(VolumeDisplay, ShowsTheStepOfTheBreathAtTheNextTick) {
+    ProgramRun run;
+    ASSERT_EQ(0, run.Play("3000 breath 1\n3500 breath 0.5\n4000 breath 0\n4500 quit\n"));
+    std::vector<std::string> files;
+    for (const auto& line : run.ReadTrace("control", "bitmap")) {
+        if (line["name"] == "IDC_LABEL_VOLUME") files.push_back(line["file"]);
+    }
+    ASSERT_GE(files.size(), 3U);
+    EXPECT_EQ("volume_15.png", files.front());
+    EXPECT_EQ("volume_0.png", files.back());
+    EXPECT_NE(files.end(), std::find(files.begin(), files.end(), "volume_8.png")) << "(128 + 64 - 127) / 8 = 8";
+}
+
+TEST(PhoneState, StopsTheMicrophoneInTheBackgroundAndWithTheScreenOff) {
+    ProgramRun run;
+    ASSERT_EQ(0, run.Play("3000 background\n4000 foreground\n5000 screen-off\n6000 screen-on\n6500 quit\n"));
+    std::vector<double> starts;
+    for (const auto& line : run.ReadTrace("microphone", "start")) {
+        if (line["ok"]) starts.push_back(TimeOf(line));
+    }
+    std::vector<double> stops;
+    for (const auto& line : run.ReadTrace("microphone", "stop")) stops.push_back(TimeOf(line));
+    EXPECT_EQ((std::vector<double>{0, 4000, 6000}), starts) << "the first with the application's first foreground";
+    EXPECT_EQ((std::vector<double>{3000, 5000, 6500}), stops);
+}
+
+TEST(Menu, OpensHelpAndReturnsByConfirmAndByBack) {
+    for (const char* close : {"4000 tap IDC_BUTTON_CONFIRM\n", "4000 key back press\n4000 key back release\n"}) {
+        ProgramRun run;
+        ASSERT_EQ(0, run.Play(std::string("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_HELP\n") + close + "5000 quit\n")) << run.Errors();
+        EXPECT_EQ("", run.Errors());
+        const auto shown = run.ReadTrace("popup", "shown");
+        const auto destroyed = run.ReadTrace("popup", "destroyed");
+        ASSERT_EQ(1U, shown.size());
+        ASSERT_EQ(1U, destroyed.size());
+        EXPECT_EQ("IDP_POPUP_HELP", shown[0]["name"]);
+        EXPECT_DOUBLE_EQ(4000, TimeOf(destroyed[0]));
+        // Frames 4, 3, 2, 1 on four ticks of 30 ms after the press; the popup opens on the one that shows frame 1.
+        EXPECT_GT(TimeOf(shown[0]), 3300 + 3 * 30 - 1);
+        EXPECT_LE(TimeOf(shown[0]), 3300 + 4 * 30);
+        const auto stops = run.ReadTrace("microphone", "stop");
+        ASSERT_FALSE(stops.empty());
+        EXPECT_DOUBLE_EQ(3300, TimeOf(stops[0]));
+        EXPECT_DOUBLE_EQ(4000, TimeOf(run.ReadTrace("microphone", "start").back()));
+        EXPECT_EQ("end", run.ReadTrace().back()["what"]);
+    }
+}
+
+TEST(Setup, StoresColoursAndAutomaticPlayForTheNextStart) {
+    ProgramRun run;
+    ASSERT_EQ(0, run.Play("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_SETUP\n3600 tap IDC_CHECK_AUTO_PLAY\n"
+                          "3700 tap IDC_BUTTON_HOLE_COLOR\n3800 pick IDC_COLORPICKER #102030\n3900 tap IDC_BUTTON_BACK_COLOR\n"
+                          "4000 pick IDC_COLORPICKER #405060\n4100 tap IDC_BUTTON_CONFIRM\n4200 tap IDC_BUTTON_CLOSE\n5000 quit\n"))
+        << run.Errors();
+    EXPECT_EQ("", run.Errors());
+    std::vector<std::string> written;
+    for (const auto& line : run.ReadTrace("settings", "write")) {
+        written.push_back(line["key"].get<std::string>() + '=' + line["value"].get<std::string>());
+    }
+    EXPECT_EQ((std::vector<std::string>{"HoleColor=16,32,48,255", "BackColor=64,80,96,255", "AutoPlay=1"}), written);
+    EXPECT_FALSE(run.ReadTrace("microphone", "start").back()["ms"] > 4200) << "automatic play needs no microphone";
+
+    ASSERT_EQ(0, run.Play("3000 key KeyR press\n3500 screenshot again.png\n4000 quit\n"));
+    EXPECT_TRUE(run.ReadTrace("microphone", "start").empty());
+    EXPECT_EQ(1U, run.ReadTrace("player", "open").size());
+}
+
+TEST(Setup, KeepsEverythingWhenTheColourPopupIsLeft) {
+    for (const char* leave : {"4100 tap IDC_BUTTON_CANCEL\n", "4100 key back press\n4100 key back release\n"}) {
+        ProgramRun run;
+        ASSERT_EQ(0, run.Play(std::string("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_SETUP\n3700 tap IDC_BUTTON_HOLE_COLOR\n"
+                                          "3800 pick IDC_COLORPICKER #102030\n") +
+                              leave + "4200 key back press\n4200 key back release\n5000 quit\n"))
+            << run.Errors();
+        EXPECT_EQ("[Setup]\nHoleColor=255,194,48,255\nBackColor=226,100,111,255\nAutoPlay=0\n", run.Folder().Read("data/info.ini"));
+        EXPECT_EQ("IDF_FORM", run.ReadTrace("form", "current").back()["name"]);
+    }
+}

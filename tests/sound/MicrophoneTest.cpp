@@ -1,0 +1,394 @@
+// The microphone's blocks, from a device and from the simulated one, as the application's buffers get them.
+
+#include <gtest/gtest.h>
+#include <sndfile.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+#include "sound/SoundRig.h"
+
+using host::CaptureOutcome;
+using host::CapturePhase;
+using host::CaptureSession;
+
+namespace sound_test {
+
+namespace {
+
+constexpr host::Microseconds kBlockTime = 20'000;
+constexpr std::uint8_t kSilence = 128;
+constexpr std::uint8_t kBlown = 153;  // the instrument's threshold
+
+// Records with three buffers, as the instrument does, and gives each one back at once.
+class Listener final : public host::CaptureSessionListener {
+public:
+    explicit Listener(Rig& rig, int buffers = 3)
+        : rig_(rig), session(std::make_unique<CaptureSession>(*rig.sound, *this)) {
+        EXPECT_EQ(session->Prepare(0, 1, 2, 8000), CaptureOutcome::kDone);
+        for (int i = 0; i < buffers; ++i) EXPECT_EQ(session->Add(&buffers_[i]), CaptureOutcome::kDone);
+    }
+
+    void OnBufferFilled(void* buffer, std::span<const std::uint8_t> block) override {
+        EXPECT_EQ(block.size(), host::kBlockBytes);
+        heard.insert(heard.end(), block.begin(), block.end());
+        peaks.push_back(*std::max_element(block.begin(), block.end()));
+        lows.push_back(*std::min_element(block.begin(), block.end()));
+        times.push_back(rig_.loop.Now());
+        if (meanwhile) meanwhile();
+        if (session != nullptr) session->Add(buffer);
+    }
+
+    void Clear() {
+        heard.clear();
+        peaks.clear();
+        times.clear();
+    }
+
+private:
+    Rig& rig_;
+    char buffers_[3] = {};
+
+public:
+    std::unique_ptr<CaptureSession> session;
+    Bytes heard;
+    std::vector<int> peaks;
+    std::vector<int> lows;
+    std::vector<host::Microseconds> times;
+    std::function<void()> meanwhile;
+};
+
+host::SoundOptions Simulated(const std::string& breathPath = "") {
+    host::SoundOptions options;
+    options.microphoneSource = host::MicrophoneSource::kSimulated;
+    if (!breathPath.empty()) options.breathPath = breathPath;
+    return options;
+}
+
+std::string BreathPath() {
+    const std::string folder = BREVANT_TEST_OUTPUT "sound/breath/";
+    std::filesystem::create_directories(folder);
+    return folder + testing::UnitTest::GetInstance()->current_test_info()->name();
+}
+
+// Stereo bytes that tell their own place.
+Bytes Places(std::size_t frames) {
+    Bytes bytes;
+    for (std::size_t i = 0; i < frames; ++i) {
+        bytes.push_back(static_cast<std::uint8_t>(i * 7 + i / 256));
+        bytes.push_back(static_cast<std::uint8_t>(255 - i));
+    }
+    return bytes;
+}
+
+Bytes Part(const Bytes& bytes, std::size_t from, std::size_t count) {
+    return Bytes(bytes.begin() + static_cast<long>(from), bytes.begin() + static_cast<long>(from + count));
+}
+
+Bytes Silence(std::size_t bytes) {
+    return Bytes(bytes, kSilence);
+}
+
+}  // namespace
+
+TEST(Microphone, AllowsInEachStateWhatItsTableSays) {
+    Rig rig(Simulated());
+    Listener listener(rig);
+    CaptureSession& session = *listener.session;
+    const auto expect = [&](CaptureOutcome outcome, CaptureOutcome expected, CapturePhase phase) {
+        EXPECT_EQ(outcome, expected);
+        EXPECT_EQ(session.GetPhase(), phase);
+    };
+    constexpr auto kDone = CaptureOutcome::kDone;
+    constexpr auto kInvalid = CaptureOutcome::kInvalidState;
+    expect(session.Prepare(0, 1, 2, 8000), kInvalid, CapturePhase::kPrepared);
+    expect(session.Stop(), kInvalid, CapturePhase::kPrepared);
+    expect(session.Start(), kDone, CapturePhase::kRecording);
+    expect(session.Start(), kInvalid, CapturePhase::kRecording);
+    expect(session.Unprepare(), kInvalid, CapturePhase::kRecording);
+    Listener second(rig);
+    EXPECT_EQ(second.session->Start(), CaptureOutcome::kInUse);
+    expect(session.Stop(), kDone, CapturePhase::kStopped);
+    expect(session.Stop(), kInvalid, CapturePhase::kStopped);
+    expect(session.Start(), kDone, CapturePhase::kRecording);
+    expect(session.Reset(), kDone, CapturePhase::kPrepared);
+    expect(session.Unprepare(), kDone, CapturePhase::kInitialized);
+    expect(session.Start(), kInvalid, CapturePhase::kInitialized);
+    EXPECT_EQ(session.Add(&listener), kInvalid);
+    constexpr int kFormats[][4] = {{1, 1, 2, 8000}, {0, 2, 2, 8000}, {0, 1, 1, 8000}, {0, 1, 2, 44100}};
+    for (const auto& format : kFormats) {
+        expect(session.Prepare(format[0], format[1], format[2], format[3]), CaptureOutcome::kUnsupported,
+               CapturePhase::kInitialized);
+    }
+    EXPECT_EQ(rig.CloseEvents(),
+              (std::vector<std::string>{"microphone prepare", "microphone prepare", "microphone stop",
+                                        "microphone start", "microphone start", "microphone prepare",
+                                        "microphone start", "microphone stop", "microphone stop", "microphone start",
+                                        "microphone stop", "microphone start", "microphone prepare",
+                                        "microphone prepare", "microphone prepare", "microphone prepare"}));
+}
+
+TEST(Microphone, HearsABreathFileByteForByteInTheWorldsTime) {
+    const std::string path = BreathPath();
+    const Bytes bytes = Places(1000);
+    WriteWav(path, 8000, 2, 8, bytes);
+    Rig rig(Simulated(path));
+    Listener listener(rig);
+    rig.Run(3 * kBlockTime + 777);
+    listener.session->Start();
+    rig.Run(2 * kBlockTime + 5000);
+    EXPECT_EQ(listener.times, (std::vector<host::Microseconds>{80'777, 100'777}));
+    EXPECT_EQ(listener.heard, Part(bytes, 0, 640));
+
+    // Stopped and started again, it hears what the world has come to, from the start's moment on.
+    listener.session->Stop();
+    listener.Clear();
+    rig.Run(30'000);
+    listener.session->Start();
+    rig.Run(2 * kBlockTime);
+    Bytes expected = Part(bytes, 75 * 8 * 2, 2000 - 75 * 8 * 2);
+    expected.resize(640, kSilence);
+    EXPECT_EQ(listener.heard, Part(expected, 0, 640));
+    listener.Clear();
+    rig.Run(4 * kBlockTime);
+    EXPECT_EQ(listener.heard, Part(
+                                  [&] {
+                                      Bytes rest = Part(bytes, 1840, 160);
+                                      rest.resize(1280, kSilence);
+                                      return rest;
+                                  }(),
+                                  0, 1280));
+    EXPECT_EQ(rig.sound->BlocksDelivered(), 8U);
+}
+
+TEST(Microphone, ConvertsABreathFileOfAnyFormat) {
+    struct Row {
+        int rate;
+        int channels;
+        int format;
+    };
+    constexpr Row kRows[] = {
+        {8000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_U8},  {8000, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_16},
+        {16000, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT},  {44100, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_24},
+        {48000, 3, SF_FORMAT_WAV | SF_FORMAT_PCM_16}, {4000, 2, SF_FORMAT_FLAC | SF_FORMAT_PCM_16}};
+    const std::string path = BreathPath();
+    for (const Row& row : kRows) {
+        SF_INFO info{};
+        info.samplerate = row.rate;
+        info.channels = row.channels;
+        info.format = row.format;
+        SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
+        // Half a second: 100 Hz on the left, 150 Hz on the right, full scale on what is not to be heard.
+        std::vector<float> samples;
+        const auto tone = [&](int i, double hz) {
+            return static_cast<float>(0.5 * std::sin(2 * M_PI * hz * i / row.rate));
+        };
+        for (int i = 0; i < row.rate / 2; ++i) {
+            samples.push_back(tone(i, 100));
+            if (row.channels > 1) samples.push_back(tone(i, 150));
+            if (row.channels > 2) samples.push_back(1);
+        }
+        sf_write_float(file, samples.data(), static_cast<sf_count_t>(samples.size()));
+        sf_close(file);
+
+        Rig rig(Simulated(path));
+        Listener listener(rig);
+        listener.session->Start();
+        rig.Run(40 * kBlockTime);
+        ASSERT_EQ(listener.heard.size(), 40 * host::kBlockBytes);
+        const auto ideal = [&](std::size_t i, double hz) {
+            return 128 + 127 * 0.5 * std::sin(2 * M_PI * hz * static_cast<double>(i) / 8000);
+        };
+        for (std::size_t i = 0; i < 3900; ++i) {
+            ASSERT_NEAR(listener.heard[2 * i], ideal(i, 100), 2) << row.rate << " frame " << i;
+            ASSERT_NEAR(listener.heard[2 * i + 1], ideal(i, row.channels == 1 ? 100 : 150), 2) << row.rate;
+        }
+        EXPECT_EQ(Part(listener.heard, 8200, 1000), Silence(1000));
+    }
+    const float extremes[] = {1, -1, 0, 0.5F};
+    SF_INFO info{};
+    info.samplerate = 8000;
+    info.channels = 1;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
+    SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
+    sf_write_float(file, extremes, 4);
+    sf_close(file);
+    Rig rig(Simulated(path));
+    Listener listener(rig);
+    listener.session->Start();
+    rig.Run(kBlockTime);
+    EXPECT_EQ(Part(listener.heard, 0, 10), (Bytes{255, 255, 1, 1, 128, 128, 192, 192, 128, 128}));
+}
+
+TEST(Microphone, NamesABreathFileThatItCannotHear) {
+    const std::string path = BreathPath();
+    const auto problemOf = [](const std::string& breath) { return Rig(Simulated(breath)).problem; };
+    EXPECT_EQ(problemOf(path + "-missing"), path + "-missing: it cannot be read");
+    EXPECT_EQ(problemOf(BREVANT_TEST_OUTPUT), BREVANT_TEST_OUTPUT ": it cannot be read");
+    WriteFile(path, {'n', 'o', ' ', 's', 'o', 'u', 'n', 'd', ' ', 'f', 'i', 'l', 'e'});
+    EXPECT_EQ(problemOf(path), path + ": it is neither WAV nor Ogg Vorbis nor FLAC");
+    WriteWav(path, 8000, 2, 8, Places(1000));
+    Bytes cut = ReadFile(path);
+    cut.resize(cut.size() - 100);
+    WriteFile(path, cut);
+    EXPECT_EQ(problemOf(path), path + ": its end is missing");
+    WriteWav(path, 1, 1, 8, Places(1801));
+    EXPECT_EQ(problemOf(path), path + ": it is longer than an hour");
+}
+
+TEST(Microphone, NeverFlickersInASteadyBreath) {
+    for (const double level : {0.0, 0.02, 0.19, 0.2, 0.5, 0.8, 1.0}) {
+        const int peak = 128 + static_cast<int>(std::lround(level * 127));
+        for (int phase = 0; phase < 20'000; phase += 1375) {
+            Rig rig(Simulated());
+            Listener listener(rig);
+            listener.session->Start();
+            rig.Run(3 * kBlockTime + phase);
+            rig.sound->SetBreath(level);
+            rig.Run(100 * kBlockTime);
+            ASSERT_EQ(listener.peaks.size(), 103U);
+            for (std::size_t i = 0; i < listener.peaks.size(); ++i) {
+                ASSERT_TRUE(i <= 3 || listener.peaks[i] == peak) << level << " block " << i;
+                EXPECT_GE(listener.lows[i], 256 - peak);
+            }
+            EXPECT_EQ(Part(listener.heard, 0, 960), Silence(960));
+            rig.sound->SetBreath(0);
+            rig.Run(kBlockTime);
+            listener.Clear();
+            rig.Run(2 * kBlockTime);
+            EXPECT_EQ(listener.heard, Silence(640));
+        }
+    }
+    // From one strong breath to another it is strong throughout, whenever that is.
+    for (int phase = 0; phase < 20'000; phase += 375) {
+        Rig rig(Simulated());
+        Listener listener(rig);
+        rig.sound->SetBreath(0.6);
+        listener.session->Start();
+        for (int i = 0; i < 10; ++i) {
+            rig.Run(kBlockTime + phase);
+            rig.sound->SetBreath(i % 2 == 0 ? 0.2 : 0.9);
+        }
+        EXPECT_GE(*std::min_element(listener.peaks.begin(), listener.peaks.end()), kBlown);
+    }
+}
+
+TEST(Microphone, HearsABreathFromItsOwnMomentOnTopOfTheFile) {
+    const std::string path = BreathPath();
+    WriteWav(path, 8000, 2, 8, Bytes(8000, 250));
+    Rig rig(Simulated(path));
+    Listener listener(rig);
+    listener.session->Start();
+    rig.Run(2 * kBlockTime + 5000);
+    rig.sound->SetBreath(1);
+    rig.Run(10'000);
+    rig.sound->SetBreath(0);
+    rig.Run(5000);
+    rig.sound->LoseMicrophone();
+    rig.Run(5000);
+    rig.sound->RestoreMicrophone();
+    rig.Run(15'000);
+    EXPECT_EQ(Part(listener.heard, 0, 640 + 80), Bytes(720, 250));
+    const Bytes blown = Part(listener.heard, 720, 160);
+    EXPECT_EQ(*std::max_element(blown.begin(), blown.end()), 255);
+    EXPECT_LT(*std::min_element(blown.begin(), blown.end()), 200);
+    EXPECT_EQ(Part(listener.heard, 880, 80), Bytes(80, 250));
+    EXPECT_EQ(Part(listener.heard, 960, 80), Silence(80));
+    EXPECT_EQ(Part(listener.heard, 1040, 240), Bytes(240, 250));
+    EXPECT_EQ(listener.times.size(), 4U);
+}
+
+TEST(Microphone, LetsTheOldestBlocksGoWhenItIsReadTooLate) {
+    for (const int buffers : {0, 1, 3}) {
+        Rig rig;
+        Listener listener(rig, buffers);
+        listener.session->Start();
+        // The device delivers as it likes; the blocks are cut all the same.
+        const Bytes bytes = Places(160 * 20);
+        for (std::size_t at = 0; at < bytes.size(); at += 64) {
+            rig.microphone.client->OnMicrophoneBytes(std::span(bytes).subspan(at, 64));
+        }
+        rig.RunDue();
+        const auto kept = static_cast<std::size_t>(buffers) * host::kBlockBytes;
+        EXPECT_EQ(listener.heard, Part(bytes, bytes.size() - kept, kept));
+        listener.Clear();
+        rig.microphone.client->OnMicrophoneBytes(std::span(bytes).first(host::kBlockBytes));
+        rig.RunDue();
+        EXPECT_EQ(listener.heard, buffers == 0 ? Bytes{} : Part(bytes, 0, host::kBlockBytes));
+        const auto events = rig.CloseEvents();
+        EXPECT_EQ(std::count(events.begin(), events.end(), "microphone overrun"), buffers == 0 ? 21 : 20 - buffers);
+    }
+}
+
+TEST(Microphone, HearsSilenceWhileItIsLostAndPicksTheDeviceUpAgain) {
+    testing::internal::CaptureStderr();
+    Rig rig;
+    Listener listener(rig);
+    rig.microphone.isPresent = false;
+    EXPECT_EQ(listener.session->Start(), CaptureOutcome::kDone);
+    rig.Run(10 * kBlockTime);
+    EXPECT_EQ(listener.heard, Silence(10 * host::kBlockBytes));
+    // A key's breath needs no device.
+    rig.sound->SetKeyBreath(0.8);
+    rig.Run(kBlockTime);
+    EXPECT_EQ(listener.peaks.back(), 128 + 102);
+    rig.sound->SetKeyBreath(0);
+
+    const Bytes loud(host::kBlockBytes, 220);
+    for (int i = 0; i < 2; ++i) {
+        rig.microphone.client->OnMicrophoneRestored();
+        rig.RunDue();
+        listener.Clear();
+        rig.microphone.client->OnMicrophoneBytes(loud);
+        rig.Run(5 * kBlockTime);
+        EXPECT_EQ(listener.heard, loud);
+        rig.microphone.client->OnMicrophoneLost();
+        rig.Run(3 * kBlockTime);
+        EXPECT_GE(listener.peaks.size(), 3U);
+        EXPECT_EQ(listener.peaks.back(), kSilence);
+    }
+    // Nothing goes on once it is stopped.
+    listener.session->Stop();
+    listener.Clear();
+    rig.Run(5 * kBlockTime);
+    EXPECT_TRUE(listener.heard.empty());
+    const auto events = rig.CloseEvents();
+    EXPECT_EQ(std::count(events.begin(), events.end(), "microphone lost"), 3);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "brevant: the microphone is gone; blowing works again when it is back\n"
+              "brevant: the microphone is back\n");
+}
+
+TEST(Microphone, MayBeStoppedOrDestroyedWhereItDelivers) {
+    for (const bool isSimulated : {true, false}) {
+        for (int way = 0; way < 4; ++way) {
+            Rig rig(isSimulated ? Simulated() : host::SoundOptions{});
+            rig.microphone.isPresent = way != 3;
+            Listener listener(rig);
+            listener.session->Start();
+            listener.meanwhile = [&] {
+                if (way == 0) listener.session->Stop();
+                if (way == 1 || way == 3) listener.session.reset();
+                if (way == 2) rig.sound.reset();
+            };
+            if (!isSimulated && way != 3) rig.microphone.client->OnMicrophoneBytes(Bytes(3 * host::kBlockBytes, 200));
+            rig.Run(3 * kBlockTime);
+            EXPECT_EQ(listener.peaks.size(), 1U) << way;
+            // Stopped, it goes on later with the buffers that it has.
+            if (way != 0) continue;
+            listener.meanwhile = nullptr;
+            listener.session->Start();
+            if (!isSimulated) rig.microphone.client->OnMicrophoneBytes(Bytes(3 * host::kBlockBytes, 200));
+            rig.Run(3 * kBlockTime);
+            EXPECT_EQ(listener.peaks.size(), 4U);
+            // One that nobody takes care of at the end hears no more, and may be destroyed later.
+            rig.sound.reset();
+            rig.Run(3 * kBlockTime);
+            EXPECT_EQ(listener.peaks.size(), 4U);
+            EXPECT_EQ(listener.session->Start(), CaptureOutcome::kInvalidState);
+        }
+    }
+}
+
+}  // namespace sound_test

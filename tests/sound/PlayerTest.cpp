@@ -1,0 +1,507 @@
+// The player's states, the files that it opens and refuses, and what of all that reaches the speaker.
+
+#include <gtest/gtest.h>
+#include <sndfile.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <functional>
+
+#include "runtime/sound/ClipDecoder.h"
+#include "sound/SoundRig.h"
+
+using host::ClipPlayer;
+using host::PlayerOutcome;
+using host::PlayerPhase;
+
+namespace sound_test {
+
+namespace {
+
+constexpr int kRate = 44100;
+constexpr std::size_t kRamp = 220;  // 5 ms
+constexpr float kRounding = 2e-6F;
+
+const std::string kTone = BREVANT_PACKAGE "data/ocarina_4_00.ogg";
+
+std::string WriteClip(const Rig& rig, const std::string& name, std::span<const float> frames, int rate = kRate) {
+    const std::string path = rig.Path(name);
+    WriteWav(path, rate, 1, 16, To16Bit(frames));
+    return path;
+}
+
+// Every frame is another number, so that a missing or doubled one shows.
+std::vector<float> Counting(std::size_t frames) {
+    std::vector<float> counting(frames);
+    for (std::size_t i = 0; i < frames; ++i) counting[i] = static_cast<float>(static_cast<double>(i + 1) / 32767);
+    return counting;
+}
+
+bool IsSilent(std::span<const float> frames) {
+    return std::all_of(frames.begin(), frames.end(), [](float frame) { return frame == 0; });
+}
+
+std::span<const float> From(const std::vector<float>& frames, std::size_t at) {
+    return std::span<const float>(frames).subspan(at);
+}
+
+// Where `heard` first differs from `expected` repeated, from its frame `from` on; heard.size() when it never does. It
+// begins with the frame `phase` of `expected`.
+std::size_t FirstDifference(std::span<const float> heard, std::span<const float> expected, std::size_t from,
+                            std::size_t phase = 0) {
+    for (std::size_t i = from; i < heard.size(); ++i) {
+        if (std::abs(heard[i] - expected[(i + phase) % expected.size()]) > kRounding) return i;
+    }
+    return heard.size();
+}
+
+}  // namespace
+
+TEST(Player, AllowsInEachStateWhatItsTableSays) {
+    struct Row {
+        PlayerPhase phase;
+        const char* way;  // o(pen), p(lay), s(top), h(old), c(lose), e(nd of clip)
+        const char* allowed;
+    };
+    constexpr Row kRows[] = {
+        {PlayerPhase::kInitialized, "", "o"},   {PlayerPhase::kOpened, "o", "psc"},
+        {PlayerPhase::kPlaying, "op", "shc"},   {PlayerPhase::kPaused, "oph", "psc"},
+        {PlayerPhase::kPlaying, "ophp", "shc"}, {PlayerPhase::kStopped, "ops", "pc"},
+        {PlayerPhase::kStopped, "os", "pc"},    {PlayerPhase::kEndOfClip, "ope", "psc"},
+        {PlayerPhase::kClosed, "opsc", "o"},    {PlayerPhase::kClosed, "opc", "o"},
+        {PlayerPhase::kOpened, "opsco", "psc"},
+    };
+    const std::vector<PlayerPhase> phaseAfter = {PlayerPhase::kOpened, PlayerPhase::kPlaying, PlayerPhase::kStopped,
+                                                 PlayerPhase::kPaused, PlayerPhase::kClosed};
+    const std::string operations = "opshc";
+    for (const Row& row : kRows) {
+        for (std::size_t i = 0; i < operations.size(); ++i) {
+            Rig rig;
+            TestPlayer user(rig);
+            user.repeats = 0;
+            const auto path = WriteClip(rig, "clip.wav", Counting(9000));
+            const auto act = [&](char operation) {
+                ClipPlayer& player = *user.player;
+                if (operation == 'o') return player.Open(path, ClipPlayer::OpenMode::kAtOnce);
+                if (operation == 'p') return player.Play();
+                if (operation == 's') return player.Stop();
+                if (operation == 'h') return player.Pause();
+                if (operation == 'c') return player.Close();
+                rig.Hear(40);
+                return PlayerOutcome::kDone;
+            };
+            for (const char* step = row.way; *step != '\0'; ++step) ASSERT_EQ(act(*step), PlayerOutcome::kDone);
+            ASSERT_EQ(user.player->GetPhase(), row.phase) << row.way;
+
+            const bool isAllowed = std::string(row.allowed).find(operations[i]) != std::string::npos;
+            EXPECT_EQ(act(operations[i]), isAllowed ? PlayerOutcome::kDone : PlayerOutcome::kInvalidState)
+                << row.way << " then " << operations[i];
+            EXPECT_EQ(user.player->GetPhase(), isAllowed ? phaseAfter[i] : row.phase);
+        }
+    }
+    Rig rig;
+    TestPlayer user(rig);
+    EXPECT_EQ(user.player->SetVolume(101), PlayerOutcome::kOutOfRange);
+    EXPECT_EQ(user.player->SetVolume(-1), PlayerOutcome::kOutOfRange);
+    EXPECT_EQ(user.player->GetVolume(), 100);
+}
+
+TEST(Player, OpensLaterWhenAskedTo) {
+    Rig rig;
+    TestPlayer user(rig);
+    EXPECT_EQ(user.player->Open(rig.Path("none.ogg"), ClipPlayer::OpenMode::kLater), PlayerOutcome::kDone);
+    EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kOpening);
+    EXPECT_EQ(user.player->Play(), PlayerOutcome::kInvalidState);
+    rig.RunDue();
+    EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kInitialized);
+    user.player->Open(kTone, ClipPlayer::OpenMode::kLater);
+    rig.RunDue();
+    EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kOpened);
+    EXPECT_EQ(user.opened, (std::vector{PlayerOutcome::kMissing, PlayerOutcome::kDone}));
+    // One that is gone by then is not told.
+    user.player->Close();
+    user.player->Open(kTone, ClipPlayer::OpenMode::kLater);
+    user.player.reset();
+    rig.RunDue();
+    EXPECT_EQ(user.opened.size(), 2U);
+}
+
+TEST(Player, RefusesWhatIsNoWholeRecordingAndStaysSilent) {
+    Rig rig;
+    const Bytes whole = ReadFile(kTone);
+    ASSERT_GT(whole.size(), 20000U);
+    const auto cut = [&](std::size_t size) { return Bytes(whole.begin(), whole.begin() + static_cast<long>(size)); };
+    std::vector<std::size_t> pages;
+    for (std::size_t i = 0; i + 4 < whole.size(); ++i) {
+        if (std::equal(whole.begin() + static_cast<long>(i), whole.begin() + static_cast<long>(i) + 4, "OggS")) {
+            pages.push_back(i);
+        }
+    }
+    Bytes flipped = whole;
+    flipped[whole.size() / 2] ^= 4;
+    Bytes withoutPage = whole;
+    withoutPage.erase(withoutPage.begin() + static_cast<long>(pages[3]),
+                      withoutPage.begin() + static_cast<long>(pages[4]));
+    Bytes twice = whole;
+    twice.insert(twice.end(), whole.begin(), whole.end());
+    const auto minute = std::vector<float>(60 * 8000 + 1, 0.1F);
+    const std::string wav = WriteClip(rig, "whole.wav", Counting(3000));
+    Bytes cutWav = ReadFile(wav);
+    cutWav.resize(cutWav.size() - 2);
+    Bytes noFrames = ReadFile(wav);
+    noFrames.resize(44);
+    std::fill(noFrames.begin() + 40, noFrames.end(), std::uint8_t{0});
+    SF_INFO info{};
+    info.samplerate = kRate;
+    info.channels = 1;
+    info.format = SF_FORMAT_FLAC | SF_FORMAT_PCM_16;
+    SNDFILE* flac = sf_open(rig.Path("whole.flac").c_str(), SFM_WRITE, &info);
+    const auto noise = Sine(50000, 777.3, 0.5);
+    sf_write_float(flac, noise.data(), static_cast<sf_count_t>(noise.size()));
+    sf_close(flac);
+    Bytes cutFlac = ReadFile(rig.Path("whole.flac"));
+    ASSERT_EQ(TestPlayer(rig).Change(rig.Path("whole.flac")), PlayerOutcome::kDone);
+    cutFlac.resize(cutFlac.size() * 2 / 3);
+
+    struct Row {
+        const char* name;
+        Bytes bytes;
+    };
+    const Row rows[] = {
+        {"empty", {}},
+        {"one-byte", cut(1)},
+        {"only-headers", cut(pages[2])},
+        {"cut-in-a-page", cut(whole.size() - 1)},
+        {"cut-in-the-middle", cut(whole.size() / 2)},
+        {"cut-between-pages", cut(pages.back())},
+        {"flipped-bit", flipped},
+        {"lost-page", withoutPage},
+        {"two-streams", twice},
+        {"text", {'O', 'g', 'g', ' ', 'i', 's', ' ', 'n', 'o', 't', ' ', 'i', 't', '\n'}},
+        {"picture", ReadFile(BREVANT_PACKAGE "images/intro01.png")},
+        {"cut-wav", cutWav},
+        {"wav-without-frames", noFrames},
+    };
+    TestPlayer user(rig);
+    for (const Row& row : rows) {
+        WriteFile(rig.Path(row.name), row.bytes);
+        user.Change(kTone);
+        rig.Hear(10);
+        EXPECT_EQ(user.Change(rig.Path(row.name)), PlayerOutcome::kUnsupported) << row.name;
+        EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kClosed);
+        rig.Hear(2);
+        EXPECT_TRUE(IsSilent(rig.Hear(10))) << row.name;
+    }
+    WriteWav(rig.Path("over-a-minute"), 8000, 1, 16, To16Bit(minute));
+    EXPECT_EQ(user.Change(rig.Path("over-a-minute")), PlayerOutcome::kUnsupported);
+    WriteWav(rig.Path("a-minute"), 8000, 1, 16, To16Bit(std::span(minute).first(minute.size() - 1)));
+    EXPECT_EQ(user.Change(rig.Path("a-minute")), PlayerOutcome::kDone);
+    EXPECT_EQ(user.Change(rig.Path("missing")), PlayerOutcome::kMissing);
+    EXPECT_EQ(user.Change(BREVANT_PACKAGE "data"), PlayerOutcome::kMissing);
+
+    // What only shows while it decodes ends the tone, puts the player in its error state, and does not open again.
+    WriteFile(rig.Path("cut-flac"), cutFlac);
+    if (user.Change(rig.Path("cut-flac")) == PlayerOutcome::kDone) {
+        rig.Run(host::kMicrosecondsPerSecond);
+        EXPECT_EQ(user.broken, 1);
+        EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kError);
+        rig.Hear(2);
+        EXPECT_TRUE(IsSilent(rig.Hear(10)));
+    }
+    EXPECT_EQ(user.Change(kTone), PlayerOutcome::kDone);
+}
+
+TEST(Player, ChangesEveryToneForEveryOtherWithoutAClick) {
+    std::vector<std::string> paths;
+    for (const auto& file : std::filesystem::directory_iterator(BREVANT_PACKAGE "data")) paths.push_back(file.path());
+    std::sort(paths.begin(), paths.end());
+    ASSERT_EQ(paths.size(), 16U);
+    constexpr int kBefore[] = {3, 9, 30};  // periods
+    constexpr int kAfter = 6;
+    Rig rig;
+    TestPlayer user(rig);
+    for (const auto& first : paths) {
+        for (const auto& second : paths) {
+            for (const int before : kBefore) {
+                user.Change(first, 99);
+                const auto old = rig.Hear(before);
+                user.Change(second, 99);
+                const auto changed = rig.Hear(kAfter);
+                user.Silence();
+                const auto end = rig.Hear(3);
+                EXPECT_NE(changed[0] - end.back(), 0);
+                EXPECT_TRUE(IsSilent(From(end, kRamp)));
+
+                std::vector<float> all = old;
+                all.insert(all.end(), changed.begin(), changed.end());
+                all.insert(all.end(), end.begin(), end.end());
+                const float ownStep = std::max(LargestStep(old), LargestStep(From(changed, kRamp)));
+                EXPECT_LE(LargestStep(all), 1.5F * ownStep) << first << " to " << second;
+                // Nothing of the next round is to be heard of this one.
+                ASSERT_TRUE(IsSilent(rig.Hear(1)));
+            }
+        }
+    }
+}
+
+TEST(Player, IsHeardInTheVeryNextPeriod) {
+    for (const int periodFrames : {64, 256, 1024}) {
+        Rig rig({}, kRate, periodFrames);
+        const auto path = WriteClip(rig, "loud.wav", std::vector<float>(20000, 0.5F));
+        TestPlayer user(rig);
+        EXPECT_TRUE(IsSilent(rig.Hear(3)));
+        user.Change(path);
+        const auto heard = rig.HearLate(6);
+        EXPECT_GT(heard[0], 0);
+        EXPECT_TRUE(std::is_sorted(heard.begin(), heard.end()));
+        EXPECT_NEAR(heard[kRamp], 0.5, 1e-4);
+    }
+}
+
+TEST(Player, RepeatsWithoutAMissingOrDoubledFrame) {
+    for (const int periodFrames : {64, 256, 441, 1024}) {
+        for (const std::size_t length : {300U, 1000U, 4096U, 5000U, 30000U}) {
+            Rig rig({}, kRate, periodFrames);
+            const auto frames = Counting(length);
+            const auto path = WriteClip(rig, "clip.wav", frames);
+            TestPlayer user(rig);
+            user.Change(path);
+            const auto heard = rig.Hear(static_cast<int>(3 * length + 3 * 1024) / periodFrames + 1);
+            EXPECT_EQ(FirstDifference(heard, From16Bit(frames), kRamp), heard.size()) << length << ' ' << periodFrames;
+            EXPECT_GE(user.ends, 3);
+            EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kPlaying);
+        }
+    }
+}
+
+TEST(Player, RepeatsAsOftenAsItIsAnsweredThenEndsOrStops) {
+    for (const std::size_t length : {300U, 6000U}) {
+        Rig rig;
+        const auto path = WriteClip(rig, "clip.wav", std::vector<float>(length, 0.5F));
+        TestPlayer user(rig);
+        user.repeats = 4;
+        user.Change(path);
+        const auto heard = rig.Hear(static_cast<int>(6 * length) / 256 + 2);
+        // Unanswered, the recording plays to its end.
+        const auto last = std::find_if(heard.rbegin(), heard.rend(), [](float frame) { return frame != 0; });
+        EXPECT_NEAR(static_cast<double>(heard.rend() - last), static_cast<double>(5 * length), 2) << length;
+        EXPECT_LE(LargestStep(From(heard, 1)), 0.5 * 3.15 / 2 / kRamp);
+        EXPECT_EQ(user.ends, 5);
+        EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kEndOfClip);
+        EXPECT_EQ(user.player->Play(), PlayerOutcome::kDone);
+        EXPECT_FALSE(IsSilent(rig.Hear(1)));
+
+        using AtLastEnd = TestPlayer::AtLastEnd;
+        for (const AtLastEnd answer : {AtLastEnd::kStop, AtLastEnd::kClose, AtLastEnd::kDestroy}) {
+            TestPlayer other(rig);
+            user.Silence();
+            rig.Hear(3);
+            other.repeats = 0;
+            other.atLastEnd = answer;
+            other.Change(path);
+            while (other.ends == 0) rig.Hear(1);
+            rig.Hear(1);
+            EXPECT_TRUE(IsSilent(rig.Hear(40)));
+            EXPECT_EQ(other.ends, 1);
+        }
+    }
+}
+
+TEST(Player, IsSilentWhileTheAnswerIsLateAndThenBeginsAnew) {
+    Rig rig;
+    const auto frames = Counting(6000);
+    const auto path = WriteClip(rig, "clip.wav", frames);
+    TestPlayer user(rig);
+    user.Change(path);
+    const auto late = rig.HearLate(40);
+    const auto decoded = From16Bit(frames);
+    EXPECT_EQ(FirstDifference(std::span(late).first(6000), decoded, kRamp), 6000U);
+    EXPECT_TRUE(IsSilent(From(late, 6000)));
+    const auto heard = rig.Hear(5);
+    EXPECT_EQ(user.ends, 1);
+    EXPECT_EQ(FirstDifference(heard, decoded, kRamp), heard.size());
+    EXPECT_LT(heard[0], decoded[0]);
+
+    // A report that was under way when the tone was changed, closed or destroyed is nobody's.
+    for (const int way : {0, 1, 2}) {
+        TestPlayer other(rig);
+        other.Change(path);
+        rig.HearLate(12);
+        if (way == 0) other.Change(kTone);
+        if (way == 1) other.Silence();
+        if (way == 2) other.player.reset();
+        rig.Hear(4);
+        EXPECT_EQ(other.ends, 0);
+    }
+    // One that comes while the player pauses waits.
+    TestPlayer other(rig);
+    user.Silence();
+    other.Change(path);
+    rig.HearLate(12);
+    other.player->Pause();
+    rig.Hear(40);
+    EXPECT_EQ(other.ends, 0);
+    EXPECT_TRUE(IsSilent(rig.Hear(2)));
+    other.player->Play();
+    const auto resumed = rig.Hear(60);
+    EXPECT_GE(other.ends, 2);
+    // At most the ramp lies between what was heard before the pause and after it.
+    EXPECT_NEAR(static_cast<double>(resumed[kRamp]), (12 * 256 + 2 * kRamp) / 32767.0, 2e-4);
+}
+
+TEST(Player, ResamplesSoThatTheRepeatIsSeamless) {
+    for (const int rate : {22050, 48000, 96000}) {
+        for (const std::size_t length : {600U, 44100U}) {
+            Rig rig({}, rate);
+            const double cycles = static_cast<double>(length) / 60;  // 735 Hz
+            const auto path = WriteClip(rig, "sine.wav", Sine(length, cycles, 0.5));
+            TestPlayer user(rig);
+            user.Change(path);
+            const auto heard = rig.Hear(rate * 3 / 256);
+            const double frames = std::round(static_cast<double>(length) * rate / kRate);
+            double largest = 0;
+            for (std::size_t i = static_cast<std::size_t>(rate) / 50; i < heard.size(); ++i) {
+                const double ideal = 0.5 * std::sin(2 * M_PI * cycles * static_cast<double>(i) / frames);
+                largest = std::max(largest, std::abs(ideal - static_cast<double>(heard[i])));
+            }
+            EXPECT_LT(largest, 3e-4) << rate << ' ' << length;
+        }
+    }
+}
+
+TEST(Player, FollowsTheVolumeWithoutAClickAndNeverWraps) {
+    Rig rig;
+    const auto sine = Sine(44100, 440, 1);
+    const auto path = WriteClip(rig, "sine.wav", sine);
+    TestPlayer user(rig);
+    user.Change(path, 99);
+    const auto loud = rig.Hear(20);
+    EXPECT_NEAR(*std::max_element(loud.begin(), loud.end()), 0.99, 1e-3);
+    user.player->SetVolume(0);
+    const auto fading = rig.Hear(2);
+    EXPECT_LE(LargestStep(fading), 1.2F * LargestStep(loud));
+    EXPECT_TRUE(IsSilent(rig.Hear(5)));
+    user.player->SetVolume(50);
+    EXPECT_LE(LargestStep(rig.Hear(5)), LargestStep(loud));
+    user.player->SetVolume(99);
+    TestPlayer second(rig);
+    second.Change(path, 99);
+    const auto both = rig.Hear(20);
+    EXPECT_EQ(*std::max_element(both.begin(), both.end()), 1);
+    EXPECT_GE(*std::min_element(both.begin(), both.end()), -1);
+    EXPECT_LE(LargestStep(both), 2.2F * LargestStep(loud));
+}
+
+TEST(Player, SharesAClipUntilItsFileChanges) {
+    Rig rig;
+    host::ClipCache& clips = rig.sound->GetClips();
+    const auto open = [&](const std::string& path) {
+        std::shared_ptr<const host::Clip> clip;
+        EXPECT_EQ(clips.Open(path, clip), host::ClipCache::Outcome::kOpened);
+        return clip;
+    };
+    const auto path = WriteClip(rig, "clip.wav", Counting(5000));
+    const auto first = open(path);
+    EXPECT_EQ(open(path), first);
+    WriteClip(rig, "clip.wav", Sine(5000, 3, 0.5));
+    std::filesystem::last_write_time(path, std::filesystem::last_write_time(path) + std::chrono::seconds(1));
+    const auto second = open(path);
+    EXPECT_NE(second, first);
+    std::filesystem::remove(path);
+    std::shared_ptr<const host::Clip> none;
+    EXPECT_EQ(clips.Open(path, none), host::ClipCache::Outcome::kMissing);
+
+    // What lies beyond the limit is given up, the oldest first, unless somebody plays it.
+    constexpr std::size_t kLong = 50 * kRate;
+    const std::vector<float> frames(kLong, 0.1F);
+    std::vector<std::weak_ptr<const host::Clip>> opened;
+    const auto kept = open(WriteClip(rig, "long-0.wav", frames));
+    for (int i = 1; i < 10; ++i) opened.push_back(open(WriteClip(rig, "long-" + std::to_string(i) + ".wav", frames)));
+    rig.Run(60 * host::kMicrosecondsPerSecond);
+    std::size_t bytes = 0;
+    for (const auto& clip : opened) bytes += clip.expired() ? 0 : kLong * sizeof(float);
+    EXPECT_LE(bytes, host::ClipCache::kLimitBytes);
+    EXPECT_GT(bytes, host::ClipCache::kLimitBytes / 2);
+    EXPECT_FALSE(opened.back().expired());
+    EXPECT_EQ(kept->Ready(), kLong);
+}
+
+TEST(Player, GoesOnInTimeWhileTheSpeakerIsLost) {
+    Rig rig;
+    const auto frames = Counting(30000);
+    const auto path = WriteClip(rig, "clip.wav", frames);
+    testing::internal::CaptureStderr();
+    for (const bool isSimulated : {false, true}) {
+        TestPlayer user(rig);
+        user.Change(path);
+        auto heard = rig.Hear(4);
+        isSimulated ? rig.sound->LoseSpeaker() : rig.speaker.client->OnSpeakerLost();
+        EXPECT_TRUE(IsSilent(rig.Hear(10)));
+        isSimulated ? rig.sound->RestoreSpeaker() : rig.speaker.client->OnSpeakerRestored();
+        heard = rig.Hear(10);
+        EXPECT_EQ(FirstDifference(heard, From16Bit(frames), 0, 14 * 256), heard.size());
+        user.Silence();
+        rig.Hear(2);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "brevant: the sound output is gone; playing goes on when it is back\n"
+              "brevant: the sound output is back\n");
+}
+
+TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
+    const std::string path = BREVANT_TEST_OUTPUT "sound/record.wav";
+    std::vector<float> heard;
+    const auto hear = [&](const std::vector<float>& more) { heard.insert(heard.end(), more.begin(), more.end()); };
+    std::filesystem::create_directories(BREVANT_TEST_OUTPUT "sound");
+    {
+        host::SoundOptions options;
+        options.recordPath = path;
+        Rig rig(options);
+        TestPlayer user(rig);
+        hear(rig.Hear(10));
+        user.Change(kTone);
+        hear(rig.Hear(200));
+        rig.sound->LoseSpeaker();
+        hear(rig.Hear(20));
+        rig.sound->RestoreSpeaker();
+        hear(rig.Hear(100));
+        // It is a valid file already, should the program die now.
+        EXPECT_GT(std::filesystem::file_size(path), 44U + 200U * 256U * 2U);
+        rig.sound->Close();
+        EXPECT_EQ(rig.speaker.client, nullptr);
+        EXPECT_EQ(user.player->Stop(), PlayerOutcome::kDone);
+        EXPECT_EQ(user.player->Close(), PlayerOutcome::kDone);
+    }
+    SF_INFO info{};
+    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+    EXPECT_EQ(info.samplerate, kRate);
+    ASSERT_EQ(static_cast<std::size_t>(info.frames), heard.size());
+    std::vector<float> recorded(heard.size());
+    sf_readf_float(file, recorded.data(), info.frames);
+    sf_close(file);
+    const auto expected = From16Bit(heard);
+    EXPECT_EQ(recorded, expected);
+
+    host::SoundOptions options;
+    options.recordPath = BREVANT_TEST_OUTPUT "no-such-folder/record.wav";
+    Rig rig(options);
+    EXPECT_EQ(rig.problem, *options.recordPath + ": it cannot be written");
+    EXPECT_EQ(rig.speaker.client, nullptr);
+}
+
+TEST(Player, TracesWhatItIsToldAndTheEnds) {
+    Rig rig;
+    TestPlayer user(rig);
+    user.repeats = 1;
+    user.Change(WriteClip(rig, "clip.wav", Counting(5000)), 59);
+    rig.Hear(45);
+    user.Silence();
+    EXPECT_EQ(rig.CloseEvents(),
+              (std::vector<std::string>{"player open", "player volume", "player play", "player end", "player stop",
+                                        "player play", "player end", "player stop", "player close"}));
+}
+
+}  // namespace sound_test

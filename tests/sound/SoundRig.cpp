@@ -1,0 +1,178 @@
+#include "sound/SoundRig.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+namespace sound_test {
+
+namespace {
+
+constexpr float kFullScale = 32767;
+
+void Append(Bytes& bytes, const std::string& tag) {
+    bytes.insert(bytes.end(), tag.begin(), tag.end());
+}
+
+void Append(Bytes& bytes, std::uint32_t value, int count) {
+    for (int i = 0; i < count; ++i) bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+}
+
+}  // namespace
+
+Rig::Rig(host::SoundOptions options, int rate, int periodFrames)
+    : storage(BREVANT_PACKAGE, BREVANT_TEST_OUTPUT),
+      folder_(std::filesystem::path(BREVANT_TEST_OUTPUT) / "sound" /
+              testing::UnitTest::GetInstance()->current_test_info()->name()) {
+    std::filesystem::create_directories(folder_);
+    EXPECT_TRUE(trace.Open(Path("trace"), host::Trace::Timers::kOmitted));
+    speaker.rate = rate;
+    speaker.periodFrames = periodFrames;
+    const host::SoundServices services{loop, storage, speaker, microphone, trace, console};
+    sound = std::make_unique<host::Sound>(services, options);
+    const bool isOpen = sound->Open(problem);
+    EXPECT_EQ(isOpen, problem.empty());
+}
+
+Rig::~Rig() = default;
+
+void Rig::RunDue() {
+    const bool isEnding = false;
+    loop.RunDue(clock.Now(), isEnding);
+}
+
+std::vector<float> Rig::Hear(int periods) {
+    std::vector<float> heard;
+    for (int i = 0; i < periods; ++i) {
+        RunDue();
+        const auto period = HearLate(1);
+        heard.insert(heard.end(), period.begin(), period.end());
+        clock.AdvanceTo(clock.Now() + speaker.periodFrames * host::kMicrosecondsPerSecond / speaker.rate);
+    }
+    return heard;
+}
+
+std::vector<float> Rig::HearLate(int periods) {
+    std::vector<float> heard(static_cast<std::size_t>(periods * speaker.periodFrames));
+    for (int i = 0; i < periods; ++i) {
+        const auto frames = static_cast<std::size_t>(speaker.periodFrames);
+        speaker.client->Pull(std::span<float>(heard).subspan(static_cast<std::size_t>(i) * frames, frames));
+    }
+    return heard;
+}
+
+void Rig::Run(host::Microseconds duration) {
+    const host::Microseconds end = clock.Now() + duration;
+    RunDue();
+    while (loop.NextDue() <= end) {
+        clock.AdvanceTo(loop.NextDue());
+        RunDue();
+    }
+    clock.AdvanceTo(end);
+    RunDue();
+}
+
+std::vector<std::string> Rig::CloseEvents() {
+    // Opening another file closes the first one.
+    EXPECT_TRUE(trace.Open(Path("trace-after"), host::Trace::Timers::kOmitted));
+    std::vector<std::string> events;
+    std::ifstream file(Path("trace"));
+    for (std::string line; std::getline(file, line);) {
+        const auto record = nlohmann::json::parse(line);
+        events.push_back(record["what"].get<std::string>() + ' ' + record["event"].get<std::string>());
+    }
+    return events;
+}
+
+host::PlayerOutcome TestPlayer::Change(const std::string& path, int volume) {
+    Silence();
+    const auto outcome = player->Open(path, host::ClipPlayer::OpenMode::kAtOnce);
+    player->SetVolume(volume);
+    player->Play();
+    return outcome;
+}
+
+void TestPlayer::Silence() {
+    player->Stop();
+    player->Close();
+}
+
+void TestPlayer::OnEndOfClip() {
+    ++ends;
+    EXPECT_EQ(player->GetPhase(), host::PlayerPhase::kEndOfClip);
+    if (repeats > 0) {
+        --repeats;
+        EXPECT_EQ(player->Stop(), host::PlayerOutcome::kDone);
+        EXPECT_EQ(player->Play(), host::PlayerOutcome::kDone);
+        return;
+    }
+    if (atLastEnd == AtLastEnd::kStop) player->Stop();
+    if (atLastEnd == AtLastEnd::kClose) player->Close();
+    if (atLastEnd == AtLastEnd::kDestroy) player.reset();
+}
+
+void WriteFile(const std::string& path, const Bytes& bytes) {
+    std::ofstream file(path, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+Bytes ReadFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return Bytes(std::istreambuf_iterator<char>(file), {});
+}
+
+void WriteWav(const std::string& path, int rate, int channels, int bits, const Bytes& data) {
+    constexpr std::uint32_t kHeaderAfterSize = 36;
+    const auto frameBytes = static_cast<std::uint32_t>(channels * bits / 8);
+    const auto dataBytes = static_cast<std::uint32_t>(data.size());
+    Bytes bytes;
+    Append(bytes, "RIFF");
+    Append(bytes, kHeaderAfterSize + dataBytes, 4);
+    Append(bytes, "WAVEfmt ");
+    Append(bytes, 16, 4);
+    Append(bytes, 1, 2);
+    Append(bytes, static_cast<std::uint32_t>(channels), 2);
+    Append(bytes, static_cast<std::uint32_t>(rate), 4);
+    Append(bytes, static_cast<std::uint32_t>(rate) * frameBytes, 4);
+    Append(bytes, frameBytes, 2);
+    Append(bytes, static_cast<std::uint32_t>(bits), 2);
+    Append(bytes, "data");
+    Append(bytes, dataBytes, 4);
+    bytes.insert(bytes.end(), data.begin(), data.end());
+    WriteFile(path, bytes);
+}
+
+Bytes To16Bit(std::span<const float> frames) {
+    Bytes bytes;
+    for (const float frame : frames) {
+        Append(bytes, static_cast<std::uint32_t>(std::lrint(frame * kFullScale)), 2);
+    }
+    return bytes;
+}
+
+std::vector<float> From16Bit(std::span<const float> frames) {
+    std::vector<float> decoded;
+    for (const float frame : frames) decoded.push_back(static_cast<float>(std::lrint(frame * kFullScale)) / 32768.0F);
+    return decoded;
+}
+
+std::vector<float> Sine(std::size_t frames, double cycles, double amplitude) {
+    std::vector<float> sine(frames);
+    for (std::size_t i = 0; i < frames; ++i) {
+        const double angle = 2 * M_PI * cycles * static_cast<double>(i) / static_cast<double>(frames);
+        sine[i] = static_cast<float>(amplitude * std::sin(angle));
+    }
+    return sine;
+}
+
+float LargestStep(std::span<const float> frames) {
+    float largest = 0;
+    for (std::size_t i = 1; i < frames.size(); ++i) largest = std::max(largest, std::abs(frames[i] - frames[i - 1]));
+    return largest;
+}
+
+}  // namespace sound_test

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "backend/headless/VirtualClock.h"
+#include "backend/posix/PosixStorage.h"
+#include "runtime/sound/CaptureSession.h"
+#include "runtime/sound/ClipPlayer.h"
+#include "runtime/sound/Sound.h"
+
+// The sound as it runs in the program, between a speaker and a microphone that the test holds in its hands and a clock
+// that only the test moves.
+namespace sound_test {
+
+class Driver final : public host::LoopDriver {
+public:
+    void Run(host::LoopClient&) override {}
+    void Wake() noexcept override {}
+};
+
+struct TestSpeaker final : public host::Speaker {
+    void Open(host::SpeakerClient& opened) override { client = &opened; }
+    void Close() noexcept override { client = nullptr; }
+    int Rate() const noexcept override { return rate; }
+    int PeriodFrames() const noexcept override { return periodFrames; }
+    std::uint64_t Underruns() const noexcept override { return 0; }
+
+    host::SpeakerClient* client = nullptr;
+    int rate = 44100;
+    int periodFrames = 256;
+};
+
+struct TestMicrophone final : public host::Microphone {
+    void Start(const host::MicrophoneFormat&, host::MicrophoneClient& started) override {
+        client = &started;
+        if (!isPresent) client->OnMicrophoneLost();
+    }
+    void Stop() noexcept override { client = nullptr; }
+
+    host::MicrophoneClient* client = nullptr;
+    bool isPresent = true;
+};
+
+class Rig {
+public:
+    explicit Rig(host::SoundOptions options = {}, int rate = 44100, int periodFrames = 256);
+    ~Rig();
+
+    /// Runs what is due now; then the speaker asks for its next period. Returns all that it was given.
+    std::vector<float> Hear(int periods);
+    /// One period without the UI thread having had a chance.
+    std::vector<float> HearLate(int periods);
+    void Run(host::Microseconds duration);
+    void RunDue();
+    /// Ends the trace; its events, as "what event".
+    std::vector<std::string> CloseEvents();
+
+    /// A file in the test's own folder.
+    std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+
+    host::VirtualClock clock;
+    Driver driver;
+    host::EventLoop loop{clock, driver};
+    host::Trace trace{loop};
+    host::Console console;
+    host::PosixStorage storage;
+    TestSpeaker speaker;
+    TestMicrophone microphone;
+    std::unique_ptr<host::Sound> sound;
+    std::string problem;
+
+private:
+    std::filesystem::path folder_;
+};
+
+/// Answers an end by a stop and a play, as an instrument does, as long as `repeats` lasts.
+class TestPlayer final : public host::ClipPlayerListener {
+public:
+    explicit TestPlayer(Rig& rig) : player(std::make_unique<host::ClipPlayer>(*rig.sound, *this)) {}
+
+    /// What the instrument does for every tone.
+    host::PlayerOutcome Change(const std::string& path, int volume = 100);
+    void Silence();
+
+    void OnOpened(host::PlayerOutcome outcome) override { opened.push_back(outcome); }
+    void OnEndOfClip() override;
+    void OnBroken() override { ++broken; }
+
+    static constexpr int kForever = 1 << 30;
+    enum class AtLastEnd { kNothing, kStop, kClose, kDestroy };
+
+    std::unique_ptr<host::ClipPlayer> player;
+    int repeats = kForever;
+    AtLastEnd atLastEnd = AtLastEnd::kNothing;
+    int ends = 0;
+    int broken = 0;
+    std::vector<host::PlayerOutcome> opened;
+};
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// A WAV file of little-endian samples of 8 or 16 bits.
+void WriteWav(const std::string& path, int rate, int channels, int bits, const Bytes& data);
+void WriteFile(const std::string& path, const Bytes& bytes);
+[[nodiscard]] Bytes ReadFile(const std::string& path);
+/// 16-bit mono samples of frames in -1..1, and back as they decode.
+[[nodiscard]] Bytes To16Bit(std::span<const float> frames);
+[[nodiscard]] std::vector<float> From16Bit(std::span<const float> frames);
+/// `cycles` of a sine in `frames`.
+[[nodiscard]] std::vector<float> Sine(std::size_t frames, double cycles, double amplitude);
+[[nodiscard]] float LargestStep(std::span<const float> frames);
+
+}  // namespace sound_test

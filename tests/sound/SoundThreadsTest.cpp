@@ -1,0 +1,134 @@
+// The sound with a speaker and a microphone on threads of their own, for the thread sanitiser; and that the audio
+// thread takes no memory.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+#include <thread>
+
+#include "sound/SoundRig.h"
+
+namespace {
+
+thread_local bool isGuarded = false;
+std::atomic<int> guardedAllocations{0};
+
+}  // namespace
+
+// Counts what is allocated on a thread while it is guarded.
+[[gnu::noinline]] void* operator new(std::size_t size) {
+    if (isGuarded) ++guardedAllocations;
+    if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
+    throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace sound_test {
+
+namespace {
+
+class BufferKeeper final : public host::CaptureSessionListener {
+public:
+    explicit BufferKeeper(Rig& rig) : session(*rig.sound, *this) {}
+    void OnBufferFilled(void* buffer, std::span<const std::uint8_t> block) override {
+        ++blocks;
+        for (const std::uint8_t byte : block) isTorn = isTorn || byte != block.front();
+        session.Add(buffer);
+    }
+
+    host::CaptureSession session;
+    int blocks = 0;
+    bool isTorn = false;
+};
+
+}  // namespace
+
+TEST(SoundThreads, PlayAndListenWithoutARaceOrAnAllocation) {
+    constexpr int kPeriods = 4000;
+    constexpr int kBlocks = 4000;
+    Rig rig;
+    std::vector<std::string> paths;
+    for (const std::size_t length : {300U, 5000U, 20000U}) {
+        paths.push_back(rig.Path("clip-" + std::to_string(length) + ".wav"));
+        WriteWav(paths.back(), 22050, 1, 16, To16Bit(Sine(length, 30, 0.7)));
+    }
+    TestPlayer players[] = {TestPlayer(rig), TestPlayer(rig)};
+    BufferKeeper keeper(rig);
+    keeper.session.Prepare(0, 1, 2, 8000);
+    char buffers[3] = {};
+    for (char& buffer : buffers) keeper.session.Add(&buffer);
+    keeper.session.Start();
+
+    std::atomic<int> running{2};
+    std::atomic<bool> isTooLoud{false};
+    std::thread speaker([&, client = rig.speaker.client] {
+        std::vector<float> period(256);
+        isGuarded = true;
+        for (int i = 0; i < kPeriods; ++i) {
+            client->Pull(period);
+            for (const float frame : period) isTooLoud = isTooLoud || !(frame >= -1 && frame <= 1);
+            if (i % 500 == 0) client->OnSpeakerLost();
+            if (i % 500 == 100) client->OnSpeakerRestored();
+        }
+        isGuarded = false;
+        --running;
+    });
+    std::thread microphone([&, client = rig.microphone.client] {
+        Bytes block(host::kBlockBytes);
+        isGuarded = true;
+        for (int i = 0; i < kBlocks; ++i) {
+            std::fill(block.begin(), block.end(), static_cast<std::uint8_t>(i));
+            client->OnMicrophoneBytes(std::span(block).first(100));
+            client->OnMicrophoneBytes(std::span(block).subspan(100));
+            if (i % 500 == 0) client->OnMicrophoneLost();
+            if (i % 500 == 100) client->OnMicrophoneRestored();
+        }
+        isGuarded = false;
+        --running;
+    });
+    testing::internal::CaptureStderr();
+    for (unsigned step = 0; running > 0; ++step) {
+        TestPlayer& user = players[step % 2];
+        switch (step * 2654435761U >> 28U) {
+            case 0:
+                user.Change(paths[step % paths.size()]);
+                break;
+            case 1:
+                user.Silence();
+                break;
+            case 2:
+                user.player->Pause();
+                break;
+            case 3:
+                user.player->Play();
+                break;
+            case 4:
+                user.player->SetVolume(static_cast<int>(step % 100));
+                break;
+            case 5:
+                user.repeats = static_cast<int>(step % 5);
+                break;
+            default:
+                break;
+        }
+        rig.clock.AdvanceTo(rig.clock.Now() + 1000);
+        rig.RunDue();
+    }
+    speaker.join();
+    microphone.join();
+    rig.RunDue();
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(guardedAllocations, 0);
+    EXPECT_FALSE(isTooLoud);
+    EXPECT_FALSE(keeper.isTorn);
+    EXPECT_GT(keeper.blocks, 0);
+}
+
+}  // namespace sound_test

@@ -1,0 +1,76 @@
+#include "support/ProgramRun.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <sstream>
+
+#include "package/SoundMeasure.h"
+
+void ProgramRun::Install() {
+    namespace fs = std::filesystem;
+    const fs::path installed = folder_ / "installed";
+    fs::create_directories(installed / "bin");
+    fs::create_directories(installed / "share");
+    program_ = installed / "bin" / "brevant";
+    fs::copy(BREVANT_PROGRAM, program_);
+    fs::copy(BREVANT_PACKAGE, installed / "share" / "brevant", fs::copy_options::recursive);
+}
+
+int ProgramRun::Start(const std::vector<std::string>& arguments) {
+    std::vector<std::string> words = {program_};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    for (std::string& word : words) pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    const std::string outputPath = folder_ / "stdout";
+    const std::string errorsPath = folder_ / "stderr";
+
+    const pid_t child = fork();
+    if (child == 0) {
+        constexpr int kReadable = 0644;
+        dup2(open(outputPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, kReadable), STDOUT_FILENO);
+        dup2(open(errorsPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, kReadable), STDERR_FILENO);
+        execv(pointers.front(), pointers.data());
+        _exit(127);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int ProgramRun::Play(const std::string& performance, const std::vector<std::string>& further) {
+    folder_.Write("test.performance", performance);
+    std::vector<std::string> arguments = {"--backend",     "headless",           "--data",  folder_ / "data",
+                                          "--performance", folder_ / "test.performance", "--record",
+                                          folder_ / "recording.wav", "--trace", folder_ / "trace.jsonl",
+                                          "--screenshots", folder_.Path(), "--language", "en"};
+    arguments.insert(arguments.end(), further.begin(), further.end());
+    return Start(arguments);
+}
+
+ProgramRun::Trace ProgramRun::ReadTrace() const {
+    Trace trace;
+    std::istringstream lines(folder_.Read("trace.jsonl"));
+    for (std::string line; std::getline(lines, line);) {
+        trace.push_back(nlohmann::json::parse(line));
+        EXPECT_TRUE(trace.back().contains("ms") && trace.back().contains("what")) << line;
+    }
+    return trace;
+}
+
+ProgramRun::Trace ProgramRun::ReadTrace(const std::string& what, const std::string& event) const {
+    Trace found;
+    for (const auto& line : ReadTrace()) {
+        if (line["what"] == what && line.value("event", "") == event) found.push_back(line);
+    }
+    return found;
+}
+
+std::vector<float> ProgramRun::ReadRecording() const {
+    const measure::Sound sound = measure::ReadSound(folder_ / "recording.wav");
+    EXPECT_EQ(44100, sound.rate);
+    return sound.samples;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "support/TemporaryFolder.h"
+
+/// One run of the program itself, from its launcher to its exit status, in a folder of its own. Headless unless the
+/// arguments say otherwise.
+class ProgramRun {
+public:
+    /// Installs program and package into the run's folder; what is started from now on is that program with that package
+    /// below "installed/share/brevant/", which a test may spoil.
+    void Install();
+
+    /// Starts `brevant` with these arguments and waits for its end.
+    int Start(const std::vector<std::string>& arguments);
+
+    /// Plays a performance's text headless, with a recording, a trace and screenshots in the run's folder and the data
+    /// folder "data" there, plus further arguments.
+    int Play(const std::string& performance, const std::vector<std::string>& further = {});
+
+    [[nodiscard]] const TemporaryFolder& Folder() const { return folder_; }
+    [[nodiscard]] std::string Output() const { return folder_.Read("stdout"); }
+    [[nodiscard]] std::string Errors() const { return folder_.Read("stderr"); }
+
+    using Trace = std::vector<nlohmann::json>;
+    /// The trace's lines; each must be a JSON object with "ms" and "what".
+    [[nodiscard]] Trace ReadTrace() const;
+    /// Those lines of the trace that are of this kind and event.
+    [[nodiscard]] Trace ReadTrace(const std::string& what, const std::string& event) const;
+    /// The recording's samples, -1..1, at 44100 Hz.
+    [[nodiscard]] std::vector<float> ReadRecording() const;
+
+private:
+    std::string program_ = BREVANT_PROGRAM;
+    TemporaryFolder folder_;
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "runtime/Runtime.h"
+#include "support/TemporaryFolder.h"
+
+/// A phone without a display, with a virtual clock and a data folder of its own, inside the test's process. A test says
+/// what is to happen when, then runs an application on it; nothing waits for real time.
+class TestPhone {
+public:
+    explicit TestPhone(host::RuntimeOptions options = {}, const std::string& packageRoot = BREVANT_PACKAGE);
+    ~TestPhone();
+
+    [[nodiscard]] host::Runtime& GetRuntime() { return *runtime_; }
+    [[nodiscard]] host::Screen& GetScreen() { return runtime_->GetScreen(); }
+    [[nodiscard]] const TemporaryFolder& Data() const { return data_; }
+
+    /// Runs `action` that many milliseconds after the start.
+    void At(int ms, std::function<void()> action);
+    /// Runs the ocarina from its entry point until `ms`.
+    void RunOcarina(int ms);
+    /// Runs an application with an empty frame until `ms`, for tests of the framework by itself.
+    void RunEmpty(int ms);
+
+private:
+    TemporaryFolder data_;
+    std::unique_ptr<host::Backend> backend_;
+    std::unique_ptr<host::Runtime> runtime_;
+};

@@ -1,0 +1,171 @@
+#include "HelpPages.h"
+
+#include "Drawing.h"
+
+#include "play/FingeringTable.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <numeric>
+
+namespace pictures {
+
+namespace {
+
+constexpr int kFingerings = static_cast<int>(std::size(kFingeringTable));
+constexpr int kSemitones = 12;
+constexpr const char* kNoteNames[kSemitones] = {"C", "C♯", "D", "D♯", "E", "F", "F♯", "G", "G♯", "A", "A♯", "B"};
+constexpr Colour kSkin = Rgb(0xFFD3B0);
+constexpr Colour kHairline = Rgb(0xEBD3B6);
+
+int Pitch(int mask) {
+    return kFingeringTable[mask].octave * kSemitones + kFingeringTable[mask].semitone;
+}
+
+/// The fingerings' masks, the lowest note first.
+std::array<int, kFingerings> ByPitch() {
+    std::array<int, kFingerings> masks{};
+    std::iota(masks.begin(), masks.end(), 0);
+    std::sort(masks.begin(), masks.end(), [](int a, int b) { return Pitch(a) < Pitch(b); });
+    return masks;
+}
+
+void DrawFingering(cairo_t* pen, double x, double y, int mask) {
+    constexpr double kSpacing = 35;
+    constexpr double kCovered = 15;
+    constexpr double kOpen = 11.5;
+    constexpr double kRing = 3.5;
+    for (int hole = 0; hole < 4; ++hole) {
+        const double holeX = x + (hole % 2) * kSpacing;
+        const double holeY = y + (hole / 2) * kSpacing;
+        if ((mask >> hole & 1) != 0) {
+            Circle(pen, holeX, holeY, kCovered);
+            FillWith(pen, kClayDeep);
+        } else {
+            Circle(pen, holeX, holeY, kOpen);
+            StrokeRound(pen, kRing, Rgb(0xC3A896));
+        }
+    }
+}
+
+void DrawNotes(const std::string& folder) {
+    constexpr double kWidth = 640;
+    constexpr double kHeight = 368;
+    constexpr int kColumns = 4;
+    constexpr int kRows = kFingerings / kColumns;
+    constexpr double kGap = 10;
+    constexpr double kCellWidth = (kWidth - (kColumns - 1) * kGap) / kColumns;
+    constexpr double kCellHeight = (kHeight - (kRows - 1) * kGap) / kRows;
+    constexpr double kDotsAt = 26;
+    constexpr double kNoteAt = 107.5;
+    constexpr double kNoteSize = 31;
+    constexpr double kOctaveSize = 20;
+    Picture picture(kWidth, kHeight);
+    cairo_t* pen = picture.Pen();
+    int index = 0;
+    for (const int mask : ByPitch()) {
+        const double x = (index % kColumns) * (kCellWidth + kGap);
+        const double y = (index / kColumns) * (kCellHeight + kGap);
+        RoundedRectangle(pen, x + 1, y + 1, kCellWidth - 2, kCellHeight - 2, 18);
+        SetColour(pen, kWhite);
+        cairo_fill_preserve(pen);
+        StrokeRound(pen, 2, kHairline);
+        DrawFingering(pen, x + kDotsAt, y + kCellHeight / 2 - 17.5, mask);
+        const Tone& tone = kFingeringTable[mask];
+        const double noteX = x + kNoteAt;
+        const double noteY = y + kCellHeight / 2;
+        const double width = TextCentred(pen, kNoteNames[tone.semitone], noteX, noteY - 3, kNoteSize, kInk);
+        TextCentred(pen, std::to_string(tone.octave), noteX + width / 2 + kOctaveSize * 0.4, noteY + 9, kOctaveSize,
+                    Rgb(0x8A6F70));
+        ++index;
+    }
+    picture.SavePng(folder + "/help_notes.png");
+}
+
+/// One finger that comes in from the side and rests its tip on a hole. @param side -1 from the left, 1 from the right.
+void DrawFinger(cairo_t* pen, double tipX, double tipY, double side, double drop) {
+    constexpr double kFinger = 34;
+    constexpr double kOutline = 3.5;
+    constexpr double kLength = 110;
+    for (const bool isOutline : {true, false}) {
+        cairo_move_to(pen, tipX, tipY);
+        cairo_curve_to(pen, tipX + side * kLength * 0.4, tipY, tipX + side * kLength * 0.7, tipY + drop * 0.5,
+                       tipX + side * kLength, tipY + drop);
+        StrokeRound(pen, isOutline ? kFinger : kFinger - 2 * kOutline, isOutline ? kInk : kSkin);
+    }
+    // The nail.
+    cairo_new_path(pen);
+    cairo_save(pen);
+    cairo_translate(pen, tipX - side * 3, tipY);
+    cairo_scale(pen, 8, 6.5);
+    Circle(pen, 0, 0, 1);
+    cairo_restore(pen);
+    FillWith(pen, Rgb(0xFFEDE0));
+}
+
+void DrawHold(const std::string& folder) {
+    constexpr double kWidth = 208;
+    constexpr double kHeight = 248;
+    constexpr double kPhoneX = 52;
+    constexpr double kPhoneY = 14;
+    constexpr double kPhoneWidth = 104;
+    constexpr double kPhoneHeight = 158;
+    Picture picture(kWidth, kHeight);
+    cairo_t* pen = picture.Pen();
+    RoundedRectangle(pen, 1, 1, kWidth - 2, kHeight - 2, 24);
+    SetColour(pen, Rgb(0xFBDDBB));
+    cairo_fill_preserve(pen);
+    cairo_clip(pen);
+
+    RoundedRectangle(pen, kPhoneX, kPhoneY, kPhoneWidth, kPhoneHeight, 15);
+    FillWith(pen, kInk);
+    RoundedRectangle(pen, kPhoneX + 7, kPhoneY + 7, kPhoneWidth - 14, kPhoneHeight - 20, 9);
+    FillWith(pen, kClay);
+    // The microphone in the lower edge.
+    Line(pen, kWidth / 2 - 9, kPhoneY + kPhoneHeight - 6.5, kWidth / 2 + 9, kPhoneY + kPhoneHeight - 6.5);
+    StrokeRound(pen, 4, kHoney);
+    constexpr double kHoleX = 22;
+    constexpr double kHoleTop = 66;
+    constexpr double kHoleBottom = 118;
+    for (const double side : {-1.0, 1.0}) {
+        for (const double y : {kHoleTop, kHoleBottom}) {
+            Circle(pen, kWidth / 2 + side * kHoleX, y, 17.5);
+            FillWith(pen, kHoney);
+        }
+    }
+    for (const double side : {-1.0, 1.0}) {
+        DrawFinger(pen, kWidth / 2 + side * (kHoleX + 3), kHoleBottom, side, 22);
+        DrawFinger(pen, kWidth / 2 + side * (kHoleX + 3), kHoleTop, side, 14);
+    }
+    // Lips below, their breath going up to the microphone.
+    const double middle = kWidth / 2;
+    for (const double offset : {-1.0, 0.0, 1.0}) {
+        Line(pen, middle + offset * 8, 205 - (offset == 0 ? 3 : 0), middle + offset * 13, 183 - (offset == 0 ? 3 : 0));
+        StrokeRound(pen, 4.5, kClayDeep);
+    }
+    cairo_move_to(pen, middle - 34, 225);
+    cairo_curve_to(pen, middle - 22, 216, middle - 12, 211, middle, 215);
+    cairo_curve_to(pen, middle + 12, 211, middle + 22, 216, middle + 34, 225);
+    cairo_curve_to(pen, middle + 20, 243, middle - 20, 243, middle - 34, 225);
+    cairo_close_path(pen);
+    SetColour(pen, kClay);
+    cairo_fill_preserve(pen);
+    StrokeRound(pen, 3.5, kInk);
+    cairo_save(pen);
+    cairo_translate(pen, middle, 225);
+    cairo_scale(pen, 9, 5);
+    Circle(pen, 0, 0, 1);
+    cairo_restore(pen);
+    FillWith(pen, kInk);
+    picture.SavePng(folder + "/help_hold.png");
+}
+
+}  // namespace
+
+void DrawHelpPages(const std::string& folder) {
+    DrawNotes(folder);
+    DrawHold(folder);
+}
+
+}  // namespace pictures
