@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <memory>
 #include <random>
 #include <utility>
 #include <vector>
@@ -50,14 +51,14 @@ inline const std::vector<std::pair<std::string, Signal>>& Signals() {
     return signals;
 }
 
-/// `makeAnalysis` makes what is called with one block after another.
+/// `makeAnalysis` makes a pointer to what takes one block after another.
 template <typename MakeAnalysis>
 bool RegisterForEverySignal(const std::string& column, MakeAnalysis makeAnalysis) {
     for (const auto& [name, signal] : Signals()) {
         const auto bench = [makeAnalysis, &signal = signal](benchmark::State& state) {
             auto analysis = makeAnalysis();
             const auto analyseAll = [&] {
-                for (const Block& block : signal) analysis(block);
+                for (const Block& block : signal) analysis->Take(block);
             };
             MeasureEach(
                 state, [] {}, analyseAll, static_cast<int>(signal.size()));

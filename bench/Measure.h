@@ -22,6 +22,7 @@ void MeasureEach(benchmark::State& state, Between between, Work work, int count 
         work();
         times.push_back(std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - begin).count());
     }
+    if (times.empty()) return;  // It was skipped for an error.
     const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
     std::nth_element(times.begin(), middle, times.end());
     state.counters["median"] = *middle / count;

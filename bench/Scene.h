@@ -30,12 +30,13 @@ inline constexpr unsigned kSceneInk = 0x3A2228;
 inline constexpr int kSceneCorner = 28;
 inline constexpr int kSceneTextSize = 28;
 inline constexpr int kSceneLineHeight = 40;
+inline constexpr int kSceneTextWidth = 340;
 inline constexpr const char* kSceneFont = "Noto Sans";
 
 inline constexpr std::array<SceneRect, 4> kSceneHoles{
     {{55, 411, 250, 250}, {415, 411, 250, 250}, {55, 907, 250, 250}, {415, 907, 250, 250}}};
 inline constexpr std::array<SceneRect, 3> kSceneButtons{{{24, 24, 208, 96}, {256, 24, 208, 96}, {488, 24, 208, 96}}};
-inline constexpr std::array<SceneText, 6> kSceneTexts{{{40, 300, "Blow into the microphone"},
+inline constexpr std::array<SceneText, 6> kSceneTexts{{{40, 300, "Blow as into a flute"},
                                                        {40, 345, "Cover the holes"},
                                                        {400, 300, "Automatic play"},
                                                        {400, 345, "Colour of the holes"},

@@ -8,7 +8,11 @@ namespace {
 constexpr int kSilenceLowest = 125;
 constexpr int kSilenceHighest = 130;
 
-void PlainLoop(const Block& block) {
+struct PlainLoop {
+    static void Take(const Block& block);
+};
+
+void PlainLoop::Take(const Block& block) {
     int peak = 0;
     int crossings = 0;
     bool wasAbove = false;
@@ -30,6 +34,6 @@ void PlainLoop(const Block& block) {
     benchmark::DoNotOptimize(crossings);
 }
 
-const bool kIsRegistered = RegisterForEverySignal("plain loop", [] { return PlainLoop; });
+const bool kIsRegistered = RegisterForEverySignal("plain loop", [] { return std::make_unique<PlainLoop>(); });
 
 }  // namespace

@@ -125,9 +125,9 @@ TEST_F(SoundProof, GoesOnPullingWhenTheDeviceIsLostAndPlaysOnTheNextOne) {
 TEST_F(SoundProof, PullsInTimeWithoutAnyDevice) {
     Set("SDL_AUDIODRIVER", "there is no such driver");
     Speaker& speaker = backend_->GetSpeaker();
+    const Microseconds start = backend_->GetClock().Now();
     speaker.Open(speakerClient_);
     EXPECT_EQ(speakerClient_.losses, 1);
-    const Microseconds start = backend_->GetClock().Now();
     const int periods = 20;
     ASSERT_TRUE(RunUntil([&] { return speakerClient_.lastPulled >= periods * speaker.PeriodFrames(); }));
     const Microseconds least = (periods - 2) * kMicrosecondsPerSecond * speaker.PeriodFrames() / speaker.Rate();

@@ -1,6 +1,8 @@
 #include <SDL.h>
 
 #include <csignal>
+#include <cstdlib>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -224,6 +226,20 @@ TEST_F(WindowProof, SleepsUntilItIsDueOrWokenByAnotherThread) {
     EXPECT_GE(client.napEnd, client.firstDue);
     // A step for each millisecond of the nap would be a loop that spins.
     EXPECT_LT(client.stepsAtNapEnd, 20);
+}
+
+TEST(DisplayProof, IsUnavailableWhereTheDisplayOfTheEnvironmentCannotBeReached) {
+    const std::string display = std::getenv("DISPLAY");
+    testing::internal::CaptureStderr();
+    for (const char* const unreachable : {"", ":4077", "no such machine:0"}) {
+        setenv("DISPLAY", unreachable, 1);
+        EXPECT_FALSE(IsDesktopAvailable()) << unreachable;
+        WindowNews news;
+        EXPECT_FALSE(CreateDesktopBackend({"/", "/"})->GetWindow().Open("Brevant", kScreen, news)) << unreachable;
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    setenv("DISPLAY", display.c_str(), 1);
+    EXPECT_TRUE(IsDesktopAvailable());
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 
 namespace {
 
+using namespace std::string_literals;
 using host::SettingsDocument;
 using Outcome = SettingsDocument::Outcome;
 
@@ -66,7 +67,7 @@ TEST(SettingsDocument, LeavesEverythingElseAsItIsToTheByte) {
         std::string before;
         std::string after;
     };
-    const std::string garbage("[[x]\n==\n=\n\xFF\xFE\0\x01 \xC3(\r\r\n  \n;c\n", 24);
+    const std::string garbage = "[x\n==\n=\n\xFF\xFE\0\x01 \xC3(\r\r\n  \n;c\n"s;
     for (const Case& each : {
              Case{"", "[S]\nKey=v\n"},
              Case{"[S]", "[S]\nKey=v\n"},

@@ -370,7 +370,7 @@ TEST(Microphone, MayBeStoppedOrDestroyedWhereItDelivers) {
             listener.meanwhile = [&] {
                 if (way == 0) listener.session->Stop();
                 if (way == 1 || way == 3) listener.session.reset();
-                if (way == 2) rig.sound.reset();
+                if (way == 2) rig.sound->Close();
             };
             if (!isSimulated && way != 3) rig.microphone.client->OnMicrophoneBytes(Bytes(3 * host::kBlockBytes, 200));
             rig.Run(3 * kBlockTime);

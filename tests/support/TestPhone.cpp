@@ -7,6 +7,7 @@
 #include "Tizen/App/UiApp.h"
 #include "Tizen/Ui/Controls/Frame.h"
 #include "backend/headless/HeadlessBackend.h"
+#include "shared/JLib.h"
 
 extern "C" int OspMain(int argc, char* argv[]);
 
@@ -31,6 +32,8 @@ public:
 
 TestPhone::TestPhone(host::RuntimeOptions options, const std::string& packageRoot) {
     options.isMicrophoneSimulated = true;
+    // The ocarina keeps the settings' path for the life of the process; a test's process has several phones.
+    JLib::__strRegFilePath.Clear();
     backend_ = host::CreateHeadlessBackend({packageRoot, data_.Path()});
     runtime_ = std::make_unique<host::Runtime>(*backend_, std::move(options));
     std::string problem;

@@ -107,18 +107,8 @@ std::shared_ptr<const Picture> CairoPainter::CreatePicture(PixelSize size, std::
 }
 
 std::unique_ptr<TextLayout> CairoPainter::CreateText(std::string_view utf8, const TextStyle& style, double scale) {
-    if (!fonts_ && fontsInTheMaking_.valid()) fonts_ = fontsInTheMaking_.get();
     if (!fonts_) fonts_ = std::make_unique<PangoFonts>();
     return std::make_unique<PangoText>(*fonts_, utf8, style, scale);
-}
-
-void CairoPainter::PrepareTexts() {
-    fontsInTheMaking_ = std::async(std::launch::async, [] {
-        auto fonts = std::make_unique<PangoFonts>();
-        // Only a text that is set makes Pango look for fonts.
-        const PangoText text(*fonts, "a", TextStyle{}, 1);
-        return fonts;
-    });
 }
 
 bool CairoPainter::WritePng(const Surface& surface, const std::string& path) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <future>
 #include <memory>
 
 #include "backend/Painter.h"
@@ -32,12 +31,10 @@ public:
     /// draw on pixels laid out like that.
     [[nodiscard]] std::unique_ptr<Surface> WrapPixels(unsigned char* pixels, int width, int height, int stride);
 
-    /// Begins to find the fonts, which takes 10 ms, on another thread, so that the first text need not wait for it.
-    void PrepareTexts();
-
 private:
-    std::unique_ptr<PangoFonts> fonts_;  ///< made for the first text, if not taken from the next
-    std::future<std::unique_ptr<PangoFonts>> fontsInTheMaking_;
+    /// Made for the first text: finding the fonts takes 10 ms and 10 MiB, and neither the splash nor the play screen
+    /// has a text to wait for.
+    std::unique_ptr<PangoFonts> fonts_;
 };
 
 }  // namespace host

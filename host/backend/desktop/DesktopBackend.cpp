@@ -1,8 +1,7 @@
 #include "backend/desktop/DesktopBackend.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdlib>
+#include <string>
 #include <utility>
 
 #include "backend/cairo/CairoPainter.h"
@@ -30,9 +29,7 @@ namespace {
 class DesktopBackend final : public Backend {
 public:
     DesktopBackend(const BackendOptions& options, std::unique_ptr<SdlSubsystem> video)
-        : video_(std::move(video)), storage_(options.packageRoot, options.dataRoot) {
-        painter_.PrepareTexts();
-    }
+        : video_(std::move(video)), storage_(options.packageRoot, options.dataRoot) {}
 
     [[nodiscard]] Clock& GetClock() override { return clock_; }
     [[nodiscard]] LoopDriver& GetLoopDriver() override { return loopDriver_; }
@@ -43,7 +40,7 @@ public:
     [[nodiscard]] Storage& GetStorage() override { return storage_; }
 
 private:
-    std::unique_ptr<SdlSubsystem> video_;
+    std::unique_ptr<SdlSubsystem> video_;  ///< null without a display; the window then does not open
     MonotonicClock clock_;
     CairoPainter painter_;
     DesktopWindow window_{painter_};
@@ -53,7 +50,25 @@ private:
     PosixStorage storage_;
 };
 
-/// The connection to the display that IsDesktopAvailable has made: making it is half of the time that a window takes.
+bool IsSet(const char* name) {
+    const char* const value = std::getenv(name);
+    return value != nullptr && *value != '\0';
+}
+
+/// Null when there is no sign of a display, or none of those that there are signs of can be reached.
+std::unique_ptr<SdlSubsystem> ConnectToDisplay() {
+    // Left to itself SDL ends with a window that nobody sees, or takes a text console over from somebody who is logged
+    // in from afar; and its search complains on stderr where there is no Wayland.
+    std::string drivers;
+    if (IsSet("DISPLAY")) drivers = "x11";
+    if (IsSet("WAYLAND_DISPLAY") && IsSet("XDG_RUNTIME_DIR")) drivers += drivers.empty() ? "wayland" : ",wayland";
+    if (drivers.empty() && !IsSet(SDL_HINT_VIDEODRIVER)) return nullptr;
+    SDL_SetHint(SDL_HINT_VIDEODRIVER, drivers.c_str());  // A user's own choice overrules it.
+    auto video = std::make_unique<SdlSubsystem>(SDL_INIT_VIDEO);
+    return video->IsWorking() ? std::move(video) : nullptr;
+}
+
+/// The connection that IsDesktopAvailable has made: making it is half of the time that a window takes.
 std::unique_ptr<SdlSubsystem>& KeptVideo() {
     static std::unique_ptr<SdlSubsystem> video;
     return video;
@@ -63,20 +78,13 @@ std::unique_ptr<SdlSubsystem>& KeptVideo() {
 
 std::unique_ptr<Backend> CreateDesktopBackend(const BackendOptions& options) {
     std::unique_ptr<SdlSubsystem> video = std::exchange(KeptVideo(), nullptr);
-    if (!video) video = std::make_unique<SdlSubsystem>(SDL_INIT_VIDEO);
+    if (!video) video = ConnectToDisplay();
     return std::make_unique<DesktopBackend>(options, std::move(video));
 }
 
 bool IsDesktopAvailable() {
-    // Without any of these SDL would still take a text console over, which nobody wants who is logged in from afar.
-    constexpr std::array<const char*, 3> kSigns = {"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"};
-    const auto isSet = [](const char* name) {
-        const char* const value = std::getenv(name);
-        return value != nullptr && *value != '\0';
-    };
-    if (std::none_of(kSigns.begin(), kSigns.end(), isSet)) return false;
-    if (!KeptVideo()) KeptVideo() = std::make_unique<SdlSubsystem>(SDL_INIT_VIDEO);
-    return KeptVideo()->IsWorking();
+    if (!KeptVideo()) KeptVideo() = ConnectToDisplay();
+    return KeptVideo() != nullptr;
 }
 
 }  // namespace host

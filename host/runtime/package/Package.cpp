@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view kFallbackLanguage = "en";
 constexpr std::string_view kXmlSuffix = ".xml";
-constexpr std::size_t kLargestPicture = 32 * 1024 * 1024;
+constexpr std::size_t kLargestPicture = std::size_t{32} * 1024 * 1024;
 
 bool IsPlainFileName(std::string_view name) {
     return !name.empty() && name != "." && name != ".." &&

@@ -6,7 +6,7 @@ namespace host {
 
 namespace {
 
-constexpr std::size_t kLargestFile = 4 * 1024 * 1024;
+constexpr std::size_t kLargestFile = std::size_t{4} * 1024 * 1024;
 
 }  // namespace
 

@@ -22,8 +22,7 @@ constexpr RectF kField{16, 16, 524, 340};
 constexpr RectF kSlider{572, 16, 52, 340};
 constexpr RectF kSwatch{16, 380, 296, 92};
 constexpr RectF kDigits{328, 380, 296, 92};
-constexpr RectF kCard{16, 488, 192, 156};
-constexpr double kCardDistance = 208;
+constexpr double kChannelDistance = 208;
 constexpr RectF kValue{32, 488, 160, 60};
 constexpr RectF kMinus{16, 552, 92, 92};
 constexpr RectF kPlus{116, 552, 92, 92};
@@ -86,8 +85,8 @@ ColorPickerParts::ColorPickerParts(SizeF size) {
     digits = scaled(kDigits);
     double shift = 0;
     for (Channel& channel : channels) {
-        channel = {scaled(kCard, shift), scaled(kValue, shift), scaled(kMinus, shift), scaled(kPlus, shift)};
-        shift += kCardDistance;
+        channel = {scaled(kValue, shift), scaled(kMinus, shift), scaled(kPlus, shift)};
+        shift += kChannelDistance;
     }
 }
 

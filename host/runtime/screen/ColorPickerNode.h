@@ -21,7 +21,6 @@ struct ColorPickerParts {
     RectF swatch;
     RectF digits;
     struct Channel {
-        RectF card;
         RectF value;
         RectF minus;
         RectF plus;

@@ -16,7 +16,7 @@ constexpr Rgba kDimming{0, 0, 0, 128};
 constexpr std::uint8_t kOpaque = 255;
 
 // Leaving out what lies under a smaller opaque part costs more cuts than it saves pixels.
-constexpr std::int64_t kSmallestHidingPixels = 64 * 64;
+constexpr std::int64_t kSmallestHidingPixels = std::int64_t{64} * 64;
 
 // The focus ring, in the phone's pixels: a light line within a dark one, so that it stands out from every colour.
 constexpr double kRingDistance = 3;

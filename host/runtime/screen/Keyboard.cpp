@@ -66,9 +66,10 @@ void Keyboard::Press(std::string_view code, ShiftKey shift) {
 
 void Keyboard::Repeat(std::string_view code, ShiftKey shift) {
     const auto held = held_.find(code);
-    // Only what was not held by anything else, as arrows are not, may act again.
-    if (held == held_.end() || !std::holds_alternative<std::monostate>(held->second)) return;
-    static_cast<void>(TellFocused(code, shift, true));
+    const auto* pressed = held == held_.end() ? nullptr : std::get_if<HeldForFocus>(&held->second);
+    // What the key does beside the focused control goes on by itself, and one that has got another focus is not meant.
+    if (pressed != nullptr && pressed->node.lock() == focused_.lock())
+        static_cast<void>(TellFocused(code, shift, true));
 }
 
 void Keyboard::Lift(std::string_view code) {
@@ -106,8 +107,7 @@ void Keyboard::CancelAll() {
 Keyboard::Held Keyboard::Begin(std::string_view code, ShiftKey shift) {
     const std::weak_ptr<Node> focused = focused_;
     if (TellFocused(code, shift, false)) {
-        // What acts when it is lifted is to be lifted at the same place; for other keys that means nothing.
-        return HeldActivation{focused};
+        return HeldForFocus{focused};
     }
     const auto binding = std::find_if(bindings_.begin(), bindings_.end(),
                                       [code](const KeyBinding& candidate) { return candidate.code == code; });
@@ -158,7 +158,7 @@ void Keyboard::End(const Held& held, HowEnded how) {
         if (how == HowEnded::kLifted && screen && screen.get() == stack_.Topmost()) {
             screen->OnBackKey(BackKeyPhase::kRelease);
         }
-    } else if (const auto* activation = std::get_if<HeldActivation>(&held)) {
+    } else if (const auto* activation = std::get_if<HeldForFocus>(&held)) {
         if (const auto node = activation->node.lock()) node->OnActivateKeyLifted(how == HowEnded::kCancelled);
     }
 }
@@ -199,7 +199,7 @@ void Keyboard::OnTouch() {
 
 void Keyboard::OnTopmostChanged() {
     Node* topmost = stack_.Topmost();
-    CancelActivations([topmost](const Node& node) { return topmost == nullptr || !node.IsWithin(*topmost); });
+    CancelForFocus([topmost](const Node& node) { return topmost == nullptr || !node.IsWithin(*topmost); });
     Node* next = nullptr;
     if (topmost != nullptr) {
         const auto order = FocusOrder(*topmost);
@@ -213,7 +213,7 @@ void Keyboard::OnTopmostChanged() {
 }
 
 void Keyboard::OnNodeHidden(const Node& node) {
-    CancelActivations([&node](const Node& candidate) { return candidate.IsWithin(node); });
+    CancelForFocus([&node](const Node& candidate) { return candidate.IsWithin(node); });
     const Node* focused = Focused();
     if (focused != nullptr && focused->IsWithin(node)) SetFocus(nullptr);
 }
@@ -224,9 +224,9 @@ void Keyboard::OnNodeGone(const Node& node) {
 }
 
 template <typename Predicate>
-void Keyboard::CancelActivations(Predicate predicate) {
+void Keyboard::CancelForFocus(Predicate predicate) {
     for (auto& [code, held] : held_) {
-        const auto* activation = std::get_if<HeldActivation>(&held);
+        const auto* activation = std::get_if<HeldForFocus>(&held);
         if (activation == nullptr) continue;
         const auto node = activation->node.lock();
         if (!node || !predicate(*node)) continue;

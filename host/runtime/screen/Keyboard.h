@@ -52,10 +52,10 @@ private:
     struct HeldBack {
         std::weak_ptr<Node> screen;
     };
-    struct HeldActivation {
+    struct HeldForFocus {
         std::weak_ptr<Node> node;
     };
-    using Held = std::variant<std::monostate, HeldFinger, HeldBreath, HeldBack, HeldActivation>;
+    using Held = std::variant<std::monostate, HeldFinger, HeldBreath, HeldBack, HeldForFocus>;
 
     [[nodiscard]] Held Begin(std::string_view code, ShiftKey shift);
     [[nodiscard]] Held Begin(const TouchBinding& binding);
@@ -64,7 +64,7 @@ private:
     enum class HowEnded { kLifted, kCancelled };
     void End(const Held& held, HowEnded how);
     template <typename Predicate>
-    void CancelActivations(Predicate predicate);
+    void CancelForFocus(Predicate predicate);
     /// False when the focused node has no use for the key.
     bool TellFocused(std::string_view code, ShiftKey shift, bool isRepeat);
     void TellBreath();

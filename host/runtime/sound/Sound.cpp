@@ -23,6 +23,8 @@ Sound::Sound(const SoundServices& services, const SoundOptions& options)
 
 Sound::~Sound() {
     Close();
+    for (ClipPlayer* player : players_) player->OnSoundGone();
+    for (CaptureSession* session : sessions_) session->OnSoundGone();
 }
 
 bool Sound::Open(std::string& problem) {

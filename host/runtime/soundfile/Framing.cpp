@@ -48,7 +48,7 @@ constexpr unsigned kPageIsContinued = 1;
 constexpr unsigned kPageIsFirst = 2;
 constexpr unsigned kPageIsLast = 4;
 constexpr unsigned kFullSegment = 255;
-constexpr std::size_t kLargestPageBytes = kPageHeaderBytes + kFullSegment + kFullSegment * kFullSegment;
+constexpr std::size_t kLongestHeaderBytes = kPageHeaderBytes + kFullSegment;
 
 // A Vorbis stream's three header packets have an odd first byte, its sound packets an even one: "Vorbis I
 // specification", 4.2.1 and 4.3.1.
@@ -98,7 +98,7 @@ std::uint32_t Checksum(std::span<const std::byte> bytes) {
 
 std::string_view FindOggFault(ByteSource& source) {
     static constexpr std::string_view kDamaged = "it is damaged";
-    std::vector<std::byte> page(kLargestPageBytes);
+    std::vector<std::byte> page;
     std::int64_t offset = 0;
     std::uint32_t serial = 0;
     std::uint32_t sequence = 0;
@@ -106,6 +106,7 @@ std::string_view FindOggFault(ByteSource& source) {
     bool isInPacket = false;
     bool hasEnded = false;
     while (offset < source.Size()) {
+        page.resize(kLongestHeaderBytes);
         const std::size_t available = source.ReadAt(offset, page);
         if (available < kPageHeaderBytes || !HasTag(page.data(), "OggS"))
             return hasEnded ? kDamaged : "its end is missing";
@@ -120,7 +121,8 @@ std::string_view FindOggFault(ByteSource& source) {
         if (available < size) return "its end is missing";
         const std::size_t body = size;
         for (std::size_t i = 0; i < segments; ++i) size += std::to_integer<std::size_t>(page[kPageHeaderBytes + i]);
-        if (available < size) return "its end is missing";
+        page.resize(size);
+        if (source.ReadAt(offset, page) < size) return "its end is missing";
 
         const std::uint32_t checksum = LittleEndian32(&page[kPageChecksumAt]);
         std::memset(&page[kPageChecksumAt], 0, kPageChecksumBytes);

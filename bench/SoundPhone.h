@@ -1,0 +1,79 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "backend/headless/HeadlessBackend.h"
+#include "runtime/Runtime.h"
+#include "support/TemporaryFolder.h"
+
+/// A phone whose loop and whose speaker the bench turns by hand, one period after another: what is measured in between
+/// runs as it does in a handler of the program. There is no application. UI thread only.
+class SoundPhone {
+public:
+    SoundPhone() : backend_({BREVANT_PACKAGE, data_.Path()}) {
+        host::RuntimeOptions options;
+        options.isMicrophoneSimulated = true;
+        runtime_ = std::make_unique<host::Runtime>(backend_, options);
+        std::string problem;
+        if (!runtime_->Open(problem)) throw std::runtime_error(problem);
+    }
+
+    /// A folder that is gone with the phone.
+    [[nodiscard]] const TemporaryFolder& Folder() const { return data_; }
+
+    /// The speaker takes its next period, then everything that is due by now runs. True when something can be heard in
+    /// the period.
+    bool RunPeriod() {
+        std::array<float, kPeriodFrames> frames{};
+        backend_.client->Pull(frames);
+        now_ += kPeriodFrames * host::kMicrosecondsPerSecond / kRate;
+        runtime_->GetLoop().RunDue(now_, kIsEnding);
+        return std::any_of(frames.begin(), frames.end(), [](float frame) { return frame != 0; });
+    }
+    void RunPeriods(int count) {
+        for (int i = 0; i < count; ++i) RunPeriod();
+    }
+
+    static constexpr int kRate = 44'100;
+    static constexpr int kPeriodFrames = 256;
+    /// More than it takes until a recording that was opened is decoded to its end.
+    static constexpr int kPeriodsToDecode = 5 * kRate / kPeriodFrames;
+
+private:
+    static constexpr bool kIsEnding = false;
+
+    struct ByHand final : host::Backend, host::Speaker, host::LoopDriver {
+        explicit ByHand(const host::BackendOptions& options) : headless(host::CreateHeadlessBackend(options)) {}
+
+        host::Clock& GetClock() override { return headless->GetClock(); }
+        host::LoopDriver& GetLoopDriver() override { return *this; }
+        host::Window& GetWindow() override { return headless->GetWindow(); }
+        host::Painter& GetPainter() override { return headless->GetPainter(); }
+        host::Speaker& GetSpeaker() override { return *this; }
+        host::Microphone& GetMicrophone() override { return headless->GetMicrophone(); }
+        host::Storage& GetStorage() override { return headless->GetStorage(); }
+
+        void Run(host::LoopClient&) override {}
+        void Wake() noexcept override {}
+
+        void Open(host::SpeakerClient& opened) override { client = &opened; }
+        void Close() noexcept override { client = nullptr; }
+        [[nodiscard]] int Rate() const noexcept override { return kRate; }
+        [[nodiscard]] int PeriodFrames() const noexcept override { return kPeriodFrames; }
+        [[nodiscard]] std::uint64_t Underruns() const noexcept override { return 0; }
+
+        std::unique_ptr<host::Backend> headless;
+        host::SpeakerClient* client = nullptr;
+    };
+
+    TemporaryFolder data_;
+    ByHand backend_;
+    std::unique_ptr<host::Runtime> runtime_;
+    host::Microseconds now_ = 0;
+};

@@ -1,0 +1,207 @@
+#!/usr/bin/env bash
+# Plays the whole program in a real X window, with a real mouse and keyboard, and listens to what it plays: SDL's disk
+# driver stands in for the sound card. The argument is the build folder, with brevant and tests/desktop/desktop_proof.
+set -euo pipefail
+
+here=$(dirname "$(readlink -f "$0")")
+root=$(readlink -f "$here/../..")
+build=$(readlink -f "${1:?run-under-xvfb: which build folder?}")
+
+if [ "${2:-}" != inside ]; then
+    "$here/with-xvfb.sh" "$build/tests/desktop/desktop_proof" --gtest_brief=1
+    exec "$here/with-xvfb.sh" bash "$0" "$build" inside
+fi
+
+readonly rate=48000 frame_bytes=4          # what SDL's disk driver is asked for: mono, 32-bit floats
+readonly phone_width=720                   # the phone's own pixels, which the layouts are in
+readonly hole_x=180 hole_y=536 hole_rim=140  # the top left hole's centre, and where only its covered ellipse reaches
+readonly low_left_x=180 low_left_y=1032
+
+folder=$(mktemp -d)
+program=
+checks=0
+finish() {
+    local status=$?
+    if [ -n "$program" ]; then kill -KILL "$program" 2>/dev/null || true; fi
+    if [ "$status" -ne 0 ]; then
+        echo "run-under-xvfb: what the program said:" >&2
+        cat "$folder/log" >&2 2>/dev/null || true
+        tail -n 20 "$folder/trace" >&2 2>/dev/null || true
+    fi
+    rm -rf "$folder"
+}
+trap finish EXIT
+
+fail() {
+    echo "run-under-xvfb: $*" >&2
+    exit 1
+}
+passed() {
+    checks=$((checks + 1))
+    echo "ok: $*"
+}
+
+# until_true WHAT COMMAND...: tries until the command succeeds.
+until_true() {
+    local what=$1 deadline=$((SECONDS + 60))
+    shift
+    until "$@" >/dev/null 2>&1; do
+        kill -0 "$program" 2>/dev/null || fail "the program ended before $what"
+        [ "$SECONDS" -lt "$deadline" ] || fail "waited in vain for $what"
+        sleep 0.05
+    done
+}
+
+# start NAME=VALUE...: the program with a new data folder, and these in its environment.
+start() {
+    rm -rf "$folder/data" "$folder/played" "$folder/trace"
+    # In the folder, since without a file of its own the disk driver's microphone looks for one in the current folder.
+    (cd "$folder" && exec env SDL_AUDIODRIVER=disk SDL_DISKAUDIOFILE="$folder/played" "$@" "$build/brevant" \
+        --backend desktop --data "$folder/data" --trace "$folder/trace" --language en) >"$folder/log" 2>&1 &
+    program=$!
+    until_true "its window" xdotool search --name Brevant
+    window=$(xdotool search --name Brevant | head -n 1)
+    measure_window
+}
+
+measure_window() {
+    eval "$(xdotool getwindowgeometry --shell "$window" | grep -E '^(WIDTH|HEIGHT)=')"
+}
+
+# ends_well WHAT: the program ends by itself, with status 0.
+ends_well() {
+    local status=0 try
+    for ((try = 0; try < 100; ++try)); do
+        kill -0 "$program" 2>/dev/null || break
+        sleep 0.1
+    done
+    kill -0 "$program" 2>/dev/null && fail "$1 did not end the program"
+    wait "$program" || status=$?
+    program=
+    [ "$status" -eq 0 ] || fail "$1 ended the program with status $status"
+    passed "$1 ends the program with status 0"
+}
+
+size_is() {
+    measure_window
+    [ "$WIDTH" -eq "$1" ] && [ "$HEIGHT" -eq "$2" ]
+}
+
+# device N: a length of the phone's as one of the window's.
+device() { echo $(($1 * WIDTH / phone_width)); }
+shot() { xwd -silent -id "$window" -out "$folder/$1.xwd"; }
+color() { convert "$folder/$1.xwd" -format "%[pixel:p{$2,$3}]" info:; }
+# shows_splash NAME: that shot is of the splash picture.
+shows_splash() {
+    local difference
+    # On stderr, as "1234.5 (0.0188)" of the full range; the status only says whether there is any at all.
+    difference=$(compare -metric RMSE "$folder/$1.xwd" "$folder/intro.png" null: 2>&1 || true)
+    awk -F'[()]' '{ exit !($2 < 0.03) }' <<<"$difference"
+}
+# The splash fades away; the play screen is there when nothing changes any more and a hole stands out from the ground.
+on_screen_is_play() {
+    local crop
+    crop="$(device 720)x$(device 900)+0+$(device 300)"
+    shot before
+    shot now
+    [ "$(color now "$(device $hole_x)" "$(device $hole_y)")" != "$(color now "$(device 360)" "$(device 784)")" ] &&
+        compare -metric AE "$folder/before.xwd[$crop]" "$folder/now.xwd[$crop]" null:
+}
+
+played_bytes() { stat -c %s "$folder/played"; }
+# has_played FROM BYTES: so many bytes have been played since the file had FROM.
+has_played() { [ "$(played_bytes)" -ge $(($1 + $2)) ]; }
+# Listens for half a second, a quarter of a second from now: writes loudness (the peak) and pitch in Hz.
+listen() {
+    local from length=$((rate * frame_bytes / 2))
+    from=$(($(played_bytes) / frame_bytes * frame_bytes + rate * frame_bytes / 4))
+    until_true "half a second of sound" has_played "$from" "$length"
+    # The pitch is the first lag at which the sound is nearly as much like itself as it ever is, at a quarter of the rate.
+    tail -c +$((from + 1)) "$folder/played" | head -c "$length" | od -An -v -t f4 -w4 | awk -v rate="$rate" '
+        { if ($1 > peak) peak = $1; if (-$1 > peak) peak = -$1; sum += $1; if (NR % 4 == 0) { x[n++] = sum; sum = 0 } }
+        END {
+            if (peak == 0) { print 0, 0; exit }
+            for (lag = 8; lag <= 100; ++lag) {
+                r[lag] = 0
+                for (i = 0; i + 100 < n; ++i) r[lag] += x[i] * x[i + lag]
+                if (lag > 9 && r[lag] > best) best = r[lag]
+            }
+            for (lag = 10; lag < 100; ++lag) if (r[lag] > 0.85 * best && r[lag] >= r[lag - 1] && r[lag] > r[lag + 1]) break
+            bend = r[lag - 1] - 2 * r[lag] + r[lag + 1]
+            if (bend != 0) lag += 0.5 * (r[lag - 1] - r[lag + 1]) / bend
+            printf "%.4f %.1f\n", peak, rate / 4 / lag
+        }'
+}
+# sounds WHAT HZ: that pitch, within less than half a semitone, is to be heard.
+sounds() {
+    local peak pitch
+    read -r peak pitch < <(listen)
+    awk -v peak="$peak" -v pitch="$pitch" -v hz="$2" \
+        'BEGIN { exit !(peak > 0.02 && pitch > hz / 1.025 && pitch < hz * 1.025) }' ||
+        fail "$1 should sound at $2 Hz, but is $pitch Hz with a peak of $peak"
+    passed "$1 sounds at $2 Hz: $pitch Hz, peak $peak"
+}
+is_silent() {
+    local peak pitch
+    read -r peak pitch < <(listen)
+    awk -v peak="$peak" 'BEGIN { exit !(peak < 0.0005) }' || fail "$1 should be silent, but has a peak of $peak"
+    passed "$1 is silent"
+}
+mouse_to() { xdotool mousemove --window "$window" "$(device "$1")" "$(device "$2")"; }
+
+# A minute of breath for the microphone: noise, unsigned 8-bit stereo at 8000 Hz.
+head -c 960000 /dev/urandom >"$folder/breath"
+
+start SDL_DISKAUDIOFILEIN="$folder/breath"
+# The splash stays for two seconds: first the shots, then a look at them.
+for ((number = 0; number < 20; ++number)); do
+    shot "early$number"
+    sleep 0.05
+done
+convert "$root/res/images/intro01.png" -resize "${WIDTH}x${HEIGHT}!" "$folder/intro.png"
+while ! shows_splash "early$((--number))"; do
+    [ "$number" -gt 0 ] || fail "no splash picture was on the screen"
+done
+passed "the splash picture is on the screen"
+mouse_to 360 300 # Between the holes; without a window manager the keys go where the mouse is.
+until_true "the play screen" on_screen_is_play
+passed "the play screen follows it"
+
+# The open instrument, one hole by a key, one more by the mouse, and back.
+sounds "no hole covered" 523.25
+shot open
+xdotool keydown r
+sounds "the top left hole covered by a key" 277.18
+shot covered
+rim="$(device $((hole_x + hole_rim))) $(device $hole_y)"
+# shellcheck disable=SC2086 # two coordinates
+[ "$(color open $rim)" != "$(color covered $rim)" ] || fail "the covered hole looks like an open one"
+passed "the covered hole has grown"
+mouse_to $low_left_x $low_left_y
+xdotool mousedown 1
+sounds "both holes at the left covered by key and mouse" 349.23
+xdotool keyup r
+sounds "the low left hole covered by the mouse" 440.00
+xdotool windowsize "$window" 400 700
+until_true "the new size" size_is 400 700
+xdotool mouseup 1
+mouse_to 360 300
+until_true "the play screen in the new size" on_screen_is_play
+sounds "no hole covered in a smaller window" 523.25
+xdotool key Escape
+ends_well "the back key"
+
+start SDL_DISKAUDIOFILEIN="$folder/no such microphone"
+mouse_to 360 300
+until_true "the play screen" on_screen_is_play
+is_silent "the ocarina without a microphone"
+xdotool keydown r keydown space
+sounds "the top left hole with the space bar as breath" 277.18
+xdotool keyup space
+is_silent "the ocarina after the breath"
+xdotool keyup r
+kill -TERM "$program"
+ends_well "a polite kill"
+grep -q '"what":"app","event":"ended"' "$folder/trace" || fail "a polite kill did not end the application in order"
+
+echo "$checks passed, 0 failed"

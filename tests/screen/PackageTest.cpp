@@ -1,0 +1,210 @@
+// The package's files: what they become on a phone of any size, and what is said of those that are wrong.
+
+#include <gtest/gtest.h>
+
+#include "backend/headless/HeadlessBackend.h"
+#include "runtime/package/Package.h"
+#include "support/TemporaryFolder.h"
+
+using host::LayoutControl;
+using host::PixelRect;
+
+namespace {
+
+constexpr const char* kForm =
+    R"(<Form name="IDF_A" design="720x1280"><Label name="IDC_L" bounds="0,0,9,9" text="IDS_A"/></Form>)";
+
+struct Files {
+    Files() {
+        for (const char* folder : {"layouts", "strings", "images"}) std::filesystem::create_directory(folder_ / folder);
+        folder_.Write("layouts/IDF_A.xml", kForm);
+        folder_.Write(
+            "strings/en.xml",
+            R"(<strings language="en"><string id="IDS_A">One&#10;two &amp; three</string><string id="IDS_B">B</string></strings>)");
+        folder_.Write("keys.xml", "<keys/>");
+    }
+    bool Load(const char* language = "en", host::PixelSize screen = {720, 1280}) {
+        problem_.clear();
+        package_ = host::Package();
+        return package_.Load(backend_->GetStorage(), backend_->GetPainter(), language, screen, console_, problem_);
+    }
+
+    TemporaryFolder folder_;
+    std::unique_ptr<host::Backend> backend_ = host::CreateHeadlessBackend({folder_.Path(), folder_.Path()});
+    host::Console console_;
+    host::Package package_;
+    std::string problem_;
+};
+
+const LayoutControl& Child(const LayoutControl& parent, const std::string& name) {
+    for (const LayoutControl& child : parent.children) {
+        if (child.name == name) return child;
+    }
+    throw std::out_of_range(name);
+}
+
+}  // namespace
+
+TEST(Layouts, FollowTheScreensSizeSoThatNeighboursMeetAndRoundThingsStayRound) {
+    constexpr const char* kLayout = R"(<Form name="IDF_A" design="720x1280">
+      <Panel name="panel" bounds="0,288,720,992">
+        <Label name="left" bounds="0,0,239,300" text="IDS_A" text-size="30"/>
+        <Label name="right" bounds="239,0,481,300"/>
+        <Label name="round" bounds="400,400,101,101" shape="round"/>
+      </Panel>
+      <Button name="anchored" bounds="100,0,96,96" shape="round" anchor="right" corner="10"/>
+    </Form>)";
+    for (const host::PixelSize screen : {host::PixelSize{720, 1280}, {480, 800}, {1080, 1920}, {777, 1001}}) {
+        Files files;
+        files.folder_.Write("layouts/IDF_A.xml", kLayout);
+        ASSERT_TRUE(files.Load("en", screen)) << files.problem_;
+        const LayoutControl& form = *files.package_.FindLayout("IDF_A");
+        const double scaleX = screen.width / 720.0;
+        const double scaleY = screen.height / 1280.0;
+        const double smaller = std::min(scaleX, scaleY);
+        EXPECT_EQ((PixelRect{0, 0, screen.width, screen.height}), form.bounds);
+        const LayoutControl& panel = Child(form, "panel");
+        EXPECT_EQ(screen.height, panel.bounds.y + panel.bounds.height);
+        const LayoutControl& left = Child(panel, "left");
+        const LayoutControl& right = Child(panel, "right");
+        EXPECT_EQ(right.bounds.x, left.bounds.x + left.bounds.width);
+        EXPECT_EQ(screen.width, right.bounds.x + right.bounds.width);
+        EXPECT_NEAR(239 * scaleX, right.bounds.x, 0.5);
+        EXPECT_DOUBLE_EQ(30 * smaller, left.text.size);
+        const PixelRect round = Child(panel, "round").bounds;
+        EXPECT_EQ(round.width, round.height);
+        EXPECT_NEAR(101 * smaller, round.width, 0.5);
+        EXPECT_NEAR(450.5 * scaleX, round.x + round.width / 2.0, 1);
+        EXPECT_NEAR((288 + 450.5) * scaleY, panel.bounds.y + round.y + round.height / 2.0, 1);
+        const LayoutControl& anchored = Child(form, "anchored");
+        EXPECT_NEAR(196 * scaleX, anchored.bounds.x + anchored.bounds.width, 1);
+        EXPECT_DOUBLE_EQ(10 * smaller, anchored.box.corner);
+    }
+}
+
+TEST(PackageProblems, AreOneLineWithFileAndLine) {
+    struct Case {
+        const char* file;
+        const char* content;
+        const char* end;  ///< of the message, after the package's folder
+    };
+    const Case cases[] = {
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\" design=\"720x1280\">\n<Label\n</Form>",
+         "layouts/IDF_A.xml:3: Error parsing start element tag"},
+        {"layouts/IDF_A.xml", "", "layouts/IDF_A.xml:1: No document element found"},
+        {"layouts/IDF_A.xml", "<Panel name=\"IDF_A\"/>",
+         "layouts/IDF_A.xml:1: the root element must be <Form> or <Popup>"},
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\"/>",
+         "layouts/IDF_A.xml:1: design of <Form> is missing: it is the size of the screen it was drawn for, like "
+         "720x1280"},
+        {"layouts/IDF_A.xml", "<Form name=\"B\" design=\"9x9\"/>",
+         "layouts/IDF_A.xml:1: the layout is named B, unlike its file"},
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\" design=\"9x9\">\n<Slider name=\"s\" bounds=\"0,0,1,1\"/></Form>",
+         "layouts/IDF_A.xml:2: unknown control <Slider>"},
+        {"layouts/IDF_A.xml",
+         "<Form name=\"IDF_A\" design=\"9x9\">\n\n<Label name=\"s\" bounds=\"0,0,1,1\" colour=\"red\"/></Form>",
+         "layouts/IDF_A.xml:3: unknown attribute colour of <Label>"},
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\" design=\"9x9\" bounds=\"0,0,9,9\"/>",
+         "layouts/IDF_A.xml:1: unknown attribute bounds of <Form>"},
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\" design=\"9x9\"><Label bounds=\"0,0,1,1\"/></Form>",
+         "layouts/IDF_A.xml:1: a <Label> without a name"},
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\" design=\"9x9\"><Label name=\"IDF_A\" bounds=\"0,0,1,1\"/></Form>",
+         "layouts/IDF_A.xml:1: a second control named IDF_A"},
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\" design=\"9x9\"><Label name=\"l\"/></Form>",
+         "layouts/IDF_A.xml:1: bounds of <Label> is missing: it is x,y,width,height"},
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\" design=\"9x9\"><Label name=\"l\" bounds=\"0,0,1e3,1\"/></Form>",
+         "layouts/IDF_A.xml:1: bounds of <Label> is x,y,width,height, not \"0,0,1e3,1\""},
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\" design=\"9x9\"><Label name=\"l\" bounds=\"0,0,0,1\"/></Form>",
+         "layouts/IDF_A.xml:1: bounds of <Label> is x,y,width,height, not \"0,0,0,1\""},
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\" design=\"9x9\" background=\"#12345G\"/>",
+         "layouts/IDF_A.xml:1: background of <Form> is #RRGGBB or #RRGGBBAA, not \"#12345G\""},
+        {"layouts/IDF_A.xml",
+         "<Form name=\"IDF_A\" design=\"9x9\"><Label name=\"l\" bounds=\"0,0,1,1\" align=\"top\"/></Form>",
+         "layouts/IDF_A.xml:1: align of <Label> is left or center or right, not \"top\""},
+        {"layouts/IDF_A.xml",
+         "<Form name=\"IDF_A\" design=\"9x9\"><Label name=\"l\" bounds=\"0,0,1,1\" text-size=\"-1\"/></Form>",
+         "layouts/IDF_A.xml:1: text-size of <Label> is a number that is not negative, not \"-1\""},
+        {"layouts/IDF_A.xml",
+         "<Form name=\"IDF_A\" design=\"9x9\"><Label name=\"l\" bounds=\"0,0,1,1\" text=\"IDS_C\"/></Form>",
+         "layouts/IDF_A.xml:1: no text has the id IDS_C"},
+        {"layouts/IDF_A.xml",
+         "<Form name=\"IDF_A\" design=\"9x9\"><Label name=\"l\" bounds=\"0,0,1,1\" picture=\"../keys.xml\"/></Form>",
+         "layouts/IDF_A.xml:1: there is no picture ../keys.xml"},
+        {"layouts/IDF_A.xml",
+         "<Form name=\"IDF_A\" design=\"9x9\"><Label name=\"l\" bounds=\"0,0,1,1\">\n<Label name=\"m\" "
+         "bounds=\"0,0,1,1\"/></Label></Form>",
+         "layouts/IDF_A.xml:2: a <Label> contains nothing"},
+        {"layouts/IDF_A.xml", "<Form name=\"IDF_A\" design=\"9x9\"><Form name=\"l\"/></Form>",
+         "layouts/IDF_A.xml:1: a <Form> lies in nothing else"},
+        {"strings/en.xml", "<strings language=\"fr\"/>",
+         "strings/en.xml:1: language of <strings> is \"en\", as the file's name says"},
+        {"strings/en.xml", "<strings language=\"en\">\n<string id=\"A\"/>\n<string id=\"A\"/></strings>",
+         "strings/en.xml:3: a second text with the id A"},
+        {"strings/en.xml", "<strings language=\"en\"><string id=\"A\"><b/></string></strings>",
+         "strings/en.xml:1: a <string> holds nothing but text"},
+        {"keys.xml", "<keys>\n<key code=\"KeyA\" phone=\"home\"/></keys>",
+         "keys.xml:2: phone of <key> is back or volume-up or volume-down"},
+        {"keys.xml", "<keys><key code=\"KeyA\" touch=\"IDC_L\" at=\"0.5,1.5\"/></keys>",
+         "keys.xml:1: at of <key> is two numbers of 0 to 1, like 0.25,0.75"},
+        {"keys.xml", "<keys><key code=\"KeyA\" touch=\"IDC_X\"/></keys>", "keys.xml:1: no layout has a control IDC_X"},
+        {"keys.xml", "<keys><key code=\"KeyA\" breath=\"2\"/></keys>",
+         "keys.xml:1: breath of <key> is a number of 0 to 1"},
+        {"keys.xml", "<keys><key code=\"KeyA\" breath=\"1\" phone=\"back\"/></keys>",
+         "keys.xml:1: a <key> has one of touch (with at), breath and phone"},
+        {"keys.xml", "<keys><key code=\"KeyA\" breath=\"1\"/>\n<key code=\"KeyA\" breath=\"1\"/></keys>",
+         "keys.xml:2: a second <key> with the code KeyA"},
+    };
+    for (const Case& each : cases) {
+        Files files;
+        files.folder_.Write(each.file, each.content);
+        EXPECT_FALSE(files.Load()) << each.end;
+        EXPECT_EQ(files.folder_.Path() + each.end, files.problem_);
+    }
+    Files files;
+    std::filesystem::remove(files.folder_ / "keys.xml");
+    EXPECT_FALSE(files.Load());
+    EXPECT_EQ(files.folder_ / "keys.xml: cannot be read", files.problem_);
+}
+
+TEST(Strings, ComeInTheChosenLanguageAndElseInEnglish) {
+    Files files;
+    files.folder_.Write("strings/ko.xml", R"(<strings language="ko"><string id="IDS_A">하나</string></strings>)");
+    ASSERT_TRUE(files.Load("ko")) << files.problem_;
+    EXPECT_EQ("하나", *files.package_.FindString("IDS_A"));
+    EXPECT_EQ("B", *files.package_.FindString("IDS_B"));
+    EXPECT_EQ("하나", files.package_.FindLayout("IDF_A")->children[0].text.text);
+    EXPECT_EQ(nullptr, files.package_.FindString("IDS_C"));
+    for (const char* language : {"xx", "../ko", ""}) {
+        ASSERT_TRUE(files.Load(language)) << files.problem_;
+        EXPECT_EQ("One\ntwo & three", *files.package_.FindString("IDS_A")) << language;
+    }
+}
+
+TEST(Pictures, AreSharedAndComeFromTheImagesAlone) {
+    Files files;
+    const auto surface = files.backend_->GetPainter().CreateSurface({3, 2}, 1);
+    ASSERT_TRUE(files.backend_->GetPainter().WritePng(*surface, files.folder_ / "images/a.png"));
+    ASSERT_TRUE(files.backend_->GetPainter().WritePng(*surface, files.folder_ / "outside.png"));
+    files.folder_.Write("images/broken.png", files.folder_.Read("images/a.png").substr(0, 40));
+    ASSERT_TRUE(files.Load()) << files.problem_;
+    const auto picture = files.package_.FindPicture("a.png");
+    ASSERT_NE(nullptr, picture);
+    EXPECT_EQ((host::PixelSize{3, 2}), picture->Size());
+    EXPECT_EQ(picture, files.package_.FindPicture("a.png"));
+    for (const char* name : {"", ".", "..", "../outside.png", "/etc/passwd", "b.png", "broken.png"}) {
+        EXPECT_EQ(nullptr, files.package_.FindPicture(name)) << name;
+    }
+}
+
+TEST(Package, OfTheProgramLoadsInEveryLanguageForEveryScreen) {
+    for (const char* language : {"en", "de", "fr", "es", "pt", "ko", "ja"}) {
+        for (const host::PixelSize screen : {host::PixelSize{480, 800}, {720, 1280}, {1080, 1920}}) {
+            auto backend = host::CreateHeadlessBackend({BREVANT_PACKAGE, BREVANT_PACKAGE});
+            host::Console console;
+            host::Package package;
+            std::string problem;
+            EXPECT_TRUE(package.Load(backend->GetStorage(), backend->GetPainter(), language, screen, console, problem))
+                << problem;
+        }
+    }
+}
