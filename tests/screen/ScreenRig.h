@@ -66,6 +66,7 @@ private:
 class ScreenRig : private host::PhoneKeyListener {
 public:
     explicit ScreenRig(host::PixelSize window = kPhone, const std::string& keys = "<keys/>");
+    virtual ~ScreenRig() = default;
 
     static constexpr host::PixelSize kPhone{100, 200};
 
