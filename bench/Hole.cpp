@@ -63,6 +63,6 @@ void RedrawHole(benchmark::State& state) {
     OspMain(1, arguments.data());
 }
 // The play screen is there after seconds only: the number of redraws is not sought by trying.
-BENCHMARK(RedrawHole)->Name("hole|ours")->Iterations(1000);
+BENCHMARK(RedrawHole)->Name("hole|ours")->Iterations(3000);
 
 }  // namespace

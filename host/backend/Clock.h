@@ -10,7 +10,8 @@ using Microseconds = std::int64_t;
 inline constexpr Microseconds kMicrosecondsPerMillisecond = 1000;
 inline constexpr Microseconds kMicrosecondsPerSecond = 1'000'000;
 
-/// The time that everything above the seam lives by. Any thread may ask; in a virtual clock only the UI thread moves it.
+/// The time that everything above the seam lives by. Any thread may ask; in a virtual clock only the UI thread moves
+/// it.
 class Clock {
 public:
     virtual ~Clock() = default;

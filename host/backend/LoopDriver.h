@@ -23,8 +23,8 @@ class LoopDriver {
 public:
     virtual ~LoopDriver() = default;
 
-    /// Runs steps until the client has ended. A back end whose surroundings own the thread (a browser) may return before
-    /// that and go on by itself; the client then ends inside a later step.
+    /// Runs steps until the client has ended. A back end whose surroundings own the thread (a browser) may return
+    /// before that and go on by itself; the client then ends inside a later step.
     virtual void Run(LoopClient& client) = 0;
 
     /// Makes a waiting driver run a step soon. Any thread, the audio thread included: neither blocks nor allocates.

@@ -46,8 +46,8 @@ public:
     [[nodiscard]] virtual bool IsEllipsized() const = 0;
 };
 
-/// A rectangle of pixels that can be drawn on. Drawing takes place in the surface's own units; one unit is Scale() device
-/// pixels. Every operation blends by alpha, is clipped to the surface and the current clip, and is antialiased.
+/// A rectangle of pixels that can be drawn on. Drawing takes place in the surface's own units; one unit is Scale()
+/// device pixels. Every operation blends by alpha, is clipped to the surface and the current clip, and is antialiased.
 /// UI thread only.
 class Surface {
 public:

@@ -37,6 +37,7 @@ constexpr auto kBackends = std::to_array<BackendEntry>({
 
 std::vector<std::string> BackendNames() {
     std::vector<std::string> names;
+    names.reserve(kBackends.size());
     for (const BackendEntry& entry : kBackends) names.emplace_back(entry.name);
     return names;
 }
@@ -61,7 +62,8 @@ std::string WithSeparator(const std::string& folder) {
 std::string ReasonAgainstFolder(const std::string& folder, const char* option) {
     std::error_code error;
     if (folder.empty()) return std::string(option) + ": the folder's name is empty";
-    if (fs::exists(folder, error) && !fs::is_directory(folder, error)) return folder + ": " + option + " takes a folder";
+    if (fs::exists(folder, error) && !fs::is_directory(folder, error))
+        return folder + ": " + option + " takes a folder";
     return {};
 }
 
@@ -99,7 +101,8 @@ int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     }
 
     const BackendEntry* entry = FindBackend(options.backend);
-    if (entry == nullptr || !entry->isAvailable()) return Refuse("no display can be reached; --backend headless needs none");
+    if (entry == nullptr || !entry->isAvailable())
+        return Refuse("no display can be reached; --backend headless needs none");
     const bool isHeadless = entry->name == kHeadless;
     if (isHeadless && !runtimeOptions.performance) runtimeOptions.performance = std::make_shared<const Performance>();
     runtimeOptions.endsAfterPerformance = isHeadless;

@@ -43,7 +43,8 @@ OptionsOutcome ReadOptions(int argc, const char* const* argv, const std::vector<
     parser.set_version_flag("--version", std::string("brevant ") + BREVANT_VERSION, "Print the version");
     parser.set_help_flag("--help", "Print this help");
 
-    parser.add_option("--backend", options.backend, "What to run on; desktop where a display is reachable, else headless")
+    parser
+        .add_option("--backend", options.backend, "What to run on; desktop where a display is reachable, else headless")
         ->check(CLI::IsMember(backends));
     std::string screen;
     parser.add_option("--screen", screen, "The phone's screen in its own pixels; 720x1280")

@@ -6,8 +6,8 @@
 
 namespace host {
 
-/// The few lines that the program says on stderr about its surroundings. Each is said once in the program's life, so that
-/// a fault that repeats does not flood a terminal. UI thread only.
+/// The few lines that the program says on stderr about its surroundings. Each is said once in the program's life, so
+/// that a fault that repeats does not flood a terminal. UI thread only.
 class Console {
 public:
     void SayOnce(const std::string& line) {

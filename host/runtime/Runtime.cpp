@@ -57,10 +57,11 @@ bool Runtime::Open(std::string& problem) {
         return false;
     }
     package_ = std::make_unique<Package>();
-    if (!package_->Load(GetStorage(), GetPainter(), options_.language, options_.screen, console_, problem)) return false;
+    if (!package_->Load(GetStorage(), GetPainter(), options_.language, options_.screen, console_, problem))
+        return false;
     if (!CheckPerformance(problem)) return false;
-    if (options_.tracePath &&
-        !trace_.Open(*options_.tracePath, options_.hasTraceTimers ? Trace::Timers::kIncluded : Trace::Timers::kOmitted)) {
+    if (options_.tracePath && !trace_.Open(*options_.tracePath, options_.hasTraceTimers ? Trace::Timers::kIncluded
+                                                                                        : Trace::Timers::kOmitted)) {
         problem = *options_.tracePath + ": the trace cannot be written there";
         return false;
     }
@@ -71,9 +72,10 @@ bool Runtime::Open(std::string& problem) {
         return false;
     }
     isOpen_ = true;
-    screen_ = std::make_unique<Screen>(loop_, backend_.GetClock(), GetPainter(), window, trace_, *package_, *keyEffects_,
-                                       options_.screen);
-    const SoundServices services{loop_, GetStorage(), backend_.GetSpeaker(), backend_.GetMicrophone(), trace_, console_};
+    screen_ = std::make_unique<Screen>(loop_, backend_.GetClock(), GetPainter(), window, trace_, *package_,
+                                       *keyEffects_, options_.screen);
+    const SoundServices services{loop_,  GetStorage(), backend_.GetSpeaker(), backend_.GetMicrophone(),
+                                 trace_, console_};
     const SoundOptions soundOptions{
         options_.recordPath, options_.breathPath,
         options_.isMicrophoneSimulated ? MicrophoneSource::kSimulated : MicrophoneSource::kDevice};
@@ -86,7 +88,8 @@ bool Runtime::CheckPerformance(std::string& problem) const {
     for (const Performance::Step& step : options_.performance->Steps()) {
         const std::string* control = Performance::ControlOf(step.action);
         if (control == nullptr || package_->HasControl(*control)) continue;
-        problem = options_.performance->Name() + ':' + std::to_string(step.line) + ": no layout has a control " + *control;
+        problem =
+            options_.performance->Name() + ':' + std::to_string(step.line) + ": no layout has a control " + *control;
         return false;
     }
     return true;
@@ -96,10 +99,10 @@ void Runtime::Run(ApplicationListener& application) {
     application_ = &application;
     SetForeground(true);
     if (options_.performance) {
-        const auto atEnd = options_.endsAfterPerformance ? PerformancePlayer::AtEnd::kEndProgram
-                                                         : PerformancePlayer::AtEnd::kGoOn;
-        performancePlayer_ = std::make_unique<PerformancePlayer>(*this, options_.performance, options_.screenshotFolder,
-                                                                 atEnd);
+        const auto atEnd =
+            options_.endsAfterPerformance ? PerformancePlayer::AtEnd::kEndProgram : PerformancePlayer::AtEnd::kGoOn;
+        performancePlayer_ =
+            std::make_unique<PerformancePlayer>(*this, options_.performance, options_.screenshotFolder, atEnd);
         performancePlayer_->Start();
     }
     backend_.GetLoopDriver().Run(*this);

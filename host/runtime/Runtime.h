@@ -25,10 +25,10 @@ struct RuntimeOptions {
     PixelSize screen{720, 1280};  ///< the phone's own pixels
     std::string language = "en";
     LanguageChoice languageChoice = LanguageChoice::kPreferred;
-    int ringtoneVolume = 11;                 ///< 0..15
-    bool isMicrophoneSimulated = false;      ///< the breath comes from files and performances, not from a device
-    std::optional<std::string> recordPath;   ///< a WAV file to write
-    std::optional<std::string> breathPath;   ///< a WAV file that the simulated microphone hears
+    int ringtoneVolume = 11;                ///< 0..15
+    bool isMicrophoneSimulated = false;     ///< the breath comes from files and performances, not from a device
+    std::optional<std::string> recordPath;  ///< a WAV file to write
+    std::optional<std::string> breathPath;  ///< a WAV file that the simulated microphone hears
     std::optional<std::string> tracePath;
     bool hasTraceTimers = false;
     std::string screenshotFolder = ".";

@@ -66,8 +66,8 @@ TEST(Options, ShowVersionAndHelp) {
     EXPECT_EQ(0, run.Start({"--version"}));
     EXPECT_EQ(0U, run.Output().find("brevant "));
     EXPECT_EQ(0, run.Start({"--help"}));
-    for (const char* option : {"--backend", "--screen", "--data", "--performance", "--breath", "--record", "--screenshots",
-                               "--trace", "--ringtone-volume", "--language", "--version", "--help"}) {
+    for (const char* option : {"--backend", "--screen", "--data", "--performance", "--breath", "--record",
+                               "--screenshots", "--trace", "--ringtone-volume", "--language", "--version", "--help"}) {
         EXPECT_NE(std::string::npos, run.Output().find(option)) << option;
     }
 }
@@ -115,7 +115,8 @@ TEST(PerformanceFile, IsRefusedWithItsLineAndAReason) {
 
 TEST(PerformanceFile, MayHaveCommentsRelativeTimesAndWindowsLineEnds) {
     ProgramRun run;
-    ASSERT_EQ(0, run.Play("\xEF\xBB\xBF# a tune\r\n\r\n100 breath 0.5 # soft\r\n+250 breath 0\t# none\n  +0.5 key back press\n+10 key back release\n"))
+    ASSERT_EQ(0, run.Play("\xEF\xBB\xBF# a tune\r\n\r\n100 breath 0.5 # soft\r\n+250 breath 0\t# none\n  +0.5 key back "
+                          "press\n+10 key back release\n"))
         << run.Errors();
     EXPECT_DOUBLE_EQ(360.5, run.ReadTrace("user-event", "sent").front()["ms"].get<double>());
 }
@@ -188,7 +189,9 @@ TEST(SettingsFile, IsWholeWheneverTheProgramIsKilled) {
     // Each return from setup writes three entries; the killer strikes somewhere among them.
     std::string performance = "2600 breath 0.5\n";
     for (int i = 0; i < 400; ++i) {
-        performance += "+100 tap IDC_BUTTON_MENU\n+200 tap IDC_BUTTON_SETUP\n+200 tap IDC_CHECK_AUTO_PLAY\n+100 tap IDC_BUTTON_CLOSE\n";
+        performance +=
+            "+100 tap IDC_BUTTON_MENU\n+200 tap IDC_BUTTON_SETUP\n+200 tap IDC_CHECK_AUTO_PLAY\n+100 tap "
+            "IDC_BUTTON_CLOSE\n";
     }
     run.Folder().Write("busy.performance", performance);
     const std::string data = run.Folder() / "data";
@@ -198,7 +201,8 @@ TEST(SettingsFile, IsWholeWheneverTheProgramIsKilled) {
         if (child == 0) {
             dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
             const std::string file = run.Folder() / "busy.performance";
-            execl(BREVANT_PROGRAM, BREVANT_PROGRAM, "--backend", "headless", "--data", data.c_str(), "--performance", file.c_str(), nullptr);
+            execl(BREVANT_PROGRAM, BREVANT_PROGRAM, "--backend", "headless", "--data", data.c_str(), "--performance",
+                  file.c_str(), nullptr);
             _exit(127);
         }
         // Strikes once the file has been replaced some number of times; how far that is differs from round to round.
@@ -224,7 +228,8 @@ TEST(SettingsFile, IsWholeWheneverTheProgramIsKilled) {
     }
     EXPECT_GT(struck, 0);
     // What a killed write left beside the file is gone after the next one.
-    ASSERT_EQ(0, run.Play("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_SETUP\n3600 tap IDC_BUTTON_CLOSE\n4000 quit\n"));
+    ASSERT_EQ(0,
+              run.Play("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_SETUP\n3600 tap IDC_BUTTON_CLOSE\n4000 quit\n"));
     EXPECT_EQ(1, std::distance(fs::directory_iterator(data), fs::directory_iterator()));
 }
 
@@ -234,10 +239,15 @@ TEST(Layout, ThatIsSpoiltIsRefusedWithFileAndLine) {
         const char* where;
     };
     const std::vector<Case> cases = {
-        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n<Label name=\"A\" bounds=\"0,0,1,1\">\n</Form>\n", "IDF_FORM.xml:"},
-        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n\n<Slider name=\"A\" bounds=\"0,0,1,1\"/>\n</Form>\n", "IDF_FORM.xml:3:"},
-        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n<Label name=\"A\" bounds=\"0,0,1\"/>\n</Form>\n", "IDF_FORM.xml:2:"},
-        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n<Label name=\"A\" bounds=\"0,0,1,1\" color=\"blue\"/>\n</Form>\n", "IDF_FORM.xml:2:"},
+        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n<Label name=\"A\" bounds=\"0,0,1,1\">\n</Form>\n",
+         "IDF_FORM.xml:"},
+        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n\n<Slider name=\"A\" bounds=\"0,0,1,1\"/>\n</Form>\n",
+         "IDF_FORM.xml:3:"},
+        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n<Label name=\"A\" bounds=\"0,0,1\"/>\n</Form>\n",
+         "IDF_FORM.xml:2:"},
+        {"<Form name=\"IDF_FORM\" design=\"720x1280\">\n<Label name=\"A\" bounds=\"0,0,1,1\" "
+         "color=\"blue\"/>\n</Form>\n",
+         "IDF_FORM.xml:2:"},
         {"", "IDF_FORM.xml"},
     };
     for (const Case& each : cases) {

@@ -85,7 +85,9 @@ void WriteBreath(const std::string& path, int beginMs, int endMs, int lengthMs) 
         random = random * 1664525U + 1013904223U;  // Numerical Recipes' quick generator, 2nd ed., 7.1
         smooth += (static_cast<double>(random) / 4294967296.0 - 0.5 - smooth) * 0.1;
         const bool isBlown = i >= FrameAt(beginMs) && i < FrameAt(endMs);
-        put(static_cast<std::uint16_t>(static_cast<std::int16_t>(isBlown ? std::clamp(smooth * 160000, -30000.0, 30000.0) : 0)), 2);
+        put(static_cast<std::uint16_t>(
+                static_cast<std::int16_t>(isBlown ? std::clamp(smooth * 160000, -30000.0, 30000.0) : 0)),
+            2);
     }
 }
 
@@ -114,7 +116,8 @@ TEST(Playing, SoundsTheNoteOfEachFingeringWhileABreathFileBlows) {
 }
 
 TEST(Playing, IsTheSameToTheByteOnEveryRun) {
-    const std::string performance = "1500 screenshot a.png\n" + Finger(kPlayMs, 5) + "3000 breath 0.5\n" + "3100.25 key KeyJ press\n" +
+    const std::string performance = "1500 screenshot a.png\n" + Finger(kPlayMs, 5) + "3000 breath 0.5\n" +
+                                    "3100.25 key KeyJ press\n" +
                                     "3200 screenshot b.png\n4000 breath 0\n4100 key back press\n+10 key back release\n";
     ProgramRun first;
     ProgramRun second;
@@ -134,10 +137,13 @@ TEST(Playing, ChangesTheToneAtOnceAndOnlyWhenFingersOrBreathChange) {
     ExpectTone(sound, 3200, 3480, {5, 0});
     ExpectTone(sound, 3700, 3980, {4, 3});
     ExpectTone(sound, 4200, 4900, {4, 4});
-    // Blowing, two fingers that go down one after the other and two keys lifted that were not down, then the third hole.
+    // Blowing, two fingers that go down one after the other and two keys lifted that were not down, then the third
+    // hole.
     std::vector<std::string> files;
     for (const auto& line : run.ReadTrace("player", "open")) files.push_back(line["file"]);
-    EXPECT_EQ((std::vector<std::string>{"ocarina_5_00.ogg", "ocarina_4_01.ogg", "ocarina_4_03.ogg", "ocarina_4_04.ogg"}), files);
+    EXPECT_EQ(
+        (std::vector<std::string>{"ocarina_5_00.ogg", "ocarina_4_01.ogg", "ocarina_4_03.ogg", "ocarina_4_04.ogg"}),
+        files);
     // The last voice before 4000 ms ends and the new one begins within one period of 256 frames.
     const auto change = Between(sound, 3990, 4020);
     EXPECT_TRUE(measure::FindGaps(change, kSilent, 20).empty());
@@ -164,8 +170,8 @@ TEST(Playing, SoundsWithoutBreathWhenAutomaticPlayIsOn) {
 
 TEST(Playing, FollowsTheRingtoneVolumeFromTheNextToneOn) {
     ProgramRun run;
-    ASSERT_EQ(0, run.Play("3000 breath 0.6\n3500 ringtone 15\n" + Finger(4000, 15) + "5000 ringtone 0\n" + Finger(5500, 0) +
-                          "6500 quit\n"));
+    ASSERT_EQ(0, run.Play("3000 breath 0.6\n3500 ringtone 15\n" + Finger(4000, 15) + "5000 ringtone 0\n" +
+                          Finger(5500, 0) + "6500 quit\n"));
     std::set<int> volumes;
     for (const auto& line : run.ReadTrace("player", "volume")) volumes.insert(line["value"].get<int>());
     EXPECT_EQ((std::set<int>{0, 72, 99}), volumes);
@@ -190,7 +196,8 @@ TEST(Playing, RepeatsTheRecordingWithoutAGapForAMinute) {
 
 TEST(Playing, RunsOnWhenADeviceIsLostAndPicksItUpAgain) {
     ProgramRun run;
-    ASSERT_EQ(0, run.Play(Finger(2900, 15) + "3000 breath 0.8\n4000 lose speaker\n5000 restore speaker\n6000 lose microphone\n"
+    ASSERT_EQ(0, run.Play(Finger(2900, 15) +
+                          "3000 breath 0.8\n4000 lose speaker\n5000 restore speaker\n6000 lose microphone\n"
                           "7000 restore microphone\n8000 lose speaker\n8100 restore speaker\n9000 quit\n"));
     const auto sound = run.ReadRecording();
     EXPECT_LT(LevelBetween(sound, 4020, 5000), measure::kSilenceDb + 1);
@@ -217,7 +224,56 @@ TEST(Playing, GoesOnWithSilenceForARecordingThatIsSpoilt) {
     ASSERT_EQ(0, run.Play(performance + "9000 quit\n")) << run.Errors();
     const auto sound = run.ReadRecording();
     for (const int silentMask : {0, 1, 2, 3}) {
-        EXPECT_LT(LevelBetween(sound, 4020 + silentMask * 1000, 4900 + silentMask * 1000), measure::kSilenceDb + 1) << silentMask;
+        EXPECT_LT(LevelBetween(sound, 4020 + silentMask * 1000, 4900 + silentMask * 1000), measure::kSilenceDb + 1)
+            << silentMask;
     }
     ExpectTone(sound, 8200, 8900, {4, 9});
+}
+
+TEST(Playing, ClicksAtNoChangeOfFingeringAndAtNoStartOrStop) {
+    constexpr int kHoldMs = 60;
+    constexpr double kMostOfATonesOwnStep = 1.5;
+    // Each tone by itself first, for its own largest step; then every change from each to each, at offsets in the wave
+    // that differ from change to change; then breath that comes and goes.
+    std::string performance = "2990 breath 0.9\n";
+    std::vector<std::pair<int, int>> changes;
+    int ms = kPlayMs;
+    for (int mask = 0; mask < kMasks; ++mask, ms += 1000) performance += Finger(ms, mask);
+    const int changesMs = ms;
+    for (int from = 0; from < kMasks; ++from) {
+        for (int to = 0; to < kMasks; ++to) {
+            if (from == to) continue;
+            performance += Finger(ms, from) + Finger(ms + kHoldMs + (from * 7 + to * 3) % 11, to);
+            changes.emplace_back(from, to);
+            ms += 2 * kHoldMs + 11;
+        }
+    }
+    const int tonguingMs = ms;
+    performance += Finger(ms, 15);
+    for (int i = 0; i < 40; ++i, ms += 157) {
+        performance += std::to_string(ms) + " breath 0.9\n" + std::to_string(ms + 90) + " breath 0\n";
+    }
+    ProgramRun run;
+    ASSERT_EQ(0, run.Play(performance + std::to_string(ms + 100) + " quit\n", {"--ringtone-volume", "15"}));
+    const auto sound = run.ReadRecording();
+
+    std::array<double, kMasks> own{};
+    for (int mask = 0; mask < kMasks; ++mask) {
+        own[static_cast<std::size_t>(mask)] =
+            measure::LargestStep(Between(sound, kPlayMs + mask * 1000 + 50, kPlayMs + mask * 1000 + 990));
+    }
+    const double largest = *std::max_element(own.begin(), own.end());
+    int before = kMasks - 1;
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        const auto [from, to] = changes[i];
+        const double begin = changesMs + static_cast<double>(i) * (2 * kHoldMs + 11);
+        const double allowed =
+            kMostOfATonesOwnStep * std::max({own[static_cast<std::size_t>(from)], own[static_cast<std::size_t>(to)],
+                                             own[static_cast<std::size_t>(before)]});
+        EXPECT_LE(measure::LargestStep(Between(sound, begin, begin + 2 * kHoldMs + 11)), allowed)
+            << from << " to " << to;
+        before = to;
+    }
+    EXPECT_LE(measure::LargestStep(Between(sound, tonguingMs, ms)), kMostOfATonesOwnStep * own[kMasks - 1]);
+    EXPECT_LT(largest, 0.2) << "full scale is far away";
 }

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "Tizen/App/UiApp.h"
 #include "support/ProgramRun.h"
+#include "support/TestPhone.h"
 
 namespace {
 
@@ -21,7 +23,8 @@ TEST(Splash, LastsTwoSecondsAndAFadeOrUntilTheBackKey) {
         double endMs;
     };
     // 5 ms until it is shown, 2000 ms at full brightness, 30 ms until the fade begins and 16 steps of 30 ms.
-    for (const Case& each : {Case{"3000 quit\n", 5 + 2000 + 30 * 16}, Case{"600 key back press\n700 key back release\n3000 quit\n", 700}}) {
+    for (const Case& each : {Case{"3000 quit\n", 5 + 2000 + 30 * 16},
+                             Case{"600 key back press\n700 key back release\n3000 quit\n", 700}}) {
         ProgramRun run;
         ASSERT_EQ(0, run.Play(each.performance));
         const auto removed = run.ReadTrace("form", "removed");
@@ -37,12 +40,26 @@ TEST(Splash, LastsTwoSecondsAndAFadeOrUntilTheBackKey) {
     }
 }
 
-TEST(Splash, IsLeftOnceWhenItsEndIsPostedTwice) {
-    ProgramRun run;
-    ASSERT_EQ(0, run.Play("100 key back press\n110 key back release\n110 key back press\n110 key back release\n1000 quit\n"));
-    std::size_t splashes = 0;
-    for (const auto& line : run.ReadTrace("form", "removed")) splashes += line["name"] == "IDF_FORM_SPLASH" ? 1 : 0;
-    EXPECT_EQ(1U, splashes);
+// A request can be posted again before the first is delivered: Close, then Back; the Back key, then the fade's end.
+TEST(PlayForm, TakesARepeatedRequestAsOne) {
+    constexpr long kRequests[] = {731, 771, 1001};
+    TestPhone phone;
+    Tizen::Ui::Controls::Form* playForm = nullptr;
+    const auto frame = [] { return Tizen::App::UiApp::GetInstance()->GetAppFrame(); };
+    phone.At(1, [&] { playForm = frame()->GetCurrentForm(); });
+    int looks = 0;
+    for (int i = 0; i < 3; ++i) {
+        phone.At(500 + i * 500, [&, i] {
+            for (int times = 0; times < 3; ++times) playForm->SendUserEvent(kRequests[2 - i], nullptr);
+        });
+        phone.At(700 + i * 500, [&] {
+            EXPECT_EQ(playForm, frame()->GetCurrentForm());
+            EXPECT_TRUE(playForm->GetShowState());
+            ++looks;
+        });
+    }
+    phone.RunOcarina(3000);
+    EXPECT_EQ(3, looks);
 }
 
 TEST(BackKey, EndsTheProgramFromThePlayScreenOnItsReleaseAlone) {
@@ -106,7 +123,9 @@ TEST(PhoneState, StopsTheMicrophoneInTheBackgroundAndWithTheScreenOff) {
 TEST(Menu, OpensHelpAndReturnsByConfirmAndByBack) {
     for (const char* close : {"4000 tap IDC_BUTTON_CONFIRM\n", "4000 key back press\n4000 key back release\n"}) {
         ProgramRun run;
-        ASSERT_EQ(0, run.Play(std::string("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_HELP\n") + close + "5000 quit\n")) << run.Errors();
+        ASSERT_EQ(0,
+                  run.Play(std::string("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_HELP\n") + close + "5000 quit\n"))
+            << run.Errors();
         EXPECT_EQ("", run.Errors());
         const auto shown = run.ReadTrace("popup", "shown");
         const auto destroyed = run.ReadTrace("popup", "destroyed");
@@ -127,9 +146,12 @@ TEST(Menu, OpensHelpAndReturnsByConfirmAndByBack) {
 
 TEST(Setup, StoresColoursAndAutomaticPlayForTheNextStart) {
     ProgramRun run;
-    ASSERT_EQ(0, run.Play("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_SETUP\n3600 tap IDC_CHECK_AUTO_PLAY\n"
-                          "3700 tap IDC_BUTTON_HOLE_COLOR\n3800 pick IDC_COLORPICKER #102030\n3900 tap IDC_BUTTON_BACK_COLOR\n"
-                          "4000 pick IDC_COLORPICKER #405060\n4100 tap IDC_BUTTON_CONFIRM\n4200 tap IDC_BUTTON_CLOSE\n5000 quit\n"))
+    ASSERT_EQ(
+        0,
+        run.Play(
+            "3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_SETUP\n3600 tap IDC_CHECK_AUTO_PLAY\n"
+            "3700 tap IDC_BUTTON_HOLE_COLOR\n3800 pick IDC_COLORPICKER #102030\n3900 tap IDC_BUTTON_BACK_COLOR\n"
+            "4000 pick IDC_COLORPICKER #405060\n4100 tap IDC_BUTTON_CONFIRM\n4200 tap IDC_BUTTON_CLOSE\n5000 quit\n"))
         << run.Errors();
     EXPECT_EQ("", run.Errors());
     std::vector<std::string> written;
@@ -147,11 +169,113 @@ TEST(Setup, StoresColoursAndAutomaticPlayForTheNextStart) {
 TEST(Setup, KeepsEverythingWhenTheColourPopupIsLeft) {
     for (const char* leave : {"4100 tap IDC_BUTTON_CANCEL\n", "4100 key back press\n4100 key back release\n"}) {
         ProgramRun run;
-        ASSERT_EQ(0, run.Play(std::string("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_SETUP\n3700 tap IDC_BUTTON_HOLE_COLOR\n"
-                                          "3800 pick IDC_COLORPICKER #102030\n") +
-                              leave + "4200 key back press\n4200 key back release\n5000 quit\n"))
+        ASSERT_EQ(
+            0,
+            run.Play(std::string("3000 tap IDC_BUTTON_MENU\n3300 tap IDC_BUTTON_SETUP\n3700 tap IDC_BUTTON_HOLE_COLOR\n"
+                                 "3800 pick IDC_COLORPICKER #102030\n") +
+                     leave + "4200 key back press\n4200 key back release\n5000 quit\n"))
             << run.Errors();
-        EXPECT_EQ("[Setup]\nHoleColor=255,194,48,255\nBackColor=226,100,111,255\nAutoPlay=0\n", run.Folder().Read("data/info.ini"));
+        EXPECT_EQ("[Setup]\nHoleColor=255,194,48,255\nBackColor=226,100,111,255\nAutoPlay=0\n",
+                  run.Folder().Read("data/info.ini"));
         EXPECT_EQ("IDF_FORM", run.ReadTrace("form", "current").back()["name"]);
     }
+}
+
+TEST(Screens, SurviveEveryUnusualSequence) {
+    constexpr const char* kToSetup = "2600 tap IDC_BUTTON_MENU\n+200 tap IDC_BUTTON_SETUP\n+300 ";
+    constexpr const char* kToHelp = "2600 tap IDC_BUTTON_MENU\n+200 tap IDC_BUTTON_HELP\n+300 ";
+    constexpr const char* kBack = "key back press\n+0 key back release\n";
+    struct Case {
+        const char* name;
+        std::string performance;
+        bool microphoneRuns;
+    };
+    const std::vector<Case> cases = {
+        {"a Back that was pressed on setup and lifted on the play screen",
+         kToSetup + std::string("key back press\n+10 tap IDC_BUTTON_CLOSE\n+200 key back release\n"), true},
+        {"two fingers on both colour buttons",
+         kToSetup +
+             std::string(
+                 "press IDC_BUTTON_BACK_COLOR\n+0 press IDC_BUTTON_HOLE_COLOR\n+50 release IDC_BUTTON_BACK_COLOR\n"
+                 "+0 release IDC_BUTTON_HOLE_COLOR\n+300 ") +
+             kBack + "+100 " + kBack,
+         true},
+        {"both menu buttons at once",
+         "2600 tap IDC_BUTTON_MENU\n+200 press IDC_BUTTON_HELP\n+0 press IDC_BUTTON_SETUP\n+50 release "
+         "IDC_BUTTON_HELP\n"
+         "+0 release IDC_BUTTON_SETUP\n+400 " +
+             std::string(kBack),
+         true},
+        {"background while help is open",
+         kToHelp + std::string("background\n+100 foreground\n+100 tap IDC_BUTTON_CONFIRM\n"), true},
+        {"background and screen off while setup is open",
+         kToSetup +
+             std::string("screen-off\n+50 background\n+50 foreground\n+50 screen-on\n+50 tap IDC_BUTTON_CLOSE\n"),
+         true},
+        {"automatic play newly on", kToSetup + std::string("tap IDC_CHECK_AUTO_PLAY\n+50 tap IDC_BUTTON_CLOSE\n"),
+         false},
+        {"holes held while the menu opens setup",
+         "2600 key KeyR press\n+0 breath 0.8\n+200 tap IDC_BUTTON_MENU\n+200 tap IDC_BUTTON_SETUP\n+300 key KeyR "
+         "release\n"
+         "+100 tap IDC_BUTTON_CLOSE\n+0 breath 0\n",
+         true},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.name);
+        ProgramRun run;
+        ASSERT_EQ(0, run.Play(each.performance + "+500 screenshot end.png\n+0 quit\n")) << run.Errors();
+        EXPECT_EQ("", run.Errors());
+        EXPECT_EQ("IDF_FORM", run.ReadTrace("form", "current").back()["name"]);
+        EXPECT_EQ(run.ReadTrace("popup", "shown").size(), run.ReadTrace("popup", "destroyed").size());
+        EXPECT_EQ(run.ReadTrace("form", "added").size(), run.ReadTrace("form", "removed").size() + 1);
+        bool isRunning = false;
+        const double end = TimeOf(run.ReadTrace("app", "terminating").front());
+        for (const auto& line : run.ReadTrace()) {
+            if (line["what"] != "microphone" || !line.value("ok", false) || TimeOf(line) >= end) continue;
+            if (line["event"] == "start") isRunning = true;
+            if (line["event"] == "stop") isRunning = false;
+        }
+        EXPECT_EQ(each.microphoneRuns, isRunning);
+    }
+}
+
+TEST(Screens, EndCleanlyWithAnythingOpen) {
+    for (const char* open :
+         {"tap IDC_BUTTON_HELP\n+300 ", "tap IDC_BUTTON_SETUP\n+300 ",
+          "tap IDC_BUTTON_SETUP\n+300 press IDC_BUTTON_HOLE_COLOR\n+10 release IDC_BUTTON_HOLE_COLOR\n+300 ",
+          "tap IDC_BUTTON_SETUP\n+20 "}) {
+        ProgramRun run;
+        ASSERT_EQ(0, run.Play(std::string("2600 tap IDC_BUTTON_MENU\n+200 ") + open + "quit\n"))
+            << open << run.Errors();
+        EXPECT_EQ("end", run.ReadTrace().back()["what"]);
+    }
+}
+
+TEST(Setup, OpensAHundredTimesAndLeavesNothingBehind) {
+    std::string performance = "2600 breath 0\n";
+    for (int i = 0; i < 100; ++i) {
+        performance += "+100 tap IDC_BUTTON_MENU\n+200 tap IDC_BUTTON_SETUP\n+300 tap IDC_BUTTON_CLOSE\n";
+    }
+    ProgramRun run;
+    ASSERT_EQ(0, run.Play(performance + "+100 quit\n")) << run.Errors();
+    // The play form, which stays, and the splash, then the setup form each time.
+    EXPECT_EQ(102U, run.ReadTrace("form", "added").size());
+    EXPECT_EQ(101U, run.ReadTrace("form", "removed").size());
+}
+
+TEST(Keyboard, ReachesEverythingWithoutATouch) {
+    const auto key = [](const char* code) {
+        return std::string("+60 key ") + code + " press\n+60 key " + code + " release\n";
+    };
+    // Menu, setup, automatic play, hole colour (its popup's first steps), then out again by Escape.
+    ProgramRun run;
+    ASSERT_EQ(0, run.Play("2600 breath 0\n" + key("Tab") + key("Enter") + key("Tab") + key("Tab") + key("Space") +
+                          "+300 breath 0\n" + key("Tab") + key("Space") + "+50 screenshot setup.png\n" + key("Escape") +
+                          "+300 breath 0\n" + key("Escape") + "+300 screenshot end.png\n+0 quit\n"))
+        << run.Errors();
+    std::vector<std::string> actions;
+    for (const auto& line : run.ReadTrace("control", "action")) actions.push_back(line["name"]);
+    ASSERT_GE(actions.size(), 3U);
+    EXPECT_EQ("IDC_BUTTON_MENU", actions[0]);
+    EXPECT_EQ("IDC_BUTTON_SETUP", actions[1]);
 }

@@ -34,7 +34,8 @@ std::unique_ptr<host::Surface> ReadPicture(host::CairoPainter& painter, const st
 
 int Difference(host::Rgba a, host::Rgba b) {
     const auto channel = [](int left, int right) { return std::abs(left - right); };
-    return std::max({channel(a.red, b.red), channel(a.green, b.green), channel(a.blue, b.blue), channel(a.alpha, b.alpha)});
+    return std::max(
+        {channel(a.red, b.red), channel(a.green, b.green), channel(a.blue, b.blue), channel(a.alpha, b.alpha)});
 }
 
 }  // namespace

@@ -43,10 +43,13 @@ int ProgramRun::Start(const std::vector<std::string>& arguments) {
 
 int ProgramRun::Play(const std::string& performance, const std::vector<std::string>& further) {
     folder_.Write("test.performance", performance);
-    std::vector<std::string> arguments = {"--backend",     "headless",           "--data",  folder_ / "data",
-                                          "--performance", folder_ / "test.performance", "--record",
-                                          folder_ / "recording.wav", "--trace", folder_ / "trace.jsonl",
-                                          "--screenshots", folder_.Path(), "--language", "en"};
+    std::vector<std::string> arguments = {"--backend",     "headless",
+                                          "--data",        folder_ / "data",
+                                          "--performance", folder_ / "test.performance",
+                                          "--record",      folder_ / "recording.wav",
+                                          "--trace",       folder_ / "trace.jsonl",
+                                          "--screenshots", folder_.Path(),
+                                          "--language",    "en"};
     arguments.insert(arguments.end(), further.begin(), further.end());
     return Start(arguments);
 }

@@ -10,8 +10,8 @@
 /// arguments say otherwise.
 class ProgramRun {
 public:
-    /// Installs program and package into the run's folder; what is started from now on is that program with that package
-    /// below "installed/share/brevant/", which a test may spoil.
+    /// Installs program and package into the run's folder; what is started from now on is that program with that
+    /// package below "installed/share/brevant/", which a test may spoil.
     void Install();
 
     /// Starts `brevant` with these arguments and waits for its end.

@@ -44,16 +44,15 @@ constexpr Tone kF{4, 5};
 constexpr Tone kG{4, 7};
 
 std::vector<Note> OdeToJoy() {
-    const std::vector<Note> opening = {{kE, 1, false}, {kE, 1, false}, {kF, 1, false}, {kG, 1, false}, {kG, 1, false},
-                                       {kF, 1, false}, {kE, 1, false}, {kD, 1, false}, {kC, 1, false}, {kC, 1, false},
-                                       {kD, 1, false}, {kE, 1, false}};
+    const std::vector<Note> opening = {{kE, 1, false}, {kE, 1, false}, {kF, 1, false}, {kG, 1, false},
+                                       {kG, 1, false}, {kF, 1, false}, {kE, 1, false}, {kD, 1, false},
+                                       {kC, 1, false}, {kC, 1, false}, {kD, 1, false}, {kE, 1, false}};
     const std::vector<Note> halfClose = {{kE, 1.5, false}, {kD, 0.5, false}, {kD, 2, true}};
     const std::vector<Note> fullClose = {{kD, 1.5, false}, {kC, 0.5, false}, {kC, 2, true}};
-    const std::vector<Note> middle = {{kD, 1, false},   {kD, 1, false}, {kE, 1, false},   {kC, 1, false},
-                                      {kD, 1, false},   {kE, 0.5, false}, {kF, 0.5, false}, {kE, 1, false},
-                                      {kC, 1, false},   {kD, 1, false}, {kE, 0.5, false}, {kF, 0.5, false},
-                                      {kE, 1, false},   {kD, 1, false}, {kC, 1, false},   {kD, 1, false},
-                                      {kLowG, 2, true}};
+    const std::vector<Note> middle = {
+        {kD, 1, false},   {kD, 1, false}, {kE, 1, false}, {kC, 1, false}, {kD, 1, false},   {kE, 0.5, false},
+        {kF, 0.5, false}, {kE, 1, false}, {kC, 1, false}, {kD, 1, false}, {kE, 0.5, false}, {kF, 0.5, false},
+        {kE, 1, false},   {kD, 1, false}, {kC, 1, false}, {kD, 1, false}, {kLowG, 2, true}};
     std::vector<Note> tune;
     for (const auto* part : {&opening, &halfClose, &opening, &fullClose, &middle, &opening, &fullClose}) {
         tune.insert(tune.end(), part->begin(), part->end());
@@ -126,7 +125,8 @@ void WriteBreath(const std::string& path, const std::vector<Slur>& slurs) {
         samples.push_back(static_cast<float>(Envelope(slurs[current], ms) * turbulence.Next()));
     }
     const auto count = static_cast<sf_count_t>(samples.size());
-    if (sf_writef_float(file.get(), samples.data(), count) != count) throw std::runtime_error(path + " cannot be written");
+    if (sf_writef_float(file.get(), samples.data(), count) != count)
+        throw std::runtime_error(path + " cannot be written");
 }
 
 void WritePerformance(const std::string& path, const std::vector<Note>& tune, std::vector<Slur>& slurs) {

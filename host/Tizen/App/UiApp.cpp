@@ -72,7 +72,8 @@ result UiApp::Execute(UiAppInstanceFactory pFactory, const Tizen::Base::Collecti
 
 result UiApp::AddFrame(const Frame& frame) {
     if (pFrame_ != nullptr) return E_OBJ_ALREADY_EXIST;
-    // The framework's signature promises no change, yet its contract is that the application owns the frame from here on.
+    // The framework's signature promises no change, yet its contract is that the application owns the frame from here
+    // on.
     pFrame_ = const_cast<Frame*>(&frame);
     return pFrame_->EnterApplication();
 }

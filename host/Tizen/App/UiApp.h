@@ -19,8 +19,8 @@ public:
     /// The running application, or null.
     static UiApp* GetInstance();
 
-    /// Makes the application, runs it until it ends and destroys it. The launcher has opened the phone around it before.
-    /// E_INVALID_ARG without a factory, E_FAILURE when it gives no application or that one refuses to start.
+    /// Makes the application, runs it until it ends and destroys it. The launcher has opened the phone around it
+    /// before. E_INVALID_ARG without a factory, E_FAILURE when it gives no application or that one refuses to start.
     static result Execute(UiAppInstanceFactory pFactory, const Tizen::Base::Collection::IList* pArguments);
 
     /// Takes the frame over and runs its OnInitializing. There is one frame: E_OBJ_ALREADY_EXIST for another.

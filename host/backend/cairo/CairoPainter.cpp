@@ -15,7 +15,7 @@ namespace host {
 namespace {
 
 // A picture of more than 16 Mpx is none of this program's; decoding it would take 64 MiB and more.
-constexpr std::int64_t kLargestPicturePixels = 16 * 1024 * 1024;
+constexpr std::int64_t kLargestPicturePixels = std::int64_t{16} * 1024 * 1024;
 
 /// The size that a PNG file's first chunk promises; empty when there is none (ISO/IEC 15948, 5.2 and 11.2.2).
 PixelSize PngSize(std::span<const std::byte> png) {

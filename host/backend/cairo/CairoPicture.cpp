@@ -12,7 +12,7 @@ namespace {
 // A picture is seldom on the screen at more than two sizes; the third is for the moment in which a window is resized.
 constexpr std::size_t kCopies = 3;
 // 64 MiB: beyond the largest screen there is, only an odd rectangle asks for more.
-constexpr std::int64_t kLargestCopyPixels = 16 * 1024 * 1024;
+constexpr std::int64_t kLargestCopyPixels = std::int64_t{16} * 1024 * 1024;
 
 PixelRows RowsOf(cairo_surface_t* image) {
     return {cairo_image_surface_get_data(image),

@@ -56,7 +56,8 @@ std::string FollowLinks(std::string path) {
         const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
         if (length <= 0) return {};
         target.resize(static_cast<std::size_t>(length));
-        path = target.front() == '/' ? target : FolderOf(path) + target;
+        if (target.front() != '/') target.insert(0, FolderOf(path));
+        path = target;
     }
     return {};
 }

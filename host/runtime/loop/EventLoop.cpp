@@ -8,8 +8,7 @@ void EventLoop::Post(std::function<void()> event) {
     posted_.push_back(std::move(event));
 }
 
-void EventLoop::PostTo(std::weak_ptr<const void> receiver, std::function<void()> event,
-                       std::function<void()> dropped) {
+void EventLoop::PostTo(std::weak_ptr<const void> receiver, std::function<void()> event, std::function<void()> dropped) {
     posted_.push_back([receiver = std::move(receiver), event = std::move(event), dropped = std::move(dropped)] {
         if (!receiver.expired()) {
             event();

@@ -11,8 +11,8 @@
 
 namespace host {
 
-/// Timers, posted events and news from other threads, one after another on the UI thread. Nothing nests: an event that a
-/// handler posts runs after that handler has returned.
+/// Timers, posted events and news from other threads, one after another on the UI thread. Nothing nests: an event that
+/// a handler posts runs after that handler has returned.
 class EventLoop {
 public:
     EventLoop(const Clock& clock, LoopDriver& driver) : clock_(clock), driver_(driver), now_(clock.Now()) {}
@@ -34,8 +34,8 @@ public:
     /// From any thread, without blocking or allocating. False when the queue is full and the news is lost.
     bool PostFromThread(const ThreadMessage& message) noexcept;
 
-    /// Everything that is due at `now`: news of other threads, then posted events before timers, in their order. Returns
-    /// early once `isEnding` has become true.
+    /// Everything that is due at `now`: news of other threads, then posted events before timers, in their order.
+    /// Returns early once `isEnding` has become true.
     void RunDue(Microseconds now, const bool& isEnding);
     /// As RunDue, but without the timers: what must be delivered before an input that comes in between.
     void RunPosted();

@@ -25,9 +25,9 @@ protected:
     ~ThreadMessageHandler() = default;
 };
 
-/// The one road from other threads to the UI thread: a bounded queue for many producers and one consumer, without locks.
-/// Each cell carries a turn number that says whether it is free for the producer or full for the consumer of that lap
-/// (Dmitry Vyukov, "Bounded MPMC queue", 1024cores.net, with its consumer side reduced to one thread).
+/// The one road from other threads to the UI thread: a bounded queue for many producers and one consumer, without
+/// locks. Each cell carries a turn number that says whether it is free for the producer or full for the consumer of
+/// that lap (Dmitry Vyukov, "Bounded MPMC queue", 1024cores.net, with its consumer side reduced to one thread).
 class ThreadQueue {
 public:
     static constexpr std::size_t kCapacity = 1024;

@@ -1,7 +1,6 @@
 #include "runtime/performance/Performance.h"
 
 #include <charconv>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -55,7 +54,8 @@ std::vector<std::string_view> SplitWords(std::string_view line) {
 std::string_view WithoutComment(std::string_view line, bool keepsColor) {
     for (std::size_t i = 0; i < line.size(); ++i) {
         if (line[i] != '#' || (i > 0 && !IsBlank(line[i - 1]))) continue;
-        const bool isColor = keepsColor && i + 1 < line.size() && std::isxdigit(static_cast<unsigned char>(line[i + 1]));
+        const bool isColor =
+            keepsColor && i + 1 < line.size() && std::isxdigit(static_cast<unsigned char>(line[i + 1]));
         if (isColor) {
             keepsColor = false;
             continue;
@@ -125,7 +125,7 @@ Microseconds ParseTime(std::string_view word) {
         isGood = !decimals.empty() && decimals.size() <= kDecimalsOfMillisecond &&
                  decimals.find_first_not_of("0123456789") == std::string::npos;
         decimals.resize(kDecimalsOfMillisecond, '0');
-        if (isGood) rest = std::atoi(decimals.c_str());
+        std::from_chars(decimals.data(), decimals.data() + decimals.size(), rest);
     }
     if (!isGood) throw Malformed("a line begins with a time in milliseconds such as 2600 or +250, not " + Quoted(word));
     return milliseconds * kMicrosecondsPerMillisecond + rest;
@@ -156,8 +156,10 @@ using Words = std::vector<std::string_view>;
 PointF OptionalFraction(const Words& words) {
     constexpr std::size_t kFractionX = 2;
     if (words.size() == kFractionX) return {0.5, 0.5};
-    if (words.size() != kFractionX + 2) throw Malformed(std::string(words[0]) + " takes a control's name and no or two fractions");
-    return {NumberWithin(words[kFractionX], 0, 1, "a fraction"), NumberWithin(words[kFractionX + 1], 0, 1, "a fraction")};
+    if (words.size() != kFractionX + 2)
+        throw Malformed(std::string(words[0]) + " takes a control's name and no or two fractions");
+    return {NumberWithin(words[kFractionX], 0, 1, "a fraction"),
+            NumberWithin(words[kFractionX + 1], 0, 1, "a fraction")};
 }
 
 void ExpectWords(const Words& words, std::size_t count, const char* form) {

@@ -61,9 +61,9 @@ struct ScreenshotAction {
 };
 struct QuitAction {};
 
-using PerformanceAction = std::variant<TouchAction, PressAction, ReleaseAction, TapAction, KeyAction, BreathAction,
-                                       RingtoneAction, PickAction, StateAction, DeviceAction, ScreenshotAction,
-                                       QuitAction>;
+using PerformanceAction =
+    std::variant<TouchAction, PressAction, ReleaseAction, TapAction, KeyAction, BreathAction, RingtoneAction,
+                 PickAction, StateAction, DeviceAction, ScreenshotAction, QuitAction>;
 
 /// What a player and the world around the phone do, and when: a performance file after reading. Plain data, any thread.
 class Performance {

@@ -90,10 +90,18 @@ void PerformancePlayer::Do(const PickAction& action, int line) {
 
 void PerformancePlayer::Do(const StateAction& action, int) {
     switch (action.change) {
-        case StateChange::kBackground: runtime_.SetForeground(false); break;
-        case StateChange::kForeground: runtime_.SetForeground(true); break;
-        case StateChange::kScreenOff: runtime_.SetScreenOn(false); break;
-        case StateChange::kScreenOn: runtime_.SetScreenOn(true); break;
+        case StateChange::kBackground:
+            runtime_.SetForeground(false);
+            break;
+        case StateChange::kForeground:
+            runtime_.SetForeground(true);
+            break;
+        case StateChange::kScreenOff:
+            runtime_.SetScreenOn(false);
+            break;
+        case StateChange::kScreenOn:
+            runtime_.SetScreenOn(true);
+            break;
     }
 }
 

@@ -126,7 +126,10 @@ SettingsDocument::Outcome SettingsDocument::Find(std::string_view section, std::
 SettingsDocument::Outcome SettingsDocument::AddSection(std::string_view section) {
     if (!IsSectionName(section)) return Outcome::kInvalid;
     if (HasSection(section)) return Outcome::kExists;
-    InsertLine(text_.size(), "[" + std::string(section) + "]");
+    std::string line(1, '[');
+    line.append(section);
+    line += ']';
+    InsertLine(text_.size(), line);
     return Outcome::kDone;
 }
 

@@ -18,7 +18,7 @@ namespace host {
 class SimulatedMicrophone final : public Microphone {
 public:
     explicit SimulatedMicrophone(EventLoop& loop) : loop_(loop) {}
-    ~SimulatedMicrophone();
+    ~SimulatedMicrophone() override;
     SimulatedMicrophone(const SimulatedMicrophone&) = delete;
     SimulatedMicrophone& operator=(const SimulatedMicrophone&) = delete;
 
