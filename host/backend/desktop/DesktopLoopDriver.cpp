@@ -2,15 +2,25 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
-#include <thread>
 
 #include "backend/desktop/EndSignals.h"
+#include "backend/desktop/SdlWait.h"
+#include "backend/desktop/X11Wait.h"
 
 namespace host {
 
+DesktopLoopDriver::DesktopLoopDriver(const Clock& clock, DesktopWindow& window, DesktopSpeaker& speaker,
+                                     DesktopMicrophone& microphone)
+    : clock_(clock),
+      window_(window),
+      speaker_(speaker),
+      microphone_(microphone),
+      wait_(X11Wait::Create(clock, window)) {
+    if (!wait_) wait_ = std::make_unique<SdlWait>(clock);
+}
+
 void DesktopLoopDriver::Run(LoopClient& client) {
-    EndSignals endSignals(wakeThread_);
+    EndSignals endSignals(*wait_);
     while (!client.HasEnded()) {
         HandleEvents();
         if (endSignals.TakeArrival()) window_.RequestClose();
@@ -20,16 +30,16 @@ void DesktopLoopDriver::Run(LoopClient& client) {
         isWoken_.exchange(false, std::memory_order_acq_rel);
         const Microseconds due = client.RunStep(clock_.Now());
         if (client.HasEnded()) return;
-        WaitUntil(std::min(due, tendDue));
+        wait_->SleepUntil(std::min(due, tendDue));
     }
 }
 
 void DesktopLoopDriver::Wake() noexcept {
-    if (!isWoken_.exchange(true, std::memory_order_acq_rel)) wakeThread_.Wake();
+    if (!isWoken_.exchange(true, std::memory_order_acq_rel)) wait_->Wake();
 }
 
 void DesktopLoopDriver::HandleEvents() {
-    SDL_PumpEvents();
+    wait_->Collect();
     constexpr int kAtOnce = 32;
     std::array<SDL_Event, kAtOnce> events;
     int count = 0;
@@ -48,21 +58,6 @@ void DesktopLoopDriver::HandleEvents() {
         }
     }
     window_.FinishEvents();
-}
-
-void DesktopLoopDriver::WaitUntil(Microseconds due) {
-    constexpr Microseconds kLongestWait = 60 * kMicrosecondsPerSecond;
-    while (!isWoken_.load(std::memory_order_acquire)) {
-        const Microseconds rest = std::min(due - clock_.Now(), kLongestWait);
-        if (rest <= 0) return;
-        // SDL waits in milliseconds. The part of one that is left is slept: an event can wait that long, and a timer
-        // that is late by it every time would be out of step.
-        if (rest < kMicrosecondsPerMillisecond) {
-            std::this_thread::sleep_for(std::chrono::microseconds(rest));
-            return;
-        }
-        if (SDL_WaitEventTimeout(nullptr, static_cast<int>(rest / kMicrosecondsPerMillisecond)) != 0) return;
-    }
 }
 
 }  // namespace host

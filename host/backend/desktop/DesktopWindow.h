@@ -28,6 +28,8 @@ public:
     void Present(std::span<const PixelRect> damage) override;
     [[nodiscard]] Microseconds FrameInterval() const override { return frameInterval_; }
 
+    /// Null while it is closed.
+    [[nodiscard]] SDL_Window* Handle() const { return window_.get(); }
     /// Takes an event of SDL's queue; those that are none of a window's are passed over.
     void HandleEvent(const SDL_Event& event);
     /// To be called when the queue is empty: what many events tell in vain but the last is told now, and once.

@@ -6,7 +6,7 @@ namespace host {
 
 std::atomic<EndSignals*> EndSignals::current_{nullptr};
 
-EndSignals::EndSignals(WakeThread& wakeThread) : wakeThread_(wakeThread) {
+EndSignals::EndSignals(DisplayWait& wait) : wait_(wait) {
     current_.store(this, std::memory_order_release);
     struct sigaction action {};
     action.sa_handler = Handle;
@@ -27,7 +27,7 @@ void EndSignals::Handle(int /*signal*/) noexcept {
     const int error = errno;
     if (EndSignals* const self = current_.load(std::memory_order_acquire)) {
         self->hasArrived_.store(true, std::memory_order_release);
-        self->wakeThread_.Wake();
+        self->wait_.Wake();
     }
     errno = error;
 }

@@ -5,7 +5,7 @@
 #include <array>
 #include <atomic>
 
-#include "backend/desktop/WakeThread.h"
+#include "backend/desktop/DisplayWait.h"
 
 namespace host {
 
@@ -14,7 +14,7 @@ namespace host {
 /// time, UI thread.
 class EndSignals {
 public:
-    explicit EndSignals(WakeThread& wakeThread);
+    explicit EndSignals(DisplayWait& wait);
     ~EndSignals();
     EndSignals(const EndSignals&) = delete;
     EndSignals& operator=(const EndSignals&) = delete;
@@ -29,7 +29,7 @@ private:
 
     static std::atomic<EndSignals*> current_;
 
-    WakeThread& wakeThread_;
+    DisplayWait& wait_;
     std::atomic<bool> hasArrived_{false};
     std::array<struct sigaction, kSignals.size()> before_{};
 };

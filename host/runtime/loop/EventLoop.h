@@ -15,7 +15,7 @@ namespace host {
 /// a handler posts runs after that handler has returned.
 class EventLoop {
 public:
-    EventLoop(const Clock& clock, LoopDriver& driver) : clock_(clock), driver_(driver), now_(clock.Now()) {}
+    EventLoop(const Clock& clock, LoopDriver& driver) : driver_(driver), now_(clock.Now()) {}
 
     /// The time of the current step. It stands still within a step, so that timers that expire together and are started
     /// again in their handlers go on expiring together.
@@ -50,7 +50,6 @@ public:
 private:
     void DeliverThreadMessages();
 
-    const Clock& clock_;
     LoopDriver& driver_;
     Microseconds now_;
     TimerQueue timers_;
