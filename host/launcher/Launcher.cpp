@@ -6,6 +6,7 @@
 #include <string>
 #include <system_error>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "backend/Backend.h"
@@ -67,6 +68,19 @@ std::string ReasonAgainstFolder(const std::string& folder, const char* option) {
     return {};
 }
 
+bool TakesScreenshots(const Performance& performance) {
+    for (const Performance::Step& step : performance.Steps()) {
+        if (std::holds_alternative<ScreenshotAction>(step.action)) return true;
+    }
+    return false;
+}
+
+bool MakeFolder(const std::string& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    return fs::is_directory(folder, error);
+}
+
 }  // namespace
 
 int Launch(int argc, char* argv[], EntryPoint entryPoint) {
@@ -98,6 +112,9 @@ int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     if (options.performance) {
         runtimeOptions.performance = Performance::Load(*options.performance, problem);
         if (!runtimeOptions.performance) return Refuse(problem);
+        if (TakesScreenshots(*runtimeOptions.performance) && !MakeFolder(options.screenshots)) {
+            return Refuse(options.screenshots + ": the folder for the screenshots cannot be made");
+        }
     }
 
     const BackendEntry* entry = FindBackend(options.backend);

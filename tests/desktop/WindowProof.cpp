@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -182,6 +183,7 @@ TEST_F(WindowProof, NamesKeysByTheirPositions) {
 
 TEST_F(WindowProof, TakesASignalToEndForARequest) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        std::signal(signal, SIG_DFL);  // nohup and a shell's background jobs hand it on ignored, and it stays so.
         news_.closeRequests = 0;
         bool isRaised = false;
         EXPECT_TRUE(RunUntil([&] {
@@ -226,6 +228,60 @@ TEST_F(WindowProof, SleepsUntilItIsDueOrWokenByAnotherThread) {
     EXPECT_GE(client.napEnd, client.firstDue);
     // A step for each millisecond of the nap would be a loop that spins.
     EXPECT_LT(client.stepsAtNapEnd, 20);
+}
+
+/// Sleeps for good from its first step on, in which it does something, until it is told to end.
+class SleepingClient final : public LoopClient {
+public:
+    SleepingClient(const std::function<void()>& first, const std::function<bool()>& isDone)
+        : first_(first), isDone_(isDone) {}
+
+    Microseconds RunStep(Microseconds /*now*/) override {
+        if (!hasBegun_) first_();
+        hasBegun_ = true;
+        return kNever;
+    }
+    [[nodiscard]] bool HasEnded() const override { return hasBegun_ && isDone_(); }
+
+private:
+    const std::function<void()>& first_;
+    const std::function<bool()>& isDone_;
+    bool hasBegun_ = false;
+};
+
+TEST_F(WindowProof, LearnsInItsSleepWhatHasComeByAnyWay) {
+    XScreen screen(kTitle);
+    std::thread other;
+    struct Case {
+        const char* way;
+        std::function<void()> first;
+        std::function<bool()> isDone;
+    };
+    // If one were lost, the test's own time would run out.
+    const Case cases[] = {
+        {"from the server", [&] { other = std::thread([&] {
+                                      screen.Resize({400, 600});
+                                  }); },
+         [&] { return news_.resizes == 1; }},
+        {"read by Xlib while the program draws",
+         [&] {
+             screen.Resize({410, 610});
+             backend_->GetWindow().Present(std::vector<PixelRect>{{0, 0, 100, 100}});
+         },
+         [&] { return news_.resizes == 2; }},
+        {"from another thread, without the server",
+         [&] { other = std::thread([] { PushFinger(SDL_FINGERDOWN, 7, 1, 0.5F, 0.5F); }); },
+         [&] { return news_.touches.size() == 1; }},
+        {"from a signal", [&] { other = std::thread([] { std::raise(SIGTERM); }); },
+         [&] { return news_.closeRequests == 1; }},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.way);
+        SleepingClient client(row.first, row.isDone);
+        backend_->GetLoopDriver().Run(client);
+        if (other.joinable()) other.join();
+    }
+    EXPECT_EQ(backend_->GetWindow().Size(), (PixelSize{410, 610}));
 }
 
 TEST(DisplayProof, IsUnavailableWhereTheDisplayOfTheEnvironmentCannotBeReached) {

@@ -13,9 +13,10 @@ finish() {
 }
 trap finish EXIT
 
-# The server picks a free display and says which as soon as it listens.
+# The server picks a free display and says which as soon as it listens. Left to itself it starts anew whenever its last
+# client has gone, and refuses the next one that comes meanwhile.
 mkfifo "$folder/display"
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$folder/display" 2>"$folder/log" &
+Xvfb -displayfd 3 -noreset -screen 0 1280x1024x24 -nolisten tcp 3>"$folder/display" 2>"$folder/log" &
 server=$!
 if ! read -r -t 30 number <"$folder/display"; then
     cat "$folder/log" >&2

@@ -9,6 +9,7 @@
 #include "backend/cairo/CairoSurface.h"
 #include "backend/cairo/PangoFonts.h"
 #include "backend/cairo/PangoText.h"
+#include "backend/cairo/PngFile.h"
 
 namespace host {
 
@@ -113,7 +114,7 @@ std::unique_ptr<TextLayout> CairoPainter::CreateText(std::string_view utf8, cons
 
 bool CairoPainter::WritePng(const Surface& surface, const std::string& path) {
     const auto& own = static_cast<const CairoSurface&>(surface);
-    return cairo_surface_write_to_png(own.Image(), path.c_str()) == CAIRO_STATUS_SUCCESS;
+    return WritePngFile(own.Image(), path);
 }
 
 }  // namespace host

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "backend/cairo/CairoPicture.h"
+#include "backend/cairo/CairoPixel.h"
 #include "backend/cairo/PangoText.h"
 
 namespace host {
@@ -206,19 +207,7 @@ Rgba CairoSurface::PixelAt(int x, int y) const {
         cairo_image_surface_get_data(image_.get()) + std::ptrdiff_t{y} * cairo_image_surface_get_stride(image_.get());
     std::uint32_t pixel = 0;
     std::memcpy(&pixel, row + std::ptrdiff_t{x} * static_cast<std::ptrdiff_t>(sizeof pixel), sizeof pixel);
-
-    constexpr std::uint32_t kChannel = 0xff;
-    constexpr int kAlphaShift = 24;
-    constexpr int kRedShift = 16;
-    constexpr int kGreenShift = 8;
-    const bool isOpaque = cairo_image_surface_get_format(image_.get()) == CAIRO_FORMAT_RGB24;
-    const std::uint32_t alpha = isOpaque ? kChannel : pixel >> kAlphaShift;
-    if (alpha == 0) return {};
-    const auto straight = [&](int shift) {
-        return static_cast<std::uint8_t>(
-            std::min(kChannel, ((pixel >> shift & kChannel) * kChannel + alpha / 2) / alpha));
-    };
-    return {straight(kRedShift), straight(kGreenShift), straight(0), static_cast<std::uint8_t>(alpha)};
+    return StraightPixel(pixel, cairo_image_surface_get_format(image_.get()) == CAIRO_FORMAT_RGB24);
 }
 
 void CairoSurface::Fill(Rgba color) {
