@@ -35,7 +35,7 @@ std::string FindPackageRoot() {
 
 std::string DefaultDataFolder() {
     const std::string data = Environment("XDG_DATA_HOME");
-    // "All paths set in these environment variables must be absolute", XDG Base Directory Specification 0.8.
+    // "All paths set in these environment variables must be absolute": freedesktop.org, XDG base directories 0.8.
     if (!data.empty() && data.front() == '/') return data + "/brevant/";
     return Environment("HOME") + "/.local/share/brevant/";
 }

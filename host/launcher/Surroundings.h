@@ -9,7 +9,7 @@ namespace host {
 /// The package's folder with a separator at its end: beside the program where it is installed, else that of the source
 /// tree. Empty when there is none.
 [[nodiscard]] std::string FindPackageRoot();
-/// $XDG_DATA_HOME/brevant/, or what the XDG Base Directory Specification puts in its place.
+/// $XDG_DATA_HOME/brevant/, or what freedesktop.org's XDG base directories put in its place.
 [[nodiscard]] std::string DefaultDataFolder();
 /// The two letters of the locale's language, "en" where it has none.
 [[nodiscard]] std::string LocaleLanguage();

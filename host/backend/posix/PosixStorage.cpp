@@ -21,7 +21,7 @@ namespace host {
 
 namespace {
 
-constexpr mode_t kNewFolderMode = 0700;  // As the XDG Base Directory Specification asks for.
+constexpr mode_t kNewFolderMode = 0700;  // As freedesktop.org's base directories ask for.
 constexpr mode_t kPermissionBits = 07777;
 constexpr int kMostLinks = 40;  // As many as Linux follows.
 // A file in the making is `.NAME.new-` and six letters of mkstemp's, in the folder of the file that it will replace.

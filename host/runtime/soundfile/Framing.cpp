@@ -50,8 +50,8 @@ constexpr unsigned kPageIsLast = 4;
 constexpr unsigned kFullSegment = 255;
 constexpr std::size_t kLongestHeaderBytes = kPageHeaderBytes + kFullSegment;
 
-// A Vorbis stream's three header packets have an odd first byte, its sound packets an even one: "Vorbis I
-// specification", 4.2.1 and 4.3.1.
+// A Vorbis stream's three header packets have an odd first byte, its sound packets an even one (Xiph.Org,
+// "Vorbis I", 4.2.1 and 4.3.1).
 constexpr int kVorbisHeaderPackets = 3;
 constexpr std::string_view kVorbisTag = "\x01vorbis";
 
