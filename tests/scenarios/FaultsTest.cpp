@@ -115,8 +115,9 @@ TEST(PerformanceFile, IsRefusedWithItsLineAndAReason) {
 
 TEST(PerformanceFile, MayHaveCommentsRelativeTimesAndWindowsLineEnds) {
     ProgramRun run;
-    ASSERT_EQ(0, run.Play("\xEF\xBB\xBF# a tune\r\n\r\n100 breath 0.5 # soft\r\n+250 breath 0\t# none\n  +0.5 key back "
-                          "press\n+10 key back release\n"))
+    ASSERT_EQ(
+        0, run.Play("\xEF\xBB\xBF# a tune\r\n\r\n100 breath 0.5 #add a pick\r\n+250 breath 0\t# none\n  +0.5 key back "
+                    "press\n+10 key back release\n"))
         << run.Errors();
     EXPECT_DOUBLE_EQ(360.5, run.ReadTrace("user-event", "sent").front()["ms"].get<double>());
 }

@@ -17,7 +17,6 @@ namespace {
 
 constexpr int kLastFinger = 9;
 constexpr int kLoudestRingtone = 15;
-constexpr std::size_t kMostWords = 6;
 constexpr std::size_t kDecimalsOfMillisecond = 3;
 constexpr std::int64_t kLongestMilliseconds = 24LL * 60 * 60 * 1000;
 
@@ -50,19 +49,15 @@ std::vector<std::string_view> SplitWords(std::string_view line) {
     return words;
 }
 
-// A comment starts at a # that begins a word, so that a colour's # is none.
-std::string_view WithoutComment(std::string_view line, bool keepsColor) {
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] != '#' || (i > 0 && !IsBlank(line[i - 1]))) continue;
-        const bool isColor =
-            keepsColor && i + 1 < line.size() && std::isxdigit(static_cast<unsigned char>(line[i + 1]));
-        if (isColor) {
-            keepsColor = false;
-            continue;
-        }
-        return line.substr(0, i);
+// A comment starts at a # that begins a word, where the line does not ask for a colour.
+void CutComment(std::vector<std::string_view>& words) {
+    constexpr std::size_t kColorOfPick = 3;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const bool isColor = i == kColorOfPick && words[1] == "pick";
+        if (words[i].front() != '#' || isColor) continue;
+        words.resize(i);
+        return;
     }
-    return line;
 }
 
 // A decimal number without an exponent, as people write them. Locales have no say here.
@@ -268,9 +263,9 @@ const std::map<std::string_view, ActionParser>& ActionParsers() {
 
 // One line's step, or nothing for a line without an action. `previous` is the time of the line before.
 std::optional<Performance::Step> ParseLine(std::string_view line, Microseconds previous) {
-    const Words all = SplitWords(WithoutComment(line, line.find("pick") != std::string_view::npos));
+    Words all = SplitWords(line);
+    CutComment(all);
     if (all.empty()) return std::nullopt;
-    if (all.size() > kMostWords) throw Malformed("too many words: " + Quoted(all[kMostWords]));
 
     Performance::Step step;
     const bool isRelative = all[0].front() == '+';
