@@ -38,8 +38,6 @@ public:
     void Prepare(int rate, int periodFrames);
     /// Frames of the ramp with which every tone starts and ends: 5 ms, rounded down.
     [[nodiscard]] std::size_t RampFrames() const noexcept { return ramp_.size() - 1; }
-    /// How far ahead of its coming an end is reported.
-    [[nodiscard]] std::size_t LeadFrames() const noexcept { return leadFrames_; }
 
     /// The commands' road, whose producer is the desk.
     [[nodiscard]] SpscRing<MixCommand>& Commands() noexcept { return commands_; }
