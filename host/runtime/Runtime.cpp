@@ -135,9 +135,11 @@ Microseconds Runtime::RunStep(Microseconds now) {
     loop_.RunDue(now, isEndRequested_);
     if (isEndRequested_) {
         if (!hasEnded_) End();
+        trace_.Flush();
         return kNever;
     }
     const Microseconds nextFrame = screen_->ComposeIfDue(now);
+    trace_.Flush();
     return std::min(nextFrame, loop_.NextDue());
 }
 

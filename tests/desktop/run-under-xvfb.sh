@@ -91,6 +91,8 @@ size_is() {
 device() { echo $(($1 * WIDTH / phone_width)); }
 shot() { xwd -silent -id "$window" -out "$folder/$1.xwd"; }
 color() { convert "$folder/$1.xwd" -format "%[pixel:p{$2,$3}]" info:; }
+# The splash form has been composed.
+shows_its_splash() { sed '1,/"current","name":"IDF_FORM_SPLASH"/d' "$folder/trace" | grep -q '"what":"frame"'; }
 # shows_splash NAME: that shot is of the splash picture.
 shows_splash() {
     local difference
@@ -98,20 +100,22 @@ shows_splash() {
     difference=$(compare -metric RMSE "$folder/$1.xwd" "$folder/intro.png" null: 2>&1 || true)
     awk -F'[()]' '{ exit !($2 < 0.03) }' <<<"$difference"
 }
-# The splash fades away; the play screen is there when nothing changes any more and a hole stands out from the ground.
-on_screen_is_play() {
-    local crop
-    crop="$(device 720)x$(device 900)+0+$(device 300)"
-    shot before
-    shot now
-    [ "$(color now "$(device $hole_x)" "$(device $hole_y)")" != "$(color now "$(device 360)" "$(device 784)")" ] &&
-        compare -metric AE "$folder/before.xwd[$crop]" "$folder/now.xwd[$crop]" null:
-}
+# mark: what is told from now on is news.
+mark() { told=$(wc -l <"$folder/trace"); }
+# has_told PATTERN: a line of the trace since the mark matches it.
+has_told() { tail -n "+$((told + 1))" "$folder/trace" | grep -q -- "$1"; }
+# has_told_after FIRST THEN: as has_told, and a later line matches THEN.
+has_told_after() { tail -n "+$((told + 1))" "$folder/trace" | sed "1,/$1/d" | grep -q -- "$2"; }
+# The play screen is current before and after the splash, and there when it has been composed after that.
+plays() { sed '1,/"current","name":"IDF_FORM_SPLASH"/d' "$folder/trace" | sed '1,/"current","name":"IDF_FORM"/d' | grep -q '"what":"frame"'; }
+# opens NOTE: the recording of that note, as the last thing that the player did, is opened and played.
+opens() { has_told_after "\"file\":\"ocarina_$1.ogg\"" '"event":"play"'; }
 
 played_bytes() { stat -c %s "$folder/played"; }
 # has_played FROM BYTES: so many bytes have been played since the file had FROM.
 has_played() { [ "$(played_bytes)" -ge $(($1 + $2)) ]; }
-# Listens for half a second, a quarter of a second from now: writes loudness (the peak) and pitch in Hz.
+# Listens for half a second, a quarter of a second from now: writes loudness (the peak) and pitch in Hz. What the program
+# tells of a tone is ahead of what the device has played by a few periods.
 listen() {
     local from length=$((rate * frame_bytes / 2))
     from=$(($(played_bytes) / frame_bytes * frame_bytes + rate * frame_bytes / 4))
@@ -132,14 +136,15 @@ listen() {
             printf "%.4f %.1f\n", peak, rate / 4 / lag
         }'
 }
-# sounds WHAT HZ: that pitch, within less than half a semitone, is to be heard.
+# sounds WHAT NOTE HZ: since the mark that note was begun, and that pitch, within less than half a semitone, is to be heard.
 sounds() {
     local peak pitch
+    until_true "the tone of $1" opens "$2"
     read -r peak pitch < <(listen)
-    awk -v peak="$peak" -v pitch="$pitch" -v hz="$2" \
+    awk -v peak="$peak" -v pitch="$pitch" -v hz="$3" \
         'BEGIN { exit !(peak > 0.02 && pitch > hz / 1.025 && pitch < hz * 1.025) }' ||
-        fail "$1 should sound at $2 Hz, but is $pitch Hz with a peak of $peak"
-    passed "$1 sounds at $2 Hz: $pitch Hz, peak $peak"
+        fail "$1 should sound at $3 Hz, but is $pitch Hz with a peak of $peak"
+    passed "$1 sounds at $3 Hz: $pitch Hz, peak $peak"
 }
 is_silent() {
     local peak pitch
@@ -162,54 +167,61 @@ mouse_to() { xdotool mousemove --window "$window" "$(device "$1")" "$(device "$2
 head -c 960000 /dev/urandom >"$folder/breath"
 
 start SDL_DISKAUDIOFILEIN="$folder/breath"
-# The splash stays for two seconds: first the shots, then a look at them.
-for ((number = 0; number < 20; ++number)); do
-    shot "early$number"
-    sleep 0.05
-done
+# The splash stands for two seconds from its first frame on: first the shots, then a look at them.
+until_true "the splash" shows_its_splash
+for ((number = 0; number < 5; ++number)); do shot "early$number"; done
 convert "$root/res/images/intro01.png" -resize "${WIDTH}x${HEIGHT}!" "$folder/intro.png"
 while ! shows_splash "early$((--number))"; do
     [ "$number" -gt 0 ] || fail "no splash picture was on the screen"
 done
 passed "the splash picture is on the screen"
 mouse_to 360 300 # Between the holes.
-until_true "the play screen" on_screen_is_play
+told=0
+until_true "the play screen" plays
 until_true "the keyboard's focus" has_focus
 passed "the play screen follows it"
 
 # The open instrument, one hole by a key, one more by the mouse, and back.
-sounds "no hole covered" 523.25
+sounds "no hole covered" 5_00 523.25
 shot open
+mark
 xdotool keydown r
-sounds "the top left hole covered by a key" 277.18
-hole_has_grown || fail "the covered hole looks like an open one"
+sounds "the top left hole covered by a key" 4_01 277.18
+until_true "the covered hole's growth" hole_has_grown
 passed "the covered hole has grown"
 mouse_to $low_left_x $low_left_y
+mark
 xdotool mousedown 1
-sounds "both holes at the left covered by key and mouse" 349.23
+sounds "both holes at the left covered by key and mouse" 4_05 349.23
+mark
 xdotool keyup r
-sounds "the low left hole covered by the mouse" 440.00
+sounds "the low left hole covered by the mouse" 4_09 440.00
+mark
 xdotool windowsize "$window" 400 700
 until_true "the new size" size_is 400 700
+until_true "the play screen in the new size" has_told '"what":"frame".*"damage":\[0,0,400,700\]'
+mark
 xdotool mouseup 1
 mouse_to 360 300
-until_true "the play screen in the new size" on_screen_is_play
-sounds "no hole covered in a smaller window" 523.25
+sounds "no hole covered in a smaller window" 5_00 523.25
 xdotool key Escape
 ends_well "the back key"
 
 start SDL_DISKAUDIOFILEIN="$folder/no such microphone"
 mouse_to 360 300
-until_true "the play screen" on_screen_is_play
+until_true "the play screen" plays
 until_true "the keyboard's focus" has_focus
 is_silent "the ocarina without a microphone"
 shot open
+mark
 xdotool keydown r
 # Seen before there is breath: a wrong tone is then no lost key.
 until_true "the hole under its key" hole_has_grown
 xdotool keydown space
-sounds "the top left hole with the space bar as breath" 277.18
+sounds "the top left hole with the space bar as breath" 4_01 277.18
+mark
 xdotool keyup space
+until_true "the tone's end" has_told '"event":"close"'
 is_silent "the ocarina after the breath"
 xdotool keyup r
 kill -TERM "$program"

@@ -1,6 +1,7 @@
 #include "runtime/trace/Trace.h"
 
 #include <array>
+#include <utility>
 
 namespace host {
 
@@ -47,6 +48,10 @@ bool Trace::Open(const std::string& path, Timers timers) {
     return IsOn();
 }
 
+void Trace::Flush() {
+    if (std::exchange(hasUnflushed_, false)) std::fflush(file_.get());
+}
+
 Trace::Record::Record(Trace* trace, std::string_view what) : trace_(trace) {
     if (trace_ == nullptr) return;
     line_ = "{\"ms\":";
@@ -62,6 +67,7 @@ Trace::Record::~Record() {
     if (trace_ == nullptr) return;
     line_ += "}\n";
     std::fwrite(line_.data(), 1, line_.size(), trace_->file_.get());
+    trace_->hasUnflushed_ = true;
 }
 
 void Trace::Record::Member(std::string_view member) {

@@ -19,6 +19,8 @@ public:
     enum class Timers { kOmitted, kIncluded };
     /// False when the file cannot be made.
     [[nodiscard]] bool Open(const std::string& path, Timers timers);
+    /// Hands the lines so far to the file, so that they can be read even if the program is killed.
+    void Flush();
     [[nodiscard]] bool IsOn() const noexcept { return file_ != nullptr; }
     [[nodiscard]] bool HasTimers() const noexcept { return IsOn() && timers_ == Timers::kIncluded; }
 
@@ -58,6 +60,7 @@ private:
 
     const EventLoop& loop_;
     std::unique_ptr<std::FILE, FileCloser> file_;
+    bool hasUnflushed_ = false;
     Timers timers_ = Timers::kOmitted;
 };
 
