@@ -21,7 +21,8 @@ extern "C" __attribute__((visibility("default"))) int OspMain(int argc, char* ar
     ArrayList arguments(SingleObjectDeleter);
     arguments.Construct(ARGUMENT_CAPACITY);
     for (int i = 0; i < argc; ++i) {
-        arguments.Add(new (std::nothrow) String(argv[i]));
+        String* pArgument = new (std::nothrow) String(argv[i]);
+        if (arguments.Add(pArgument) != E_SUCCESS) delete pArgument;
     }
     return static_cast<int>(UiApp::Execute(BrevantApp::CreateInstance, &arguments));
 }

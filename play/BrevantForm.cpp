@@ -8,13 +8,13 @@
 #include "Tizen/Graphics/Rectangle.h"
 #include "Tizen/Ui/Container.h"
 #include "Tizen/Ui/Controls/Frame.h"
-#include "app/FormSplash.h"
 #include "play/FingeringTable.h"
 #include "setup/FormSetup.h"
 #include "setup/PopupHelp.h"
 #include "shared/JLib.h"
 #include "shared/RequestIds.h"
 #include "shared/ResourceIds.h"
+#include "splash/FormSplash.h"
 
 using namespace Tizen::App;
 using namespace Tizen::Base;
@@ -37,7 +37,7 @@ const wchar_t* SETTING_FIRST_BLOW = L"FirstBlow";
 const Color DEFAULT_BACK_COLOR(226, 100, 111, 255);
 const Color DEFAULT_HOLE_COLOR(255, 194, 48, 255);
 
-// Just below the middle of the microphone's range, which is silence, and the level of one step above it.
+// One below the midpoint 128, which is silence; LEVEL_PER_SAMPLE is 1/128.
 const int SILENT_PEAK = 127;
 const float LEVEL_PER_SAMPLE = 0.0078125f;
 const float BREATH_THRESHOLD = 0.2f;

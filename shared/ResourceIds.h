@@ -1,9 +1,8 @@
 #pragma once
 
-// Every layout, control and text of the package is named by a text that is its own name.
+// Every layout, control and text of the package is named by a constant whose value is its own name.
 
-// The layouts stand in the program's dynamic symbol table and may be written, so that whoever loads the program can put
-// others in their place.
+// The four layout names are exported and writable so that a loader can substitute its own.
 #define BREVANT_EXPORTED __attribute__((visibility("default")))
 
 extern BREVANT_EXPORTED const wchar_t* IDF_FORM;

@@ -17,8 +17,8 @@ const int SILENCE_HIGHEST = 130;
 const int SAMPLE_VALUES = 256;
 const float CROSSING_RATE_DIVISOR = 0.12727273f;
 
-// On which side of silence a sample lies, as bits. A sample in the dead zone lies on neither, and leaves standing what
-// the samples before it said; any other takes that away.
+// On which side of silence a sample lies, as bits. A sample in the dead zone keeps the previous side; any other
+// replaces it.
 const unsigned SIDE_LOW = 1;
 const unsigned SIDE_HIGH = 2;
 const unsigned SIDE_BOTH = SIDE_LOW | SIDE_HIGH;

@@ -29,7 +29,7 @@ public:
     void Play(int octave, int semitone);
     void Play();
     Tizen::Base::String GetFileName() const;
-    /// Plays a file of the package's recordings.
+    /// Plays a file of the package's data folder, in the place of the tone that sounds.
     void PlayFile(const Tizen::Base::String& fileName);
     void Stop();
     /// Gives the phone's player back; nothing sounds any more.

@@ -14,8 +14,8 @@ forbid() {
     failures=$((failures + 1))
 }
 
-forbid "app shared ui sound play setup" "backend/|runtime/|launcher/" "the ocarina sees nothing of the host but Tizen/"
-forbid "app shared ui sound play setup" "SDL|cairo|pango|sndfile|samplerate|pugixml|CLI" "the ocarina uses no library"
+forbid "app splash shared ui sound play setup" "backend/|runtime/|launcher/" "the ocarina sees nothing of the host but Tizen/"
+forbid "app splash shared ui sound play setup" "SDL|cairo|pango|sndfile|samplerate|pugixml|CLI" "the ocarina uses no library"
 forbid "host/Tizen/*.h" "backend/|runtime/" "the framework's headers show nothing of what stands behind them"
 forbid "host/Tizen" "backend/[a-z]+/" "the framework knows no back end"
 forbid "host/runtime" "backend/[a-z]+/|Tizen/|launcher/" "the runtime knows neither a back end nor the framework"

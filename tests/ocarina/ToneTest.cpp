@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -83,13 +84,24 @@ TEST(ScreenMetrics, FollowTheScreen) {
     EXPECT_EQ(36, JLib::__fontSizeNormal);
 }
 
-TEST(Fingering, GivesEveryMaskItsOwnToneAndTheOpenOneAloneOctaveFive) {
-    for (int mask = 0; mask < 16; ++mask) {
-        EXPECT_EQ(mask == 0, kFingeringTable[mask].octave == 5);
-        for (int other = 0; other < mask; ++other) {
-            EXPECT_FALSE(kFingeringTable[mask].octave == kFingeringTable[other].octave &&
-                         kFingeringTable[mask].semitone == kFingeringTable[other].semitone);
-        }
+TEST(Fingering, GivesEveryMaskItsTone) {
+    struct Row {
+        const char* covered;  // the holes top left, top right, bottom left, bottom right
+        int octave;
+        int semitone;
+    };
+    // In the order of the masks: the top left hole counts 1, the bottom right one 8.
+    const Row rows[] = {
+        {"....", 5, 0}, {"x...", 4, 1}, {".x..", 4, 11}, {"xx..", 4, 3}, {"..x.", 4, 9}, {"x.x.", 4, 5},
+        {".xx.", 4, 8}, {"xxx.", 4, 4}, {"...x", 4, 10}, {"x..x", 3, 9}, {".x.x", 3, 7}, {"xx.x", 3, 11},
+        {"..xx", 4, 7}, {"x.xx", 4, 2}, {".xxx", 4, 6},  {"xxxx", 4, 0},
+    };
+    ASSERT_EQ(std::size(kFingeringTable), std::size(rows));
+    for (const Row& row : rows) {
+        std::size_t mask = 0;
+        for (int hole = 0; hole < 4; ++hole) mask |= row.covered[hole] == 'x' ? 1U << hole : 0U;
+        EXPECT_EQ(row.octave, kFingeringTable[mask].octave) << row.covered;
+        EXPECT_EQ(row.semitone, kFingeringTable[mask].semitone) << row.covered;
     }
 }
 

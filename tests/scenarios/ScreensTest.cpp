@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Tizen/App/UiApp.h"
+#include "splash/FormSplash.h"
 #include "support/ProgramRun.h"
 #include "support/TestPhone.h"
 
@@ -38,6 +39,17 @@ TEST(Splash, LastsTwoSecondsAndAFadeOrUntilTheBackKey) {
         EXPECT_DOUBLE_EQ(5, TimeOf(current[1]));
         EXPECT_EQ("IDF_FORM", current[2]["name"]);
     }
+}
+
+TEST(Splash, ShowsAnImageAlsoBeforeItIsInitialised) {
+    TestPhone phone;
+    phone.At(10, [] {
+        FormSplash splash;
+        EXPECT_TRUE(splash.Initialize(nullptr));
+        splash.ShowIntroImage(0);
+        EXPECT_EQ(nullptr, splash.GetParent());
+    });
+    phone.RunEmpty(50);
 }
 
 // A request can be posted again before the first is delivered: Close, then Back; the Back key, then the fade's end.

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cwchar>
+#include <new>
 #include <string_view>
 #include <vector>
 
@@ -80,7 +81,11 @@ void AppendUtf8(std::string& out, std::uint32_t code) {
 
 String::String(const char* pText) {
     std::string_view rest = pText == nullptr ? std::string_view() : std::string_view(pText);
-    text_.reserve(rest.size());
+    try {
+        text_.reserve(rest.size());
+    } catch (const std::bad_alloc&) {
+        return;
+    }
     while (!rest.empty()) {
         std::size_t taken = 0;
         text_ += static_cast<wchar_t>(DecodeFirst(rest, taken));

@@ -12,7 +12,8 @@ namespace Base {
 class String : public Object {
 public:
     String() = default;
-    /// UTF-8 up to the NUL; a null pointer is the empty text.
+    /// UTF-8 up to the NUL; a null pointer is the empty text. Without memory for it the text is empty: an entry point
+    /// that must not throw makes its arguments with this.
     String(const char* pText);
     /// A null pointer is the empty text.
     String(const wchar_t* pText);

@@ -1,6 +1,7 @@
 #include "Tizen/Base/Collection/ArrayList.h"
 
 #include <cstddef>
+#include <new>
 
 namespace Tizen {
 namespace Base {
@@ -8,7 +9,11 @@ namespace Collection {
 
 result ArrayList::Construct(int capacity) {
     if (capacity < 0) return E_INVALID_ARG;
-    objects_.reserve(static_cast<std::size_t>(capacity));
+    try {
+        objects_.reserve(static_cast<std::size_t>(capacity));
+    } catch (const std::bad_alloc&) {
+        return E_OUT_OF_MEMORY;
+    }
     return E_SUCCESS;
 }
 
@@ -24,7 +29,11 @@ const Object* ArrayList::GetAt(int index) const {
 
 result ArrayList::Add(Object* pObject) {
     if (pObject == nullptr) return E_INVALID_ARG;
-    objects_.push_back(pObject);
+    try {
+        objects_.push_back(pObject);
+    } catch (const std::bad_alloc&) {
+        return E_OUT_OF_MEMORY;
+    }
     return E_SUCCESS;
 }
 

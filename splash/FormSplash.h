@@ -21,7 +21,7 @@ public:
 
     /// `pOwner` is told REQUEST_SPLASH_DONE, possibly more than once; null for the form's parent. Always true.
     bool Initialize(Tizen::Ui::Control* pOwner);
-    /// Counts from 0. Requests no redraw.
+    /// `index` counts from 0. Requests no redraw. Before the form is initialised the image is shown without its timing.
     void ShowIntroImage(int index);
 
     result OnInitializing() override;

@@ -1,4 +1,4 @@
-#include "app/FormSplash.h"
+#include "splash/FormSplash.h"
 
 #include "Tizen/Base/String.h"
 #include "Tizen/Graphics/Canvas.h"
@@ -23,6 +23,11 @@ const int FADE_STEP = 16;
 const int SHADE_NONE = 0;
 const int SHADE_FULL = 255;
 const int ID_SKIP = 101;
+
+// Without effect before the form is initialised, when there are no timers yet.
+void StartTimer(Timer* pTimer, int ms) {
+    if (pTimer != nullptr) pTimer->Start(ms);
+}
 
 Timer* CreateTimer(ITimerEventListener& listener) {
     Timer* pTimer = new Timer();
@@ -69,10 +74,10 @@ void FormSplash::ShowIntroImage(int index) {
     __pBitmapIntro = JLib::GetBitmapN(name);
     if (__isFadeIn) {
         __shadeAlpha = SHADE_FULL;
-        __pTimerFadeIn->Start(FADE_STEP_MS);
+        StartTimer(__pTimerFadeIn, FADE_STEP_MS);
     } else {
         __shadeAlpha = SHADE_NONE;
-        __pTimerHold->Start(HOLD_MS);
+        StartTimer(__pTimerHold, HOLD_MS);
     }
 }
 
@@ -109,17 +114,17 @@ void FormSplash::OnTimerExpired(Timer& timer) {
         __shadeAlpha -= FADE_STEP;
         if (__shadeAlpha < SHADE_NONE) {
             __shadeAlpha = SHADE_NONE;
-            __pTimerHold->Start(HOLD_MS);
+            StartTimer(__pTimerHold, HOLD_MS);
         } else {
-            __pTimerFadeIn->Start(FADE_STEP_MS);
+            StartTimer(__pTimerFadeIn, FADE_STEP_MS);
         }
         RequestRedraw(true);
     } else if (&timer == __pTimerHold) {
-        __pTimerFadeOut->Start(FADE_STEP_MS);
+        StartTimer(__pTimerFadeOut, FADE_STEP_MS);
     } else if (&timer == __pTimerFadeOut) {
         __shadeAlpha += FADE_STEP;
         if (__shadeAlpha <= SHADE_FULL) {
-            __pTimerFadeOut->Start(FADE_STEP_MS);
+            StartTimer(__pTimerFadeOut, FADE_STEP_MS);
             RequestRedraw(true);
             return;
         }
