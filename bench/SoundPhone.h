@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "backend/headless/HeadlessBackend.h"
+#include "backend/mix/LocalSpeaker.h"
 #include "runtime/Runtime.h"
 #include "support/TemporaryFolder.h"
 
@@ -31,7 +32,7 @@ public:
     /// the period.
     bool RunPeriod() {
         std::array<float, kPeriodFrames> frames{};
-        backend_.client->Pull(frames);
+        backend_.speaker.Pull(frames);
         now_ += kPeriodFrames * host::kMicrosecondsPerSecond / kRate;
         runtime_->GetLoop().RunDue(now_, kIsEnding);
         return std::any_of(frames.begin(), frames.end(), [](float frame) { return frame != 0; });
@@ -48,28 +49,30 @@ public:
 private:
     static constexpr bool kIsEnding = false;
 
-    struct ByHand final : host::Backend, host::Speaker, host::LoopDriver {
+    struct Speaker final : host::LocalSpeaker {
+        void Open(host::SpeakerClient& client) override { StartMix(client, kRate, kPeriodFrames); }
+        void Close() noexcept override { StopMix(); }
+        [[nodiscard]] int Rate() const noexcept override { return kRate; }
+        [[nodiscard]] int PeriodFrames() const noexcept override { return kPeriodFrames; }
+        [[nodiscard]] std::uint64_t Underruns() const noexcept override { return 0; }
+    };
+
+    struct ByHand final : host::Backend, host::LoopDriver {
         explicit ByHand(const host::BackendOptions& options) : headless(host::CreateHeadlessBackend(options)) {}
 
         host::Clock& GetClock() override { return headless->GetClock(); }
         host::LoopDriver& GetLoopDriver() override { return *this; }
         host::Window& GetWindow() override { return headless->GetWindow(); }
         host::Painter& GetPainter() override { return headless->GetPainter(); }
-        host::Speaker& GetSpeaker() override { return *this; }
+        host::Speaker& GetSpeaker() override { return speaker; }
         host::Microphone& GetMicrophone() override { return headless->GetMicrophone(); }
         host::Storage& GetStorage() override { return headless->GetStorage(); }
 
         void Run(host::LoopClient&) override {}
         void Wake() noexcept override {}
 
-        void Open(host::SpeakerClient& opened) override { client = &opened; }
-        void Close() noexcept override { client = nullptr; }
-        [[nodiscard]] int Rate() const noexcept override { return kRate; }
-        [[nodiscard]] int PeriodFrames() const noexcept override { return kPeriodFrames; }
-        [[nodiscard]] std::uint64_t Underruns() const noexcept override { return 0; }
-
         std::unique_ptr<host::Backend> headless;
-        host::SpeakerClient* client = nullptr;
+        Speaker speaker;
     };
 
     TemporaryFolder data_;

@@ -32,7 +32,8 @@ class TimingClient final : public SpeakerClient {
 public:
     explicit TimingClient(const Clock& clock) : clock_(clock) {}
 
-    void Pull(std::span<float> frames) noexcept override {
+    void OnSpeakerNews() noexcept override {}
+    void OnFramesPlayed(std::span<const float> frames) noexcept override {
         pulls.push_back(clock_.Now());
         isWhole = isWhole && frames.size() == 256;
         onPull();

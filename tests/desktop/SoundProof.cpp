@@ -1,6 +1,7 @@
 #include <SDL.h>
 
 #include <atomic>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -16,22 +17,21 @@ namespace {
 
 using namespace host;
 
-/// Plays the numbers from 1 on, so that a missing or a doubled frame shows.
-class CountingClient final : public SpeakerClient {
+constexpr std::uint32_t kClipFrames = 1U << 20U;  // some 20 s
+constexpr float kStep = 1.0F / kClipFrames;
+
+class PlayingClient final : public SpeakerClient {
 public:
-    void Pull(std::span<float> frames) noexcept override {
-        for (float& frame : frames) frame = static_cast<float>(++last_);
-        lastPulled.store(last_);
-    }
+    void OnSpeakerNews() noexcept override {}
     void OnSpeakerLost() noexcept override { ++losses; }
     void OnSpeakerRestored() noexcept override { ++restorations; }
+    void OnFramesPlayed(std::span<const float> frames) noexcept override {
+        framesPlayed += static_cast<std::int64_t>(frames.size());
+    }
 
-    std::atomic<std::int64_t> lastPulled{0};
-    std::atomic<int> losses{0};
-    std::atomic<int> restorations{0};
-
-private:
-    std::int64_t last_ = 0;
+    std::atomic<std::int64_t> framesPlayed{0};
+    int losses = 0;
+    int restorations = 0;
 };
 
 class HearingClient final : public MicrophoneClient {
@@ -73,8 +73,18 @@ protected:
         return frames;
     }
 
+    /// Plays a clip whose frames count upwards, so that a missing or a doubled one shows.
+    void PlayCounting(Speaker& speaker) {
+        for (std::size_t i = 0; i < counting_.size(); ++i) counting_[i] = kStep * static_cast<float>(i + 1);
+        speaker.HandOver(0, {kClipFrames}, counting_.data());
+        const MixCommand commands[] = {{MixCommand::Kind::kClipReady, kNoVoice, 0, kClipFrames},
+                                       {MixCommand::Kind::kStart, 1, 0, 0, 1}};
+        EXPECT_EQ(speaker.Send(commands), std::size(commands));
+    }
+
     TemporaryFolder folder_;
-    CountingClient speakerClient_;
+    std::vector<float> counting_ = std::vector<float>(kClipFrames);
+    PlayingClient speakerClient_;
     HearingClient microphoneClient_;
 };
 
@@ -83,24 +93,25 @@ TEST_F(SoundProof, PlaysEveryFrameOnceAndNoneAfterTheClose) {
     Set("SDL_DISKAUDIOFILE", folder_ / "played");
     Speaker& speaker = backend_->GetSpeaker();
     speaker.Open(speakerClient_);
+    PlayCounting(speaker);
     EXPECT_EQ(speaker.PeriodFrames(), 256);
     EXPECT_GT(speaker.Rate(), 0);
     const std::int64_t wanted = 20 * speaker.PeriodFrames();
-    ASSERT_TRUE(RunUntil([&] { return speakerClient_.lastPulled >= wanted; }));
+    ASSERT_TRUE(RunUntil([&] { return speakerClient_.framesPlayed >= wanted; }));
     speaker.Close();
-    const std::int64_t last = speakerClient_.lastPulled;
+    const std::int64_t framesPlayed = speakerClient_.framesPlayed;
     int rounds = 0;
     ASSERT_TRUE(RunUntil([&] { return ++rounds > 10; }));
-    EXPECT_EQ(speakerClient_.lastPulled, last);
+    EXPECT_EQ(speakerClient_.framesPlayed, framesPlayed);
     EXPECT_EQ(speakerClient_.losses, 0);
 
-    // The device begins with silence, until it is told to run.
-    std::vector<float> played = Played();
-    std::size_t first = 0;
-    while (first < played.size() && played[first] == 0) ++first;
-    ASSERT_GE(played.size() - first, static_cast<std::size_t>(wanted));
-    for (std::size_t i = first; i < played.size(); ++i) {
-        ASSERT_EQ(played[i], static_cast<float>(i - first + 1)) << i;
+    // The device begins with silence, until it is told to run, and the tone with its ramp.
+    const std::vector<float> played = Played();
+    const auto last = static_cast<std::int64_t>(std::lround(played.back() / kStep));
+    ASSERT_GE(last, wanted - 2 * speaker.PeriodFrames());
+    const auto risen = last - speaker.Rate() / 100;
+    for (std::int64_t i = 0; i < risen; ++i) {
+        ASSERT_EQ(played[played.size() - 1 - static_cast<std::size_t>(i)], kStep * static_cast<float>(last - i)) << i;
     }
 }
 
@@ -109,17 +120,19 @@ TEST_F(SoundProof, GoesOnPullingWhenTheDeviceIsLostAndPlaysOnTheNextOne) {
     Set("SDL_DISKAUDIOFILE", "/dev/full");  // A device that fails as soon as something is written.
     Speaker& speaker = backend_->GetSpeaker();
     speaker.Open(speakerClient_);
+    PlayCounting(speaker);
     const int rate = speaker.Rate();
     ASSERT_TRUE(RunUntil([&] { return speakerClient_.losses == 1; }));
-    const std::int64_t atLoss = speakerClient_.lastPulled;
+    const std::int64_t atLoss = speakerClient_.framesPlayed;
     Set("SDL_DISKAUDIOFILE", folder_ / "played");
-    EXPECT_TRUE(RunUntil([&] { return speakerClient_.lastPulled > atLoss + 4 * speaker.PeriodFrames(); }));
+    EXPECT_TRUE(RunUntil([&] { return speakerClient_.framesPlayed > atLoss + 4 * speaker.PeriodFrames(); }));
     ASSERT_TRUE(RunUntil([&] { return speakerClient_.restorations == 1; }));
     EXPECT_EQ(speaker.Rate(), rate);
-    const std::int64_t atRestoration = speakerClient_.lastPulled;
-    EXPECT_TRUE(RunUntil([&] { return speakerClient_.lastPulled > atRestoration + 4 * speaker.PeriodFrames(); }));
+    const std::int64_t atRestoration = speakerClient_.framesPlayed;
+    EXPECT_TRUE(RunUntil([&] { return speakerClient_.framesPlayed > atRestoration + 4 * speaker.PeriodFrames(); }));
     speaker.Close();
-    EXPECT_EQ(Played().back(), static_cast<float>(speakerClient_.lastPulled));
+    // The tone has gone on in time meanwhile.
+    EXPECT_GE(Played().back(), kStep * static_cast<float>(atRestoration - atLoss));
 }
 
 TEST_F(SoundProof, PullsInTimeWithoutAnyDevice) {
@@ -129,7 +142,7 @@ TEST_F(SoundProof, PullsInTimeWithoutAnyDevice) {
     speaker.Open(speakerClient_);
     EXPECT_EQ(speakerClient_.losses, 1);
     const int periods = 20;
-    ASSERT_TRUE(RunUntil([&] { return speakerClient_.lastPulled >= periods * speaker.PeriodFrames(); }));
+    ASSERT_TRUE(RunUntil([&] { return speakerClient_.framesPlayed >= periods * speaker.PeriodFrames(); }));
     const Microseconds least = (periods - 2) * kMicrosecondsPerSecond * speaker.PeriodFrames() / speaker.Rate();
     EXPECT_GE(backend_->GetClock().Now() - start, least);
     EXPECT_EQ(speaker.Underruns(), 0U);

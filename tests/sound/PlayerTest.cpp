@@ -61,20 +61,19 @@ std::size_t FirstDifference(std::span<const float> heard, std::span<const float>
 TEST(Player, AllowsInEachStateWhatItsTableSays) {
     struct Row {
         PlayerPhase phase;
-        const char* way;  // o(pen), p(lay), s(top), h(old), c(lose), e(nd of clip)
+        const char* way;  // o(pen), p(lay), s(top), c(lose), e(nd of clip)
         const char* allowed;
     };
     constexpr Row kRows[] = {
         {PlayerPhase::kInitialized, "", "o"},   {PlayerPhase::kOpened, "o", "psc"},
-        {PlayerPhase::kPlaying, "op", "shc"},   {PlayerPhase::kPaused, "oph", "psc"},
-        {PlayerPhase::kPlaying, "ophp", "shc"}, {PlayerPhase::kStopped, "ops", "pc"},
+        {PlayerPhase::kPlaying, "op", "sc"},    {PlayerPhase::kStopped, "ops", "pc"},
         {PlayerPhase::kStopped, "os", "pc"},    {PlayerPhase::kEndOfClip, "ope", "psc"},
         {PlayerPhase::kClosed, "opsc", "o"},    {PlayerPhase::kClosed, "opc", "o"},
         {PlayerPhase::kOpened, "opsco", "psc"},
     };
     const std::vector<PlayerPhase> phaseAfter = {PlayerPhase::kOpened, PlayerPhase::kPlaying, PlayerPhase::kStopped,
-                                                 PlayerPhase::kPaused, PlayerPhase::kClosed};
-    const std::string operations = "opshc";
+                                                 PlayerPhase::kClosed};
+    const std::string operations = "opsc";
     for (const Row& row : kRows) {
         for (std::size_t i = 0; i < operations.size(); ++i) {
             Rig rig;
@@ -86,7 +85,6 @@ TEST(Player, AllowsInEachStateWhatItsTableSays) {
                 if (operation == 'o') return player.Open(path, ClipPlayer::OpenMode::kAtOnce);
                 if (operation == 'p') return player.Play();
                 if (operation == 's') return player.Stop();
-                if (operation == 'h') return player.Pause();
                 if (operation == 'c') return player.Close();
                 rig.Hear(40);
                 return PlayerOutcome::kDone;
@@ -308,6 +306,23 @@ TEST(Player, RepeatsAsOftenAsItIsAnsweredThenEndsOrStops) {
     }
 }
 
+TEST(Player, RisesAndFallsWithinAClipThatIsShorterThanItsRamps) {
+    for (const std::size_t length : {1U, 2U, 100U, 219U, 220U, 300U, 441U}) {
+        Rig rig;
+        TestPlayer user(rig);
+        user.repeats = 0;
+        user.Change(WriteClip(rig, "clip.wav", std::vector<float>(length, 0.5F)));
+        rig.RunDue();
+        const auto heard = rig.Hear(4);
+        const auto peak = static_cast<std::size_t>(std::max_element(heard.begin(), heard.end()) - heard.begin());
+        EXPECT_NEAR(static_cast<double>(peak), static_cast<double>(length - 1) / 2, length > 440 ? 2 : 1) << length;
+        EXPECT_GT(heard[peak], 0);
+        EXPECT_LE(LargestStep(heard), 0.5 * 3.15 / 2 / kRamp) << length;
+        EXPECT_TRUE(IsSilent(From(heard, length)));
+        EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kEndOfClip);
+    }
+}
+
 TEST(Player, IsSilentWhileTheAnswerIsLateAndThenBeginsAnew) {
     Rig rig;
     const auto frames = Counting(6000);
@@ -334,20 +349,6 @@ TEST(Player, IsSilentWhileTheAnswerIsLateAndThenBeginsAnew) {
         rig.Hear(4);
         EXPECT_EQ(other.ends, 0);
     }
-    // One that comes while the player pauses waits.
-    TestPlayer other(rig);
-    user.Silence();
-    other.Change(path);
-    rig.HearLate(12);
-    other.player->Pause();
-    rig.Hear(40);
-    EXPECT_EQ(other.ends, 0);
-    EXPECT_TRUE(IsSilent(rig.Hear(2)));
-    other.player->Play();
-    const auto resumed = rig.Hear(60);
-    EXPECT_GE(other.ends, 2);
-    // At most the ramp lies between what was heard before the pause and after it.
-    EXPECT_NEAR(static_cast<double>(resumed[kRamp]), (12 * 256 + 2 * kRamp) / 32767.0, 2e-4);
 }
 
 TEST(Player, ResamplesSoThatTheRepeatIsSeamless) {
@@ -436,9 +437,9 @@ TEST(Player, GoesOnInTimeWhileTheSpeakerIsLost) {
         TestPlayer user(rig);
         user.Change(path);
         auto heard = rig.Hear(4);
-        isSimulated ? rig.sound->LoseSpeaker() : rig.speaker.client->OnSpeakerLost();
+        isSimulated ? rig.sound->LoseSpeaker() : rig.speaker.LoseDevice();
         EXPECT_TRUE(IsSilent(rig.Hear(10)));
-        isSimulated ? rig.sound->RestoreSpeaker() : rig.speaker.client->OnSpeakerRestored();
+        isSimulated ? rig.sound->RestoreSpeaker() : rig.speaker.Restore(256);
         heard = rig.Hear(10);
         EXPECT_EQ(FirstDifference(heard, From16Bit(frames), 0, 14 * 256), heard.size());
         user.Silence();
@@ -447,6 +448,21 @@ TEST(Player, GoesOnInTimeWhileTheSpeakerIsLost) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "brevant: the sound output is gone; playing goes on when it is back\n"
               "brevant: the sound output is back\n");
+}
+
+TEST(Player, RepeatsWithoutAHoleOnALaterDeviceThatAsksForMoreAtOnce) {
+    Rig rig;
+    const auto frames = Counting(30000);
+    TestPlayer user(rig);
+    user.Change(WriteClip(rig, "clip.wav", frames));
+    testing::internal::CaptureStderr();
+    rig.Hear(4);
+    rig.speaker.LoseDevice();
+    rig.Hear(4);
+    rig.speaker.Restore(8192);
+    const auto heard = rig.Hear(60);
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(FirstDifference(heard, From16Bit(frames), 0, 8 * 256), heard.size());
 }
 
 TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
@@ -469,7 +485,7 @@ TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
         // It is a valid file already, should the program die now.
         EXPECT_GT(std::filesystem::file_size(path), 44U + 200U * 256U * 2U);
         rig.sound->Close();
-        EXPECT_EQ(rig.speaker.client, nullptr);
+        EXPECT_FALSE(rig.speaker.IsMixing());
         EXPECT_EQ(user.player->Stop(), PlayerOutcome::kDone);
         EXPECT_EQ(user.player->Close(), PlayerOutcome::kDone);
     }
@@ -489,7 +505,7 @@ TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
     options.recordPath = BREVANT_TEST_OUTPUT "no-such-folder/record.wav";
     Rig rig(options);
     EXPECT_EQ(rig.problem, *options.recordPath + ": it cannot be written");
-    EXPECT_EQ(rig.speaker.client, nullptr);
+    EXPECT_FALSE(rig.speaker.IsMixing());
 }
 
 TEST(Player, TracesWhatItIsToldAndTheEnds) {

@@ -60,7 +60,7 @@ std::vector<float> Rig::HearLate(int periods) {
     std::vector<float> heard(static_cast<std::size_t>(periods * speaker.periodFrames));
     for (int i = 0; i < periods; ++i) {
         const auto frames = static_cast<std::size_t>(speaker.periodFrames);
-        speaker.client->Pull(std::span<float>(heard).subspan(static_cast<std::size_t>(i) * frames, frames));
+        speaker.Pull(std::span<float>(heard).subspan(static_cast<std::size_t>(i) * frames, frames));
     }
     return heard;
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "backend/headless/VirtualClock.h"
+#include "backend/mix/LocalSpeaker.h"
 #include "backend/posix/PosixStorage.h"
 #include "runtime/sound/CaptureSession.h"
 #include "runtime/sound/ClipPlayer.h"
@@ -23,14 +24,21 @@ public:
     void Wake() noexcept override {}
 };
 
-struct TestSpeaker final : public host::Speaker {
-    void Open(host::SpeakerClient& opened) override { client = &opened; }
-    void Close() noexcept override { client = nullptr; }
+class TestSpeaker final : public host::LocalSpeaker {
+public:
+    void Open(host::SpeakerClient& client) override { StartMix(client, rate, periodFrames); }
+    void Close() noexcept override { StopMix(); }
     int Rate() const noexcept override { return rate; }
     int PeriodFrames() const noexcept override { return periodFrames; }
     std::uint64_t Underruns() const noexcept override { return 0; }
 
-    host::SpeakerClient* client = nullptr;
+    using host::LocalSpeaker::IsMixing;
+    using host::LocalSpeaker::LoseDevice;
+    void Restore(int newPeriodFrames) {
+        periodFrames = newPeriodFrames;
+        RestoreDevice(periodFrames);
+    }
+
     int rate = 44100;
     int periodFrames = 256;
 };

@@ -74,10 +74,6 @@ result Player::Stop() {
     return __pSession ? ToResult(__pSession->GetPlayer().Stop()) : E_INVALID_STATE;
 }
 
-result Player::Pause() {
-    return __pSession ? ToResult(__pSession->GetPlayer().Pause()) : E_INVALID_STATE;
-}
-
 result Player::SetVolume(int volume) {
     return __pSession ? ToResult(__pSession->GetPlayer().SetVolume(volume)) : E_INVALID_STATE;
 }

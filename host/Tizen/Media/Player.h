@@ -32,10 +32,9 @@ public:
     /// Ends the sound, if any, and gives the file back.
     result Close();
 
-    /// Plays from the beginning, or on from a pause.
+    /// Plays from the beginning.
     result Play();
     result Stop();
-    result Pause();
 
     /// 0 (silent) to 100 (as recorded), in equal steps of amplitude; E_OUT_OF_RANGE else. It holds for later files too.
     result SetVolume(int volume);

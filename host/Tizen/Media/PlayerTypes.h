@@ -10,7 +10,7 @@ enum PlayerState {
     PLAYER_STATE_OPENED = 2,
     PLAYER_STATE_ENDOFCLIP = 3,  ///< the end of the recording has been reported; nothing was asked for since
     PLAYER_STATE_STOPPED = 4,
-    PLAYER_STATE_PAUSED = 5,
+    PLAYER_STATE_PAUSED = 5,  ///< this phone's players do not pause
     PLAYER_STATE_PLAYING = 6,
     PLAYER_STATE_CLOSED = 7,
     PLAYER_STATE_ERROR = 8

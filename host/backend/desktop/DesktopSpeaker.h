@@ -3,16 +3,16 @@
 #include <optional>
 
 #include "backend/Clock.h"
-#include "backend/Speaker.h"
 #include "backend/desktop/LatenessMeter.h"
 #include "backend/desktop/PacingThread.h"
 #include "backend/desktop/SdlAudioDevice.h"
+#include "backend/mix/LocalSpeaker.h"
 
 namespace host {
 
 /// The desktop's default sound output, at its own rate as long as it is the first one since Open. Operations are the UI
-/// thread's; the client is pulled on the device's thread or, without a device, on one of ours, never on both.
-class DesktopSpeaker final : public Speaker {
+/// thread's; the mix runs on the device's thread or, without a device, on one of ours, never on both.
+class DesktopSpeaker final : public LocalSpeaker {
 public:
     explicit DesktopSpeaker(const Clock& clock) : clock_(clock) {}
     ~DesktopSpeaker() override { Close(); }
@@ -38,11 +38,11 @@ private:
 
     static void FillStream(void* self, Uint8* stream, int bytes) noexcept;
     [[nodiscard]] bool OpenDevice(int changes);
+    void PaceWithoutDevice(Microseconds now);
 
     const Clock& clock_;
     SdlAudioDevice device_{SdlAudioDevice::Direction::kPlayback};
     std::optional<PacingThread> pacing_;
-    SpeakerClient* client_ = nullptr;
     LatenessMeter meter_;
     std::uint64_t underrunsAtOpen_ = 0;
     int rate_ = kUsualRate;

@@ -4,7 +4,7 @@
 #include <thread>
 #include <vector>
 
-#include "backend/Speaker.h"
+#include "backend/mix/LocalSpeaker.h"
 
 namespace host {
 
@@ -12,8 +12,8 @@ namespace host {
 /// end.
 class PacingThread {
 public:
-    PacingThread(SpeakerClient& client, int rate, int periodFrames);
-    /// The client is called no more when this returns, which takes a period at most.
+    PacingThread(LocalSpeaker& speaker, int rate, int periodFrames);
+    /// The mix runs no more when this returns, which takes a period at most.
     ~PacingThread();
     PacingThread(const PacingThread&) = delete;
     PacingThread& operator=(const PacingThread&) = delete;
@@ -21,7 +21,7 @@ public:
 private:
     void Run() noexcept;
 
-    SpeakerClient& client_;
+    LocalSpeaker& speaker_;
     int rate_;
     std::vector<float> frames_;
     std::atomic<bool> isEnding_{false};

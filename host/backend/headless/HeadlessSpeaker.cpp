@@ -5,22 +5,22 @@
 namespace host {
 
 void HeadlessSpeaker::Open(SpeakerClient& client) {
-    client_ = &client;
+    StartMix(client, kRate, kPeriodFrames);
     openedAt_ = clock_.Now();
     periodsPulled_ = 0;
 }
 
 Microseconds HeadlessSpeaker::NextPeriod() const noexcept {
-    if (client_ == nullptr) return LoopClient::kNever;
+    if (!IsMixing()) return LoopClient::kNever;
     // From the number of the period, so that rounding does not add up; rounded up, so that no period comes early.
     const std::int64_t framesPulled = periodsPulled_ * kPeriodFrames;
     return openedAt_ + (framesPulled * kMicrosecondsPerSecond + kRate - 1) / kRate;
 }
 
 void HeadlessSpeaker::PullPeriod() noexcept {
-    if (client_ == nullptr) return;
+    if (!IsMixing()) return;
     ++periodsPulled_;
-    client_->Pull(frames_);
+    Pull(frames_);
 }
 
 }  // namespace host

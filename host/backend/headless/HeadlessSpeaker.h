@@ -3,18 +3,18 @@
 #include <array>
 
 #include "backend/Clock.h"
-#include "backend/Speaker.h"
+#include "backend/mix/LocalSpeaker.h"
 
 namespace host {
 
 /// A speaker that nobody hears, pulled by the loop driver on the virtual clock. It is never lost and never late. UI
 /// thread only.
-class HeadlessSpeaker final : public Speaker {
+class HeadlessSpeaker final : public LocalSpeaker {
 public:
     explicit HeadlessSpeaker(const Clock& clock) : clock_(clock) {}
 
     void Open(SpeakerClient& client) override;
-    void Close() noexcept override { client_ = nullptr; }
+    void Close() noexcept override { StopMix(); }
 
     [[nodiscard]] int Rate() const noexcept override { return kRate; }
     [[nodiscard]] int PeriodFrames() const noexcept override { return kPeriodFrames; }
@@ -30,7 +30,6 @@ private:
     static constexpr int kPeriodFrames = 256;
 
     const Clock& clock_;
-    SpeakerClient* client_ = nullptr;
     Microseconds openedAt_ = 0;
     std::int64_t periodsPulled_ = 0;
     std::array<float, kPeriodFrames> frames_{};

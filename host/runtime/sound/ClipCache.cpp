@@ -17,8 +17,8 @@ constexpr Microseconds kSliceInterval = 10 * kMicrosecondsPerMillisecond;
 
 }  // namespace
 
-ClipCache::ClipCache(Storage& storage, EventLoop& loop, std::function<void(const Clip&)> onBroken)
-    : storage_(storage), loop_(loop), onBroken_(std::move(onBroken)) {}
+ClipCache::ClipCache(Storage& storage, EventLoop& loop, ClipListener& listener)
+    : storage_(storage), loop_(loop), listener_(listener) {}
 
 ClipCache::~ClipCache() {
     loop_.CancelTimer(timer_);
@@ -87,12 +87,12 @@ void ClipCache::DecodeSlice() {
     const std::shared_ptr<const Clip> clip = decoder->GetClip();
     if (decoder->Advance(SliceFrames())) {
         if (!decoder->IsDone()) unfinished_.push_back(std::move(decoder));
-        return;
+        return listener_.OnClipGrew(*clip);
     }
     const auto entry =
         std::find_if(entries_.begin(), entries_.end(), [&](const Entry& each) { return each.clip == clip; });
     if (entry != entries_.end()) Remove(entry);
-    onBroken_(*clip);
+    listener_.OnClipBroken(*clip);
 }
 
 std::size_t ClipCache::SliceFrames() const {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -15,14 +14,23 @@
 
 namespace host {
 
+/// Hears how the decoding of an opened clip goes on. UI thread.
+class ClipListener {
+public:
+    virtual void OnClipGrew(const Clip& clip) = 0;
+    /// The file does not decode to its end in spite of its intact checksums.
+    virtual void OnClipBroken(const Clip& clip) = 0;
+
+protected:
+    ~ClipListener() = default;
+};
+
 /// The recordings that were opened lately, decoded once and shared. A file that has changed since is decoded anew. The
 /// first fraction of a second is decoded when a clip is opened, the rest in slices soon after, far ahead of its being
 /// played, so that no single step of the UI thread is long. UI thread only.
 class ClipCache {
 public:
-    /// `onBroken` hears of a clip that was opened, and whose file then did not decode to its end in spite of its intact
-    /// checksums.
-    ClipCache(Storage& storage, EventLoop& loop, std::function<void(const Clip&)> onBroken);
+    ClipCache(Storage& storage, EventLoop& loop, ClipListener& listener);
     ~ClipCache();
     ClipCache(const ClipCache&) = delete;
     ClipCache& operator=(const ClipCache&) = delete;
@@ -52,7 +60,7 @@ private:
 
     Storage& storage_;
     EventLoop& loop_;
-    std::function<void(const Clip&)> onBroken_;
+    ClipListener& listener_;
     int rate_ = 0;
     Entries entries_;  ///< the one opened last in front
     std::map<std::string, Entries::iterator> byPath_;

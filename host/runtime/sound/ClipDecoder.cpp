@@ -30,7 +30,7 @@ std::unique_ptr<ClipDecoder> ClipDecoder::Open(std::vector<std::byte> content, i
     decoder->framesPromised_ = static_cast<std::size_t>(reader.Frames());
     decoder->interleaved_.resize(kFramesAtOnce * static_cast<std::size_t>(reader.Channels()));
     if (reader.Rate() == rate) {
-        decoder->clip_ = std::make_shared<Clip>(decoder->framesPromised_, 0);
+        decoder->clip_ = std::make_shared<Clip>(ClipShape{static_cast<std::uint32_t>(decoder->framesPromised_)});
         return decoder;
     }
 
@@ -39,9 +39,9 @@ std::unique_ptr<ClipDecoder> ClipDecoder::Open(std::vector<std::byte> content, i
     const double ratio = framesOut / framesIn;
     decoder->resampler_ = Resampler::Make(1, ratio);
     if (decoder->resampler_ == nullptr) return nullptr;
-    const std::size_t loopStart = Resampler::ReachFrames(ratio);
+    const auto loopStart = static_cast<std::uint32_t>(Resampler::ReachFrames(ratio));
     decoder->beginningWanted_ = static_cast<std::size_t>(std::ceil(2 * static_cast<double>(loopStart) / ratio));
-    decoder->clip_ = std::make_shared<Clip>(static_cast<std::size_t>(framesOut) + loopStart, loopStart);
+    decoder->clip_ = std::make_shared<Clip>(ClipShape{static_cast<std::uint32_t>(framesOut) + loopStart, loopStart});
     return decoder;
 }
 

@@ -52,8 +52,8 @@ PlayerOutcome ClipPlayer::OpenNow(const std::string& path) {
 }
 
 PlayerOutcome ClipPlayer::Close() {
-    if (!IsAny({PlayerPhase::kOpened, PlayerPhase::kEndOfClip, PlayerPhase::kStopped, PlayerPhase::kPaused,
-                PlayerPhase::kPlaying, PlayerPhase::kError})) {
+    if (!IsAny({PlayerPhase::kOpened, PlayerPhase::kEndOfClip, PlayerPhase::kStopped, PlayerPhase::kPlaying,
+                PlayerPhase::kError})) {
         return PlayerOutcome::kInvalidState;
     }
     SilenceVoice();
@@ -64,14 +64,12 @@ PlayerOutcome ClipPlayer::Close() {
 }
 
 PlayerOutcome ClipPlayer::Play() {
-    if (!IsAny({PlayerPhase::kOpened, PlayerPhase::kEndOfClip, PlayerPhase::kStopped, PlayerPhase::kPaused})) {
+    if (!IsAny({PlayerPhase::kOpened, PlayerPhase::kEndOfClip, PlayerPhase::kStopped})) {
         return PlayerOutcome::kInvalidState;
     }
-    if (phase_ == PlayerPhase::kPaused) {
-        if (voice_ != nullptr) sound_->GetDesk().Resume(voice_);
-    } else if (answer_ == Answer::kNone || answer_ == Answer::kStop) {
+    if (answer_ == Answer::kNone || answer_ == Answer::kStop) {
         answer_ = Answer::kRepeat;
-        if (voice_ != nullptr) sound_->GetDesk().GrantRepeat(voice_);
+        if (voice_ != kNoVoice) sound_->GetDesk().GrantRepeat(voice_);
     } else {
         SilenceVoice();
         voice_ = sound_->GetDesk().Start(clip_, Gain(), *this);
@@ -82,7 +80,7 @@ PlayerOutcome ClipPlayer::Play() {
 }
 
 PlayerOutcome ClipPlayer::Stop() {
-    if (!IsAny({PlayerPhase::kOpened, PlayerPhase::kEndOfClip, PlayerPhase::kPaused, PlayerPhase::kPlaying})) {
+    if (!IsAny({PlayerPhase::kOpened, PlayerPhase::kEndOfClip, PlayerPhase::kPlaying})) {
         return PlayerOutcome::kInvalidState;
     }
     if (answer_ == Answer::kNone) {
@@ -96,17 +94,10 @@ PlayerOutcome ClipPlayer::Stop() {
     return PlayerOutcome::kDone;
 }
 
-PlayerOutcome ClipPlayer::Pause() {
-    if (!IsAny({PlayerPhase::kPlaying})) return PlayerOutcome::kInvalidState;
-    if (voice_ != nullptr) sound_->GetDesk().Pause(voice_);
-    phase_ = PlayerPhase::kPaused;
-    return PlayerOutcome::kDone;
-}
-
 PlayerOutcome ClipPlayer::SetVolume(int volume) {
     if (volume < 0 || volume > kFullVolume) return PlayerOutcome::kOutOfRange;
     volume_ = volume;
-    if (voice_ != nullptr) sound_->GetDesk().SetGain(voice_, Gain());
+    if (voice_ != kNoVoice) sound_->GetDesk().SetGain(voice_, Gain());
     if (sound_ != nullptr) sound_->GetTrace().Add("player", "volume").Number("value", volume);
     return PlayerOutcome::kDone;
 }
@@ -119,7 +110,7 @@ void ClipPlayer::OnVoiceEnd() {
     listener_.OnEndOfClip();
     if (alive.expired()) return;
     const Answer answer = std::exchange(answer_, Answer::kNotAsked);
-    if (voice_ == nullptr) return;
+    if (voice_ == kNoVoice) return;
     if (answer == Answer::kNone) sound_->GetDesk().Finish(voice_);
     if (answer == Answer::kStop) SilenceVoice();
 }
@@ -139,7 +130,7 @@ void ClipPlayer::OnSoundGone() noexcept {
 void ClipPlayer::SilenceVoice() {
     // Whatever is asked for from now on within a notification is no answer to it any more.
     if (answer_ != Answer::kNotAsked) answer_ = Answer::kRepeat;
-    if (voice_ != nullptr) sound_->GetDesk().Stop(std::exchange(voice_, nullptr));
+    if (voice_ != kNoVoice) sound_->GetDesk().Stop(std::exchange(voice_, kNoVoice));
 }
 
 float ClipPlayer::Gain() const noexcept {

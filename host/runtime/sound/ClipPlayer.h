@@ -6,7 +6,6 @@
 #include "runtime/loop/EventLoop.h"
 #include "runtime/sound/ClipCache.h"
 #include "runtime/sound/MixDesk.h"
-#include "runtime/sound/MixVoice.h"
 #include "runtime/trace/Trace.h"
 
 namespace host {
@@ -53,7 +52,6 @@ public:
     PlayerOutcome Close();
     PlayerOutcome Play();
     PlayerOutcome Stop();
-    PlayerOutcome Pause();
     /// 0..kFullVolume; kOutOfRange else. Allowed in every phase.
     PlayerOutcome SetVolume(int volume);
     [[nodiscard]] int GetVolume() const noexcept { return volume_; }
@@ -68,7 +66,7 @@ private:
     void OnVoiceEnd() override;
     // From Sound.
     void OnClipBroken(const Clip& clip);
-    void OnSoundClosed() noexcept { voice_ = nullptr; }
+    void OnSoundClosed() noexcept { voice_ = kNoVoice; }
     void OnSoundGone() noexcept;
 
     [[nodiscard]] bool IsAny(std::initializer_list<PlayerPhase> phases) const noexcept;
@@ -81,7 +79,7 @@ private:
     PlayerPhase phase_ = PlayerPhase::kInitialized;
     int volume_ = kFullVolume;
     std::shared_ptr<const Clip> clip_;
-    MixVoice* voice_ = nullptr;  ///< null while nothing sounds, and once the sound is closed
+    VoiceNumber voice_ = kNoVoice;  ///< none while nothing sounds, and once the sound is closed
 
     // What the listener has answered within the notification of an end.
     enum class Answer { kNotAsked, kNone, kStop, kRepeat };

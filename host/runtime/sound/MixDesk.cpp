@@ -7,68 +7,116 @@ namespace host {
 
 namespace {
 
-// How soon a command is sent again that found the mix's ring full, which needs a device that has stopped asking.
+using Kind = MixCommand::Kind;
+
+// How soon commands are sent again that the speaker did not take, which needs a device that has stopped asking.
 constexpr Microseconds kRetryInterval = 20 * kMicrosecondsPerMillisecond;
+
+// The mix keeps a clip that it has, for the next time, as long as there is room for as many again.
+constexpr std::ptrdiff_t kClipsKept = kMostClips / 2;
+
+constexpr std::size_t kNewsAtOnce = 64;
 
 }  // namespace
 
-MixVoice* MixDesk::Start(std::shared_ptr<const Clip> clip, float gain, VoiceListener& listener) {
-    if (isClosed_) return nullptr;
-    voices_.push_back(std::make_unique<MixVoice>());
-    MixVoice* voice = voices_.back().get();
-    voice->clip = std::move(clip);
-    voice->listener = &listener;
-    voice->gain = gain;
-    voice->gainGoal = gain;
+VoiceNumber MixDesk::Start(std::shared_ptr<const Clip> clip, float gain, VoiceListener& listener) {
+    if (isClosed_) return kNoVoice;
+    const ClipNumber number = NumberOf(clip);
+    if (number == kMostClips) return kNoVoice;
+    if (++lastVoice_ == kNoVoice) ++lastVoice_;
     // A clip that is shorter than the lead is at its end before the mix has seen it.
-    voice->endsReported = mix_.EndsDue(*voice);
-    if (voice->endsReported > 0) loop_.PostTo(alive_, [this] { DeliverEnds(); });
-    Send(MixCommand::Kind::kStart, voice);
+    const std::uint32_t ends = EndsDue(clip->Shape(), 0, 0, LeadFrames(speaker_.PeriodFrames()));
+    voices_.push_back({lastVoice_, number, &listener, ends});
+    if (ends > 0) loop_.PostTo(alive_, [this] { DeliverEnds(); });
+    Send({Kind::kStart, lastVoice_, number, ends, gain});
     // The device may ask at any moment: its very next period must have the tone's first frame.
     Flush();
-    return voice;
+    return lastVoice_;
 }
 
-void MixDesk::Stop(MixVoice* voice) {
+ClipNumber MixDesk::NumberOf(const std::shared_ptr<const Clip>& clip) {
+    const auto known = std::find_if(places_.begin(), places_.end(),
+                                    [&](const Place& place) { return place.clip == clip && !place.isDropped; });
+    if (known != places_.end()) return static_cast<ClipNumber>(known - places_.begin());
+
+    DropUnusedClips();
+    const auto free =
+        std::find_if(places_.begin(), places_.end(), [](const Place& place) { return place.clip == nullptr; });
+    const auto number = static_cast<ClipNumber>(free - places_.begin());
+    if (free == places_.end()) return number;
+    free->clip = clip;
+    speaker_.HandOver(number, clip->Shape(), clip->Frames());
+    OnClipGrew(*clip);
+    return number;
+}
+
+void MixDesk::DropUnusedClips() {
+    const auto taken =
+        std::count_if(places_.begin(), places_.end(), [](const Place& place) { return place.clip != nullptr; });
+    for (ClipNumber number = 0; number < kMostClips; ++number) {
+        Place& place = places_[number];
+        if (place.clip == nullptr || place.isDropped) continue;
+        const bool isWanted = place.clip.use_count() > 1 && taken < kClipsKept;
+        const bool isPlayed =
+            std::any_of(voices_.begin(), voices_.end(), [&](const Voice& voice) { return voice.clip == number; });
+        if (isWanted || isPlayed) continue;
+        place.isDropped = true;
+        Send({Kind::kDropClip, kNoVoice, number});
+    }
+}
+
+void MixDesk::Stop(VoiceNumber number) {
+    Voice* voice = Find(number);
+    if (voice == nullptr) return;
     voice->listener = nullptr;
-    Send(MixCommand::Kind::kStop, voice);
+    SendToVoice({Kind::kStop, number});
+    ForgetVoices();
 }
 
-void MixDesk::Pause(MixVoice* voice) {
-    voice->isHeld = true;
-    Send(MixCommand::Kind::kPause, voice);
+void MixDesk::SetGain(VoiceNumber voice, float gain) {
+    SendToVoice({Kind::kSetGain, voice, 0, 0, gain});
 }
 
-void MixDesk::Resume(MixVoice* voice) {
-    voice->isHeld = false;
-    Send(MixCommand::Kind::kResume, voice);
-    loop_.PostTo(alive_, [this] { DeliverEnds(); });
+void MixDesk::GrantRepeat(VoiceNumber voice) {
+    SendToVoice({Kind::kGrantRepeat, voice});
 }
 
-void MixDesk::SetGain(MixVoice* voice, float gain) {
-    Send(MixCommand::Kind::kSetGain, voice, gain);
+void MixDesk::Finish(VoiceNumber number) {
+    if (Voice* voice = Find(number)) voice->isFinal = true;
+    SendToVoice({Kind::kFinish, number});
 }
 
-void MixDesk::GrantRepeat(MixVoice* voice) {
-    Send(MixCommand::Kind::kGrantRepeat, voice);
+void MixDesk::OnClipGrew(const Clip& clip) {
+    for (ClipNumber number = 0; number < kMostClips; ++number) {
+        if (places_[number].clip.get() != &clip || places_[number].isDropped) continue;
+        Send({Kind::kClipReady, kNoVoice, number, static_cast<std::uint32_t>(clip.Ready())});
+    }
 }
 
-void MixDesk::Finish(MixVoice* voice) {
-    voice->isFinal = true;
-    Send(MixCommand::Kind::kFinish, voice);
+void MixDesk::SetOutput(Output output) {
+    Send({output == Output::kMuted ? Kind::kMute : Kind::kUnmute});
+    Flush();
 }
 
-void MixDesk::Send(MixCommand::Kind kind, MixVoice* voice, float value) {
-    // A voice that is done is out of the mix's hands: only its owner had not let go of it yet.
-    if (voice->isDone.load(std::memory_order_acquire)) return Recycle();
-    ++voice->commandsSent;
-    unsent_.push_back({kind, voice, value});
-    SendSoon();
+MixDesk::Voice* MixDesk::Find(VoiceNumber number) {
+    const auto found =
+        std::find_if(voices_.begin(), voices_.end(), [&](const Voice& voice) { return voice.number == number; });
+    return found == voices_.end() ? nullptr : &*found;
 }
 
-void MixDesk::SendSoon() {
-    if (isSendingSoon_) return;
-    isSendingSoon_ = true;
+void MixDesk::SendToVoice(const MixCommand& command) {
+    const Voice* voice = Find(command.voice);
+    if (voice != nullptr && !voice->isDone) Send(command);
+}
+
+void MixDesk::Send(const MixCommand& command) {
+    if (isClosed_) return;
+    unsent_.push_back(command);
+    FlushSoon();
+}
+
+void MixDesk::FlushSoon() {
+    if (std::exchange(isSendingSoon_, true)) return;
     loop_.PostTo(alive_, [this] {
         isSendingSoon_ = false;
         Flush();
@@ -76,11 +124,9 @@ void MixDesk::SendSoon() {
 }
 
 void MixDesk::Flush() {
-    const std::size_t count = std::min(unsent_.size(), mix_.Commands().Room());
-    mix_.Commands().Push({unsent_.data(), count});
+    const std::size_t count = speaker_.Send(unsent_);
     unsent_.erase(unsent_.begin(), unsent_.begin() + static_cast<std::ptrdiff_t>(count));
-    if (unsent_.empty() || isSendingSoon_) return;
-    isSendingSoon_ = true;
+    if (unsent_.empty() || std::exchange(isSendingSoon_, true)) return;
     loop_.StartTimer(kRetryInterval, [this, alive = std::weak_ptr<const void>(alive_)] {
         if (alive.expired()) return;
         isSendingSoon_ = false;
@@ -89,7 +135,18 @@ void MixDesk::Flush() {
 }
 
 void MixDesk::TakeNews() {
-    Recycle();
+    std::array<MixNews, kNewsAtOnce> taken;
+    while (const std::size_t count = speaker_.TakeNews(taken)) {
+        for (const MixNews& news : std::span(taken).first(count)) {
+            if (news.kind == MixNews::Kind::kClipDropped) {
+                places_[news.clip] = {};
+            } else if (Voice* voice = Find(news.voice)) {
+                voice->isDone = voice->isDone || news.kind == MixNews::Kind::kDone;
+                if (news.kind == MixNews::Kind::kEnds) voice->endsReported = news.number;
+            }
+        }
+    }
+    ForgetVoices();
     DeliverEnds();
 }
 
@@ -97,9 +154,8 @@ void MixDesk::DeliverEnds() {
     const std::weak_ptr<const void> alive = alive_;
     // A listener may start and stop voices: after each call the search begins anew.
     for (std::size_t i = 0; i < voices_.size();) {
-        MixVoice& voice = *voices_[i];
-        const bool hasEnd = voice.endsDelivered < voice.endsReported.load(std::memory_order_acquire);
-        if (voice.listener == nullptr || voice.isHeld || voice.isFinal || !hasEnd) {
+        Voice& voice = voices_[i];
+        if (voice.listener == nullptr || voice.isFinal || voice.endsDelivered == voice.endsReported) {
             ++i;
             continue;
         }
@@ -110,13 +166,10 @@ void MixDesk::DeliverEnds() {
     }
 }
 
-void MixDesk::Recycle() {
-    // The mix still touches a voice that is done when it finds a command for it on the road.
-    const auto isFree = [](const std::unique_ptr<MixVoice>& voice) {
-        return voice->listener == nullptr && voice->isDone.load(std::memory_order_acquire) &&
-               voice->commandsSent == voice->commandsObeyed.load(std::memory_order_acquire);
-    };
-    voices_.erase(std::remove_if(voices_.begin(), voices_.end(), isFree), voices_.end());
+void MixDesk::ForgetVoices() {
+    voices_.erase(std::remove_if(voices_.begin(), voices_.end(),
+                                 [](const Voice& voice) { return voice.isDone && voice.listener == nullptr; }),
+                  voices_.end());
 }
 
 void MixDesk::Close() noexcept {
@@ -124,6 +177,7 @@ void MixDesk::Close() noexcept {
     alive_.reset();
     unsent_.clear();
     voices_.clear();
+    places_.fill({});
 }
 
 }  // namespace host

@@ -1,51 +1,87 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <vector>
 
+#include "backend/Speaker.h"
 #include "runtime/loop/EventLoop.h"
 #include "runtime/sound/Clip.h"
-#include "runtime/sound/Mix.h"
-#include "runtime/sound/MixVoice.h"
 
 namespace host {
 
-/// The UI thread's side of the mix: it makes the voices, sends the commands and tells the voices' listeners what the
-/// mix reports. What one handler of the event loop commands takes effect at one moment, so that a stop and a start make
-/// a crossfade.
+/// Hears that a voice comes to the end of its clip: once for every repeat that may follow. UI thread.
+class VoiceListener {
+public:
+    virtual void OnVoiceEnd() = 0;
+
+protected:
+    ~VoiceListener() = default;
+};
+
+/// The UI thread's side of the mix: it numbers voices and clips, sends the commands and tells the voices' listeners
+/// what the mix reports. What one handler of the event loop commands takes effect at one moment, so that a stop and a
+/// start make a crossfade.
 class MixDesk {
 public:
-    MixDesk(Mix& mix, EventLoop& loop) : mix_(mix), loop_(loop) {}
+    MixDesk(Speaker& speaker, EventLoop& loop) : speaker_(speaker), loop_(loop) {}
     MixDesk(const MixDesk&) = delete;
     MixDesk& operator=(const MixDesk&) = delete;
 
-    /// Plays `clip` from its beginning. The voice is the caller's until it stops it; null once the desk is closed.
-    MixVoice* Start(std::shared_ptr<const Clip> clip, float gain, VoiceListener& listener);
+    /// Plays `clip` from its beginning. The voice is the caller's until it stops it; kNoVoice once the desk is closed,
+    /// or when too many clips sound.
+    [[nodiscard]] VoiceNumber Start(std::shared_ptr<const Clip> clip, float gain, VoiceListener& listener);
     /// The voice is not the caller's any more, and its listener hears no more of it.
-    void Stop(MixVoice* voice);
-    void Pause(MixVoice* voice);
-    void Resume(MixVoice* voice);
-    void SetGain(MixVoice* voice, float gain);
+    void Stop(VoiceNumber voice);
+    void SetGain(VoiceNumber voice, float gain);
     /// The answer to OnVoiceEnd: the clip is to be repeated once more.
-    void GrantRepeat(MixVoice* voice);
+    void GrantRepeat(VoiceNumber voice);
     /// The other answer: the clip's end is the voice's. It is still to be stopped in the end.
-    void Finish(MixVoice* voice);
+    void Finish(VoiceNumber voice);
 
-    /// The mix reported something: tells the listeners and takes back the voices that are done.
+    /// More of the clip is ready than before.
+    void OnClipGrew(const Clip& clip);
+    enum class Output { kHeard, kMuted };
+    /// Muted, all is silent and goes on in time.
+    void SetOutput(Output output);
+
+    /// The mix reported something: tells the listeners, and gives up what is done.
     void TakeNews();
-    /// The mix renders no more: ends all without a word. The listeners forget their voices by themselves.
+    /// The mix runs no more: ends all without a word. The listeners forget their voices by themselves.
     void Close() noexcept;
 
 private:
-    void Send(MixCommand::Kind kind, MixVoice* voice, float value = 0);
-    void SendSoon();
+    struct Voice {
+        VoiceNumber number = kNoVoice;
+        ClipNumber clip = 0;
+        VoiceListener* listener = nullptr;  ///< null once the voice was stopped; nothing is delivered then
+        std::uint32_t endsReported = 0;
+        std::uint32_t endsDelivered = 0;
+        bool isFinal = false;  ///< no end of it is of interest any more
+        bool isDone = false;   ///< the mix has forgotten it
+    };
+
+    // A clip that the mix has.
+    struct Place {
+        std::shared_ptr<const Clip> clip;  ///< null where the number is free
+        bool isDropped = false;            ///< the mix has been told to forget it
+    };
+
+    [[nodiscard]] Voice* Find(VoiceNumber number);
+    [[nodiscard]] ClipNumber NumberOf(const std::shared_ptr<const Clip>& clip);
+    void DropUnusedClips();
+    void Send(const MixCommand& command);
+    void SendToVoice(const MixCommand& command);
+    void FlushSoon();
     void Flush();
     void DeliverEnds();
-    void Recycle();
+    void ForgetVoices();
 
-    Mix& mix_;
+    Speaker& speaker_;
     EventLoop& loop_;
-    std::vector<std::unique_ptr<MixVoice>> voices_;
+    VoiceNumber lastVoice_ = kNoVoice;
+    std::vector<Voice> voices_;
+    std::array<Place, kMostClips> places_;
     std::vector<MixCommand> unsent_;
     std::shared_ptr<const MixDesk*> alive_ = std::make_shared<const MixDesk*>(this);  ///< for events that come too late
     bool isSendingSoon_ = false;

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <span>
 
-#include "runtime/sound/SpscRing.h"
+#include "backend/SpscRing.h"
 
 namespace host {
 

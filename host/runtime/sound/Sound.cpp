@@ -13,9 +13,9 @@ namespace host {
 Sound::Sound(const SoundServices& services, const SoundOptions& options)
     : services_(services),
       options_(options),
-      clips_(services.storage, services.loop, [this](const Clip& clip) { OnClipBroken(clip); }),
-      desk_(mix_, services.loop),
-      output_(mix_, desk_, services.loop, services.console),
+      clips_(services.storage, services.loop, *this),
+      desk_(services.speaker, services.loop),
+      output_(desk_, services.loop, services.console),
       simulatedMicrophone_(services.loop),
       capture_(options.microphoneSource == MicrophoneSource::kSimulated ? static_cast<Microphone&>(simulatedMicrophone_)
                                                                         : services.microphone,
@@ -46,7 +46,6 @@ bool Sound::Open(std::string& problem) {
     isOpen_ = true;
     const int rate = services_.speaker.Rate();
     clips_.SetRate(rate);
-    mix_.Prepare(rate, services_.speaker.PeriodFrames());
     if (recorder_ != nullptr) recorder_->Start(rate);
     return true;
 }

@@ -13,7 +13,6 @@
 #include "runtime/loop/EventLoop.h"
 #include "runtime/sound/Capture.h"
 #include "runtime/sound/ClipCache.h"
-#include "runtime/sound/Mix.h"
 #include "runtime/sound/MixDesk.h"
 #include "runtime/sound/SimulatedMicrophone.h"
 #include "runtime/sound/SpeakerOutput.h"
@@ -46,7 +45,7 @@ struct SoundOptions {
 /// microphone and the framework's captures. UI thread only. It must outlive the event loop's last delivery, but not
 /// its players and captures: those go on without a sound once it is closed, and are in their error states once it is
 /// gone.
-class Sound final {
+class Sound final : private ClipListener {
 public:
     Sound(const SoundServices& services, const SoundOptions& options);
     ~Sound();
@@ -81,12 +80,13 @@ public:
     [[nodiscard]] Capture& GetCapture() noexcept { return capture_; }
 
 private:
-    void OnClipBroken(const Clip& clip);
+    // ClipListener
+    void OnClipGrew(const Clip& clip) override { desk_.OnClipGrew(clip); }
+    void OnClipBroken(const Clip& clip) override;
 
     SoundServices services_;
     SoundOptions options_;
     ClipCache clips_;
-    Mix mix_;
     MixDesk desk_;
     SpeakerOutput output_;
     std::unique_ptr<Recorder> recorder_;

@@ -1,46 +1,44 @@
 #include "runtime/sound/SpeakerOutput.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace host {
 
 void SpeakerOutput::SetSimulatedLoss(bool isLost) {
-    isLossSimulated_.store(isLost, std::memory_order_relaxed);
+    isLossSimulated_ = isLost;
+    desk_.SetOutput(isLost ? MixDesk::Output::kMuted : MixDesk::Output::kHeard);
     TellConsole();
 }
 
-void SpeakerOutput::Pull(std::span<float> frames) noexcept {
-    if (mix_.Render(frames) == Mix::News::kSome || hasUntoldNews_.load(std::memory_order_relaxed)) Tell();
-    if (isDeviceLost_.load(std::memory_order_relaxed) || isLossSimulated_.load(std::memory_order_relaxed)) {
-        std::fill(frames.begin(), frames.end(), 0.0F);
-    }
-    if (tap_ != nullptr) tap_->Push(frames);
+void SpeakerOutput::OnSpeakerNews() noexcept {
+    if (isWoken_.exchange(true, std::memory_order_relaxed)) return;
+    // A wake-up that finds the loop's queue full is tried again in the next period.
+    if (!loop_.PostFromThread({this})) isWoken_.store(false, std::memory_order_relaxed);
 }
 
 void SpeakerOutput::OnSpeakerLost() noexcept {
-    isDeviceLost_.store(true, std::memory_order_relaxed);
-    Tell();
+    isDeviceLost_ = true;
+    TellConsole();
 }
 
 void SpeakerOutput::OnSpeakerRestored() noexcept {
-    isDeviceLost_.store(false, std::memory_order_relaxed);
-    Tell();
+    isDeviceLost_ = false;
+    TellConsole();
 }
 
-void SpeakerOutput::Tell() noexcept {
-    hasUntoldNews_.store(!loop_.PostFromThread({this}), std::memory_order_relaxed);
+void SpeakerOutput::OnFramesPlayed(std::span<const float> frames) noexcept {
+    if (tap_ != nullptr) tap_->Push(frames);
 }
 
 void SpeakerOutput::OnThreadMessage(const ThreadMessage&) {
-    TellConsole();
+    // First, so that news that comes meanwhile wakes again.
+    isWoken_.store(false, std::memory_order_relaxed);
     desk_.TakeNews();
 }
 
 void SpeakerOutput::TellConsole() {
-    const bool isLost =
-        isDeviceLost_.load(std::memory_order_relaxed) || isLossSimulated_.load(std::memory_order_relaxed);
-    if (isLost == wasLost_) return;
-    wasLost_ = isLost;
+    const bool isLost = isDeviceLost_ || isLossSimulated_;
+    if (std::exchange(isLossTold_, isLost) == isLost) return;
     console_.SayOnce(isLost ? "the sound output is gone; playing goes on when it is back" : "the sound output is back");
 }
 
