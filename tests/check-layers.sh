@@ -22,7 +22,7 @@ forbid "host/runtime" "backend/[a-z]+/|Tizen/|launcher/" "the runtime knows neit
 forbid "host/backend" "runtime/|Tizen/|launcher/" "a back end knows the seam alone"
 forbid "host :!host/backend/desktop" "SDL" "SDL is named in host/backend/desktop alone"
 forbid "host :!host/backend/cairo" "cairo|pango|png\\." "Cairo and Pango are named in host/backend/cairo alone"
-forbid "host :!host/runtime/soundfile" "sndfile|samplerate" "libsndfile and libsamplerate are named in host/runtime/soundfile alone"
+forbid "host :!host/runtime/soundfile" "sndfile|samplerate|ogg/|vorbis/" "libsndfile, libsamplerate, libogg and libvorbis are named in host/runtime/soundfile alone"
 forbid "host :!host/runtime/package" "pugixml" "pugixml is named in host/runtime/package alone"
 forbid "host :!host/launcher" "CLI/" "CLI11 is named in host/launcher alone"
 forbid "tests :!tests/desktop" "SDL" "the tests link no SDL"

@@ -168,10 +168,9 @@ TEST(Microphone, ConvertsABreathFileOfAnyFormat) {
         int channels;
         int format;
     };
-    constexpr Row kRows[] = {
-        {8000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_U8},  {8000, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_16},
-        {16000, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT},  {44100, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_24},
-        {48000, 3, SF_FORMAT_WAV | SF_FORMAT_PCM_16}, {4000, 2, SF_FORMAT_FLAC | SF_FORMAT_PCM_16}};
+    constexpr Row kRows[] = {{8000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_U8},  {8000, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_16},
+                             {16000, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT},  {44100, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_24},
+                             {48000, 3, SF_FORMAT_WAV | SF_FORMAT_PCM_16}, {4000, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_32}};
     const std::string path = BreathPath();
     for (const Row& row : kRows) {
         SF_INFO info{};
@@ -227,7 +226,7 @@ TEST(Microphone, NamesABreathFileThatItCannotHear) {
     EXPECT_EQ(problemOf(path + "-missing"), path + "-missing: it cannot be read");
     EXPECT_EQ(problemOf(BREVANT_TEST_OUTPUT), BREVANT_TEST_OUTPUT ": it cannot be read");
     WriteFile(path, {'n', 'o', ' ', 's', 'o', 'u', 'n', 'd', ' ', 'f', 'i', 'l', 'e'});
-    EXPECT_EQ(problemOf(path), path + ": it is neither WAV nor Ogg Vorbis nor FLAC");
+    EXPECT_EQ(problemOf(path), path + ": it is neither WAV nor Ogg Vorbis");
     WriteWav(path, 8000, 2, 8, Places(1000));
     Bytes cut = ReadFile(path);
     cut.resize(cut.size() - 100);

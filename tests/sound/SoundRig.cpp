@@ -91,14 +91,26 @@ std::vector<std::string> Rig::CloseEvents() {
 host::PlayerOutcome TestPlayer::Change(const std::string& path, int volume) {
     Silence();
     const auto outcome = player->Open(path, host::ClipPlayer::OpenMode::kAtOnce);
+    if (outcome != host::PlayerOutcome::kDone) return outcome;
     player->SetVolume(volume);
     player->Play();
     return outcome;
 }
 
 void TestPlayer::Silence() {
-    player->Stop();
-    player->Close();
+    switch (player->GetPhase()) {
+        case host::PlayerPhase::kOpened:
+        case host::PlayerPhase::kEndOfClip:
+        case host::PlayerPhase::kPlaying:
+            player->Stop();
+            player->Close();
+            break;
+        case host::PlayerPhase::kStopped:
+            player->Close();
+            break;
+        default:
+            break;
+    }
 }
 
 void TestPlayer::OnEndOfClip() {

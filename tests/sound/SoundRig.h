@@ -97,7 +97,6 @@ public:
 
     void OnOpened(host::PlayerOutcome outcome) override { opened.push_back(outcome); }
     void OnEndOfClip() override;
-    void OnBroken() override { ++broken; }
 
     static constexpr int kForever = 1 << 30;
     enum class AtLastEnd { kNothing, kStop, kClose, kDestroy };
@@ -106,7 +105,6 @@ public:
     int repeats = kForever;
     AtLastEnd atLastEnd = AtLastEnd::kNothing;
     int ends = 0;
-    int broken = 0;
     std::vector<host::PlayerOutcome> opened;
 };
 

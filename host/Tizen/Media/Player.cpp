@@ -39,7 +39,6 @@ private:
     // The player may be deleted in each of these: they end with the notification.
     void OnOpened(host::PlayerOutcome outcome) override { listener_.OnPlayerOpened(ToResult(outcome)); }
     void OnEndOfClip() override { listener_.OnPlayerEndOfClip(); }
-    void OnBroken() override { listener_.OnPlayerErrorOccurred(PLAYER_ERROR_UNSUPPORTED_FORMAT); }
 
     IPlayerEventListener& listener_;
     host::ClipPlayer player_;

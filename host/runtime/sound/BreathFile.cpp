@@ -22,7 +22,6 @@ std::uint8_t ToByte(float sample) {
     return static_cast<std::uint8_t>(kSilence + std::lrint(std::clamp(sample, -1.0F, 1.0F) * kFullScale));
 }
 
-// A file whose frames are each intact may still lack some: FLAC is only known to be whole once it was decoded.
 bool DecodesToItsEnd(const std::string& path) {
     std::string problem;
     const auto reader = SoundReader::FromFile(path, problem);
@@ -54,7 +53,7 @@ std::unique_ptr<BreathFile> BreathFile::Open(const std::string& path, std::strin
             fault = "it is longer than an hour";
         } else if (reader.Rate() != format.rate && file->resampler_ == nullptr) {
             fault = "its rate cannot be converted";
-        } else if (!reader.IsUnsigned8Bit() && !DecodesToItsEnd(path)) {
+        } else if (!reader.IsProvedWhole() && !DecodesToItsEnd(path)) {
             fault = "it does not decode to its end";
         }
     }

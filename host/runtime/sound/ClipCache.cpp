@@ -48,7 +48,9 @@ ClipCache::Outcome ClipCache::Open(const std::string& path, std::shared_ptr<cons
             return Outcome::kUnsupported;
     }
     auto decoder = ClipDecoder::Open(std::move(content), rate_);
-    if (decoder == nullptr || !decoder->Advance(SliceFrames())) return Outcome::kUnsupported;
+    if (decoder == nullptr) return Outcome::kUnsupported;
+    const std::size_t framesNow = decoder->IsProvedWhole() ? SliceFrames() : decoder->GetClip()->Length();
+    if (!decoder->Advance(framesNow)) return Outcome::kUnsupported;
 
     clip = decoder->GetClip();
     entries_.push_front({path, *stamp, clip});
@@ -89,10 +91,11 @@ void ClipCache::DecodeSlice() {
         if (!decoder->IsDone()) unfinished_.push_back(std::move(decoder));
         return listener_.OnClipGrew(*clip);
     }
+    // The decoder and the proof disagree, which no file is known for. The clip is silent from here on, and the next
+    // open decides anew.
     const auto entry =
         std::find_if(entries_.begin(), entries_.end(), [&](const Entry& each) { return each.clip == clip; });
     if (entry != entries_.end()) Remove(entry);
-    listener_.OnClipBroken(*clip);
 }
 
 std::size_t ClipCache::SliceFrames() const {

@@ -14,20 +14,19 @@
 
 namespace host {
 
-/// Hears how the decoding of an opened clip goes on. UI thread.
+/// Hears that more of an opened clip is ready. UI thread.
 class ClipListener {
 public:
     virtual void OnClipGrew(const Clip& clip) = 0;
-    /// The file does not decode to its end in spite of its intact checksums.
-    virtual void OnClipBroken(const Clip& clip) = 0;
 
 protected:
     ~ClipListener() = default;
 };
 
-/// The recordings that were opened lately, decoded once and shared. A file that has changed since is decoded anew. The
-/// first fraction of a second is decoded when a clip is opened, the rest in slices soon after, far ahead of its being
-/// played, so that no single step of the UI thread is long. UI thread only.
+/// The recordings that were opened lately, decoded once and shared. A file that has changed since is decoded anew. Of
+/// a file whose structure proves that it is whole, the first fraction of a second is decoded when it is opened, the
+/// rest in slices soon after, far ahead of its being played, so that no single step of the UI thread is long. Any other
+/// file is decoded to its end when it is opened. UI thread only.
 class ClipCache {
 public:
     ClipCache(Storage& storage, EventLoop& loop, ClipListener& listener);
@@ -38,6 +37,7 @@ public:
     /// The rate of the clips; before the first Open.
     void SetRate(int rate) { rate_ = rate; }
 
+    /// kUnsupported for a file that does not decode to its end, or is longer than a minute.
     enum class Outcome { kOpened, kMissing, kUnsupported };
     [[nodiscard]] Outcome Open(const std::string& path, std::shared_ptr<const Clip>& clip);
 

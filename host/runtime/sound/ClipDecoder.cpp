@@ -45,6 +45,10 @@ std::unique_ptr<ClipDecoder> ClipDecoder::Open(std::vector<std::byte> content, i
     return decoder;
 }
 
+bool ClipDecoder::IsProvedWhole() const noexcept {
+    return reader_->IsProvedWhole();
+}
+
 bool ClipDecoder::Advance(std::size_t frames) {
     const std::size_t goal = std::min(clip_->Length(), clip_->Ready() + frames);
     while (clip_->Ready() < goal) {

@@ -27,6 +27,8 @@ public:
 
     [[nodiscard]] const std::shared_ptr<Clip>& GetClip() const noexcept { return clip_; }
     [[nodiscard]] bool IsDone() const noexcept { return clip_->Ready() == clip_->Length(); }
+    /// True when the file is known to decode to its end without having been decoded.
+    [[nodiscard]] bool IsProvedWhole() const noexcept;
     /// Makes about `frames` more frames of the clip. False when the file does not decode to its promised end.
     [[nodiscard]] bool Advance(std::size_t frames);
 

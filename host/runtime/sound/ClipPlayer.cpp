@@ -29,7 +29,8 @@ bool ClipPlayer::IsAny(std::initializer_list<PlayerPhase> phases) const noexcept
 }
 
 PlayerOutcome ClipPlayer::Open(const std::string& path, OpenMode mode) {
-    if (!IsAny({PlayerPhase::kInitialized, PlayerPhase::kClosed})) return PlayerOutcome::kInvalidState;
+    if (!IsAny({PlayerPhase::kInitialized, PlayerPhase::kClosed, PlayerPhase::kError}))
+        return PlayerOutcome::kInvalidState;
     if (mode == OpenMode::kAtOnce) return OpenNow(path);
     const PlayerPhase before = std::exchange(phase_, PlayerPhase::kOpening);
     sound_->GetLoop().PostTo(alive_, [this, path, before] {
@@ -113,13 +114,6 @@ void ClipPlayer::OnVoiceEnd() {
     if (voice_ == kNoVoice) return;
     if (answer == Answer::kNone) sound_->GetDesk().Finish(voice_);
     if (answer == Answer::kStop) SilenceVoice();
-}
-
-void ClipPlayer::OnClipBroken(const Clip& clip) {
-    if (clip_.get() != &clip) return;
-    SilenceVoice();
-    phase_ = PlayerPhase::kError;
-    listener_.OnBroken();
 }
 
 void ClipPlayer::OnSoundGone() noexcept {

@@ -32,7 +32,6 @@ class ClipPlayerListener {
 public:
     virtual void OnOpened(PlayerOutcome outcome) = 0;  ///< of an asynchronous open
     virtual void OnEndOfClip() = 0;
-    virtual void OnBroken() = 0;  ///< the file turned out not to decode to its end; the player is in kError
 
 protected:
     ~ClipPlayerListener() = default;
@@ -65,7 +64,6 @@ private:
     // VoiceListener
     void OnVoiceEnd() override;
     // From Sound.
-    void OnClipBroken(const Clip& clip);
     void OnSoundClosed() noexcept { voice_ = kNoVoice; }
     void OnSoundGone() noexcept;
 

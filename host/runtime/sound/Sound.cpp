@@ -90,11 +90,4 @@ std::uint64_t Sound::Underruns() const {
     return services_.speaker.Underruns();
 }
 
-void Sound::OnClipBroken(const Clip& clip) {
-    // A listener may destroy players: those that are still here are asked one after another.
-    for (ClipPlayer* player : std::vector<ClipPlayer*>(players_)) {
-        if (std::find(players_.begin(), players_.end(), player) != players_.end()) player->OnClipBroken(clip);
-    }
-}
-
 }  // namespace host

@@ -82,7 +82,6 @@ public:
 private:
     // ClipListener
     void OnClipGrew(const Clip& clip) override { desk_.OnClipGrew(clip); }
-    void OnClipBroken(const Clip& clip) override;
 
     SoundServices services_;
     SoundOptions options_;

@@ -6,9 +6,16 @@
 
 namespace host {
 
-/// Looks whether a sound file is whole, without decoding it: a decoder takes a file whose end is missing, or that has a
-/// damaged place, for a shorter one. Returns what is wrong, or an empty text. Kinds of files other than WAV, FLAC and
-/// Ogg Vorbis are wrong too; FLAC is left to its decoder, which checks each of its frames.
-[[nodiscard]] std::string_view FindFramingFault(ByteSource& source);
+/// What the structure of a sound file tells without decoding it.
+struct Framing {
+    std::string_view fault;  ///< what is wrong with the file; empty when nothing is
+    /// True when the structure proves that the file decodes to the end that it promises. A file without that proof and
+    /// without a fault must be decoded to know.
+    bool isProof = false;
+};
+
+/// Looks at the structure of a WAV or Ogg Vorbis file: a decoder takes a file whose end is missing, or that has a
+/// damaged place, for a shorter one. Other kinds of files are a fault.
+[[nodiscard]] Framing ExamineFraming(ByteSource& source);
 
 }  // namespace host

@@ -19,6 +19,7 @@ struct SoundReader::Decoder {
     Decoder& operator=(const Decoder&) = delete;
 
     std::unique_ptr<ByteSource> source;
+    bool isProvedWhole = false;
     sf_count_t position = 0;
     SNDFILE* file = nullptr;
     SF_INFO info{};
@@ -66,9 +67,11 @@ std::unique_ptr<SoundReader> SoundReader::FromFile(const std::string& path, std:
 }
 
 std::unique_ptr<SoundReader> SoundReader::FromSource(std::unique_ptr<ByteSource> source, std::string& problem) {
-    problem = FindFramingFault(*source);
+    const Framing framing = ExamineFraming(*source);
+    problem = framing.fault;
     if (!problem.empty()) return nullptr;
     auto decoder = std::make_unique<Decoder>(std::move(source));
+    decoder->isProvedWhole = framing.isProof;
     SF_VIRTUAL_IO io = MakeVirtualIo<Decoder>();
     decoder->file = sf_open_virtual(&io, SFM_READ, &decoder->info, decoder.get());
     if (decoder->file == nullptr) {
@@ -100,6 +103,10 @@ std::int64_t SoundReader::Frames() const noexcept {
 
 bool SoundReader::IsUnsigned8Bit() const noexcept {
     return (decoder_->info.format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_U8;
+}
+
+bool SoundReader::IsProvedWhole() const noexcept {
+    return decoder_->isProvedWhole;
 }
 
 std::size_t SoundReader::Read(std::span<float> samples) {

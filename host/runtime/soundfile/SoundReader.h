@@ -11,7 +11,7 @@ namespace host {
 
 class ByteSource;
 
-/// Decodes a WAV, FLAC or Ogg Vorbis file piece by piece. Opening looks whether the file is whole (see Framing.h). One
+/// Decodes a WAV or Ogg Vorbis file piece by piece. Opening refuses what is seen not to be whole (see Framing.h). One
 /// thread at a time; not for the audio thread.
 class SoundReader {
 public:
@@ -26,6 +26,8 @@ public:
     /// What the file promises; at least 1.
     [[nodiscard]] std::int64_t Frames() const noexcept;
     [[nodiscard]] bool IsUnsigned8Bit() const noexcept;
+    /// True when the file is known to decode to its end without having been decoded.
+    [[nodiscard]] bool IsProvedWhole() const noexcept;
 
     /// Decodes the next frames into `samples`, interleaved, -1..1 (a loud file may exceed it), never infinite or not a
     /// number. Returns the whole frames; fewer than fit only at the end or at a place that does not decode.
