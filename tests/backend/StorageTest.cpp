@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -60,7 +61,7 @@ TEST_F(StorageTest, ReadsRegularFilesUpToTheLimitAndNothingElse) {
         {"full", ReadOutcome::kRead, kLimit},  {"link", ReadOutcome::kRead, kLimit},
         {"empty", ReadOutcome::kRead, 0},      {"long", ReadOutcome::kTooLarge, 0},
         {"missing", ReadOutcome::kMissing, 0}, {"full/below", ReadOutcome::kMissing, 0},
-        {"folder", ReadOutcome::kFailed, 0},   {"pipe", ReadOutcome::kFailed, 0},
+        {"folder", ReadOutcome::kNotAFile, 0}, {"pipe", ReadOutcome::kNotAFile, 0},
         {"circle", ReadOutcome::kFailed, 0},
     };
     for (const auto& row : cases) {
@@ -179,6 +180,85 @@ TEST_F(StorageTest, RemovesWhatAKilledWriteLeftBehind) {
     ASSERT_TRUE(storage_.Replace(folder_ / "info.ini", Bytes("whole")));
     EXPECT_EQ(storage_.List(folder_.Path()),
               (std::vector<std::string>{".info.ini.new", ".other.ini.new-a1B2c3", "info.ini"}));
+}
+
+// Two programs that keep their settings in one folder, each taking the other's new file for a leftover.
+TEST_F(StorageTest, LosesNoWriteToAnotherProcessThatCleansUp) {
+    constexpr int kWrites = 200;
+    const auto writeAll = [this](const char* text) {
+        for (int i = 0; i < kWrites; ++i) {
+            if (!storage_.Replace(folder_ / "info.ini", Bytes(text))) return false;
+        }
+        return true;
+    };
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(writeAll("the child's") ? 0 : 1);
+    EXPECT_TRUE(writeAll("the parent's"));
+    int status = 1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(Entries(), 1);
+}
+
+TEST_F(StorageTest, WritesAFileAsItGrowsAndTellsWhatIsLost) {
+    folder_.Write("old", "what was there");
+    std::string problem;
+    {
+        // Opened and never written to, as when something else is refused: nothing is lost and nothing is made.
+        const auto old = storage_.OpenOutput(folder_ / "old", problem);
+        const auto made = storage_.OpenOutput(folder_ / "made", problem);
+        ASSERT_TRUE(old != nullptr && made != nullptr);
+    }
+    EXPECT_EQ(folder_.Read("old"), "what was there");
+    EXPECT_EQ(Entries(), 1);
+
+    auto file = storage_.OpenOutput(folder_ / "old", problem);
+    ASSERT_NE(file, nullptr);
+    EXPECT_TRUE(file->Append(Bytes("head")));
+    EXPECT_TRUE(file->Append(Bytes(" and tail")));
+    EXPECT_TRUE(file->Overwrite(1, Bytes("EA")));
+    EXPECT_EQ(folder_.Read("old"), "hEAd and tail");
+    EXPECT_TRUE(file->Close());
+
+    const auto full = storage_.OpenOutput("/dev/full", problem);
+    ASSERT_NE(full, nullptr);
+    EXPECT_FALSE(full->Append(Bytes("lost")));
+    EXPECT_EQ(full->Problem(), "No space left on device");
+    EXPECT_FALSE(full->Append(Bytes("after the first loss")));
+    EXPECT_FALSE(full->Close());
+
+    ASSERT_EQ(::mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+    fs::create_directory(folder_ / "folder");
+    for (const char* refused : {"pipe", "folder", "no/such/folder"}) {
+        problem.clear();
+        EXPECT_EQ(storage_.OpenOutput(folder_ / refused, problem), nullptr) << refused;
+        EXPECT_FALSE(problem.empty()) << refused;
+    }
+}
+
+TEST_F(StorageTest, ReadsAFilePieceByPieceAndWaitsForNone) {
+    folder_.Write("file", "0123456789");
+    std::string problem;
+    const auto file = storage_.OpenInput(folder_ / "file", problem);
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(file->Size(), 10U);
+    content_.resize(4);
+    EXPECT_EQ(file->Read(3, content_), 4U);
+    EXPECT_EQ(Content(), "3456");
+    EXPECT_EQ(file->Read(8, content_), 2U);
+    EXPECT_EQ(file->Read(10, content_), 0U);
+
+    ASSERT_EQ(::mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+    const struct {
+        std::string path;
+        const char* problem;
+    } refused[] = {{folder_ / "missing", "No such file or directory"},
+                   {folder_ / "pipe", "it is not a regular file"},
+                   {folder_.Path(), "it is not a regular file"}};
+    for (const auto& row : refused) {
+        EXPECT_EQ(storage_.OpenInput(row.path, problem), nullptr) << row.path;
+        EXPECT_EQ(problem, row.problem);
+    }
 }
 
 }  // namespace

@@ -84,6 +84,7 @@ result Registry::Construct(const String& path, bool createIfMissing) {
         case host::ReadOutcome::kTooLarge:
             Say(pOpened->path, "too large for settings; it is left alone and the defaults are used");
             return E_IO;
+        case host::ReadOutcome::kNotAFile:
         case host::ReadOutcome::kFailed:
             Say(pOpened->path, "cannot be read; it is left alone and the defaults are used");
             return E_IO;

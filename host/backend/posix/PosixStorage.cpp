@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "backend/posix/FileDescriptor.h"
+#include "backend/posix/PosixFiles.h"
 
 namespace host {
 
@@ -82,16 +83,6 @@ void RemoveLeftovers(const std::string& folder, const std::string& prefix) {
     }
 }
 
-bool WriteAll(int file, std::span<const std::byte> content) {
-    while (!content.empty()) {
-        const ssize_t written = ::write(file, content.data(), content.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        content = content.subspan(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 /// Gives a new file the owner and the permissions of the one that it will replace.
 bool CopyAttributes(int file, const struct stat& old) {
     const bool isOwned = old.st_uid == ::geteuid() && old.st_gid == ::getegid();
@@ -100,9 +91,39 @@ bool CopyAttributes(int file, const struct stat& old) {
     return ::fchmod(file, old.st_mode & kPermissionBits) == 0;
 }
 
+/// Locks a new file against RemoveLeftovers of other processes. Where the file system knows no locks, theirs cannot
+/// take one either, and leave the file alone.
+enum class LockOutcome { kLocked, kTakenAway, kFailed };
+LockOutcome LockNewFile(int file) {
+    if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EWOULDBLOCK) return LockOutcome::kTakenAway;
+        const bool hasNoLocks = errno == ENOLCK || errno == EOPNOTSUPP || errno == ENOSYS || errno == EINVAL;
+        return hasNoLocks ? LockOutcome::kLocked : LockOutcome::kFailed;
+    }
+    struct stat status {};
+    if (::fstat(file, &status) != 0) return LockOutcome::kFailed;
+    return status.st_nlink == 0 ? LockOutcome::kTakenAway : LockOutcome::kLocked;
+}
+
+/// A new file beside the one that it will replace, locked; `path` is its template before and its name afterwards.
+FileDescriptor MakeNewFile(std::string& path) {
+    // Between the making and the lock, another process can take the file for a leftover. The next one has better luck.
+    constexpr int kMostTries = 100;
+    const std::string pattern = path;
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        path = pattern;
+        FileDescriptor file(::mkostemp(path.data(), O_CLOEXEC));  // For the user alone.
+        if (!file.IsOpen()) return file;
+        const LockOutcome outcome = LockNewFile(file.Get());
+        if (outcome == LockOutcome::kLocked) return file;
+        ::unlink(path.c_str());
+        if (outcome == LockOutcome::kFailed) break;
+    }
+    return FileDescriptor();
+}
+
 bool WriteAndRename(const std::string& newPath, FileDescriptor file, const std::string& path, const struct stat* old,
                     std::span<const std::byte> content) {
-    if (::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) return false;
     if (old != nullptr && !CopyAttributes(file.Get(), *old)) return false;
     if (!WriteAll(file.Get(), content)) return false;
     // The content must be on the disk before the name is, else a power cut leaves the name with nothing in it.
@@ -150,7 +171,8 @@ ReadOutcome PosixStorage::Read(const std::string& path, std::size_t limit, std::
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.IsOpen()) return errno == ENOENT || errno == ENOTDIR ? ReadOutcome::kMissing : ReadOutcome::kFailed;
     struct stat status {};
-    if (::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) return ReadOutcome::kFailed;
+    if (::fstat(file.Get(), &status) != 0) return ReadOutcome::kFailed;
+    if (!S_ISREG(status.st_mode)) return ReadOutcome::kNotAFile;
     const auto size = static_cast<std::uint64_t>(status.st_size);
     if (size > limit) return ReadOutcome::kTooLarge;
 
@@ -176,6 +198,18 @@ ReadOutcome PosixStorage::Read(const std::string& path, std::size_t limit, std::
     return ReadOutcome::kRead;
 }
 
+std::unique_ptr<InputFile> PosixStorage::OpenInput(const std::string& path, std::string& problem) const {
+    if (IsPath(path)) return OpenPosixInput(path, problem);
+    problem = ReasonOf(ReadOutcome::kMissing);
+    return nullptr;
+}
+
+std::unique_ptr<OutputFile> PosixStorage::OpenOutput(const std::string& path, std::string& problem) {
+    if (IsPath(path)) return OpenPosixOutput(path, problem);
+    problem = "that is no file name";
+    return nullptr;
+}
+
 bool PosixStorage::Replace(const std::string& path, std::span<const std::byte> content) {
     const std::string target = IsPath(path) ? FollowLinks(path) : std::string();
     const std::string name = NameOf(target);
@@ -194,7 +228,7 @@ bool PosixStorage::Replace(const std::string& path, std::span<const std::byte> c
     RemoveLeftovers(folder, prefix);
 
     std::string newPath = folder + prefix + std::string(kUniquePlace);
-    FileDescriptor file(::mkostemp(newPath.data(), O_CLOEXEC));  // For the user alone.
+    FileDescriptor file = MakeNewFile(newPath);
     if (!file.IsOpen()) return false;
     if (!WriteAndRename(newPath, std::move(file), target, isThere ? &old : nullptr, content)) {
         ::unlink(newPath.c_str());

@@ -44,6 +44,7 @@ ClipCache::Outcome ClipCache::Open(const std::string& path, std::shared_ptr<cons
         case ReadOutcome::kMissing:
             return Outcome::kMissing;
         case ReadOutcome::kTooLarge:
+        case ReadOutcome::kNotAFile:
         case ReadOutcome::kFailed:
             return Outcome::kUnsupported;
     }
