@@ -1,18 +1,3 @@
-#include "backend/desktop/DesktopBackend.h"
-
-#include <cstdlib>
-#include <string>
-#include <utility>
-
-#include "backend/cairo/CairoPainter.h"
-#include "backend/desktop/DesktopLoopDriver.h"
-#include "backend/desktop/DesktopMicrophone.h"
-#include "backend/desktop/DesktopSpeaker.h"
-#include "backend/desktop/DesktopWindow.h"
-#include "backend/desktop/SdlLibrary.h"
-#include "backend/posix/MonotonicClock.h"
-#include "backend/posix/PosixStorage.h"
-
 // What the desktop back end supports:
 //   clock        the machine's monotonic one
 //   loop driver  waits for events and due times, woken from any thread; Ctrl-C and kill ask the window to close
@@ -21,6 +6,21 @@
 //   speaker      the default device at its own rate, 256 frames asked for; found again by itself when it is lost
 //   microphone   the default device, converted to the wanted format; found again by itself when it is lost
 //   storage      files
+
+#include "backend/desktop/DesktopBackend.h"
+
+#include <cstdlib>
+#include <string>
+#include <utility>
+
+#include "backend/cairo/CairoPainter.h"
+#include "backend/desktop/SdlLibrary.h"
+#include "backend/desktop/sound/DesktopMicrophone.h"
+#include "backend/desktop/sound/DesktopSpeaker.h"
+#include "backend/desktop/waiting/DesktopLoopDriver.h"
+#include "backend/desktop/window/DesktopWindow.h"
+#include "backend/posix/MonotonicClock.h"
+#include "backend/posix/PosixStorage.h"
 
 namespace host {
 

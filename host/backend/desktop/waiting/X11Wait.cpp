@@ -1,4 +1,4 @@
-#include "backend/desktop/X11Wait.h"
+#include "backend/desktop/waiting/X11Wait.h"
 
 #include <poll.h>
 

@@ -1,4 +1,4 @@
-#include "backend/desktop/DesktopSpeaker.h"
+#include "backend/desktop/sound/DesktopSpeaker.h"
 
 #include <algorithm>
 #include <span>

@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "backend/LoopDriver.h"
-#include "backend/desktop/DesktopMicrophone.h"
-#include "backend/desktop/DesktopSpeaker.h"
-#include "backend/desktop/DesktopWindow.h"
-#include "backend/desktop/DisplayWait.h"
+#include "backend/desktop/sound/DesktopMicrophone.h"
+#include "backend/desktop/sound/DesktopSpeaker.h"
+#include "backend/desktop/waiting/DisplayWait.h"
+#include "backend/desktop/window/DesktopWindow.h"
 
 namespace host {
 

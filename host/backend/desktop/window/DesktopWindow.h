@@ -5,8 +5,8 @@
 
 #include "backend/Window.h"
 #include "backend/cairo/CairoPainter.h"
-#include "backend/desktop/FingerTable.h"
 #include "backend/desktop/SdlLibrary.h"
+#include "backend/desktop/window/FingerTable.h"
 
 namespace host {
 
@@ -32,7 +32,7 @@ public:
     [[nodiscard]] SDL_Window* Handle() const { return window_.get(); }
     /// Takes an event of SDL's queue; those that are none of a window's are passed over.
     void HandleEvent(const SDL_Event& event);
-    /// To be called when the queue is empty: what many events tell in vain but the last is told now, and once.
+    /// Called when the queue is empty: reports a resize or an exposure once, however many events told of it.
     void FinishEvents();
     /// The program is asked to end, by a signal for example.
     void RequestClose();

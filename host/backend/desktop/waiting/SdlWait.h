@@ -1,7 +1,7 @@
 #pragma once
 
-#include "backend/desktop/DisplayWait.h"
-#include "backend/desktop/WakeThread.h"
+#include "backend/desktop/waiting/DisplayWait.h"
+#include "backend/desktop/waiting/WakeThread.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "backend/desktop/FingerTable.h"
+#include "backend/desktop/window/FingerTable.h"
 
 #include <algorithm>
 

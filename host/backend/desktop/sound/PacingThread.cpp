@@ -1,4 +1,4 @@
-#include "backend/desktop/PacingThread.h"
+#include "backend/desktop/sound/PacingThread.h"
 
 #include <chrono>
 #include <cstddef>

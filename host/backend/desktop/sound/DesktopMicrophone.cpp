@@ -1,4 +1,4 @@
-#include "backend/desktop/DesktopMicrophone.h"
+#include "backend/desktop/sound/DesktopMicrophone.h"
 
 #include <span>
 

@@ -1,4 +1,4 @@
-#include "backend/desktop/WakeThread.h"
+#include "backend/desktop/waiting/WakeThread.h"
 
 #include <cerrno>
 

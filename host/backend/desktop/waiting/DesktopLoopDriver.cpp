@@ -1,11 +1,11 @@
-#include "backend/desktop/DesktopLoopDriver.h"
+#include "backend/desktop/waiting/DesktopLoopDriver.h"
 
 #include <algorithm>
 #include <array>
 
-#include "backend/desktop/EndSignals.h"
-#include "backend/desktop/SdlWait.h"
-#include "backend/desktop/X11Wait.h"
+#include "backend/desktop/waiting/EndSignals.h"
+#include "backend/desktop/waiting/SdlWait.h"
+#include "backend/desktop/waiting/X11Wait.h"
 
 namespace host {
 

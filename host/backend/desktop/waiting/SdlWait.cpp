@@ -1,4 +1,4 @@
-#include "backend/desktop/SdlWait.h"
+#include "backend/desktop/waiting/SdlWait.h"
 
 #include <algorithm>
 #include <chrono>
@@ -11,8 +11,8 @@ void SdlWait::SleepUntil(Microseconds due) {
     for (;;) {
         const Microseconds rest = std::min(due - clock_.Now(), kLongestWait);
         if (rest <= 0) return;
-        // SDL waits in milliseconds. The part of one that is left is slept: an event can wait that long, and a timer
-        // that is late by it every time would be out of step.
+        // SDL waits in whole milliseconds. The remaining fraction of one is slept: an event can wait that long, but
+        // timers that are late by it each time would drift.
         if (rest < kMicrosecondsPerMillisecond) {
             std::this_thread::sleep_for(std::chrono::microseconds(rest));
             return;

@@ -5,7 +5,7 @@
 #include <array>
 #include <atomic>
 
-#include "backend/desktop/DisplayWait.h"
+#include "backend/desktop/waiting/DisplayWait.h"
 
 namespace host {
 

@@ -2,7 +2,7 @@
 
 #include "backend/Clock.h"
 #include "backend/Microphone.h"
-#include "backend/desktop/SdlAudioDevice.h"
+#include "backend/desktop/sound/SdlAudioDevice.h"
 
 namespace host {
 

@@ -3,9 +3,9 @@
 #include <optional>
 
 #include "backend/Clock.h"
-#include "backend/desktop/LatenessMeter.h"
-#include "backend/desktop/PacingThread.h"
-#include "backend/desktop/SdlAudioDevice.h"
+#include "backend/desktop/sound/LatenessMeter.h"
+#include "backend/desktop/sound/PacingThread.h"
+#include "backend/desktop/sound/SdlAudioDevice.h"
 #include "backend/mix/LocalSpeaker.h"
 
 namespace host {

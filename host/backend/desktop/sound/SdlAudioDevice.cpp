@@ -1,4 +1,4 @@
-#include "backend/desktop/SdlAudioDevice.h"
+#include "backend/desktop/sound/SdlAudioDevice.h"
 
 namespace host {
 

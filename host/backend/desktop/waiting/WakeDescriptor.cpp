@@ -1,4 +1,4 @@
-#include "backend/desktop/WakeDescriptor.h"
+#include "backend/desktop/waiting/WakeDescriptor.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -16,7 +16,7 @@ WakeDescriptor::~WakeDescriptor() {
 
 void WakeDescriptor::Wake() noexcept {
     const std::uint64_t one = 1;
-    // Whatever else refuses it, a full counter, is a wake that is still to be taken.
+    // The only other failure is a full counter: a wake is pending already.
     while (write(descriptor_, &one, sizeof one) < 0 && errno == EINTR) {
     }
 }

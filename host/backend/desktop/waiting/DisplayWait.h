@@ -10,8 +10,7 @@ class DisplayWait {
 public:
     virtual ~DisplayWait() = default;
 
-    /// Makes the sleep of now, or else the next one, end at once. Any thread, and signal handlers: neither blocks nor
-    /// allocates.
+    /// Ends the current sleep at once, or the next one. Any thread, and signal handlers: neither blocks nor allocates.
     virtual void Wake() noexcept = 0;
 
     /// Moves what the display has sent into SDL's queue.

@@ -2,9 +2,9 @@
 
 #include <memory>
 
-#include "backend/desktop/DesktopWindow.h"
-#include "backend/desktop/DisplayWait.h"
-#include "backend/desktop/WakeDescriptor.h"
+#include "backend/desktop/waiting/DisplayWait.h"
+#include "backend/desktop/waiting/WakeDescriptor.h"
+#include "backend/desktop/window/DesktopWindow.h"
 
 namespace host {
 

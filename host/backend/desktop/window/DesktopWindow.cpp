@@ -1,10 +1,10 @@
-#include "backend/desktop/DesktopWindow.h"
+#include "backend/desktop/window/DesktopWindow.h"
 
 #include <algorithm>
 #include <cmath>
 #include <string>
 
-#include "backend/desktop/KeyCodes.h"
+#include "backend/desktop/window/KeyCodes.h"
 
 namespace host {
 

@@ -1,4 +1,4 @@
-#include "backend/desktop/KeyCodes.h"
+#include "backend/desktop/window/KeyCodes.h"
 
 #include <array>
 

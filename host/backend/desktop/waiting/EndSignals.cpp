@@ -1,4 +1,4 @@
-#include "backend/desktop/EndSignals.h"
+#include "backend/desktop/waiting/EndSignals.h"
 
 #include <cerrno>
 
