@@ -14,8 +14,15 @@ public:
         if (!said_.insert(line).second) return;
         std::fprintf(stderr, "brevant: %s\n", line.c_str());
     }
+    /// Something that was asked for got lost on the way: the program ends with a failure.
+    void ReportLoss(const std::string& line) {
+        hasLoss_ = true;
+        SayOnce(line);
+    }
+    [[nodiscard]] bool HasLoss() const noexcept { return hasLoss_; }
 
 private:
+    bool hasLoss_ = false;
     std::set<std::string> said_;
 };
 

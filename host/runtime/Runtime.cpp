@@ -23,7 +23,7 @@ class Runtime::KeyEffects final : public PhoneKeyListener {
 public:
     explicit KeyEffects(Runtime& runtime) : runtime_(runtime) {}
 
-    void OnKeyBreath(double level) override { runtime_.GetSound().SetKeyBreath(level); }
+    void OnKeyBreath(double level) override { runtime_.GetSound().GetCapture().SetKeyBreath(level); }
     void OnVolumeKey(int step) override { runtime_.SetRingtoneVolume(runtime_.GetRingtoneVolume() + step); }
 
 private:
@@ -80,7 +80,9 @@ bool Runtime::Open(std::string& problem) {
         options_.recordPath, options_.breathPath,
         options_.isMicrophoneSimulated ? MicrophoneSource::kSimulated : MicrophoneSource::kDevice};
     sound_ = std::make_unique<Sound>(services, soundOptions);
-    return sound_->Open(problem);
+    if (!sound_->Prepare(problem)) return false;
+    sound_->Open();
+    return true;
 }
 
 bool Runtime::CheckPerformance(std::string& problem) const {
@@ -154,7 +156,7 @@ void Runtime::End() {
     trace_.Add("app", "ended");
     trace_.Add("end")
         .Number("frames", static_cast<std::int64_t>(screen_->FramesComposed()))
-        .Number("blocks", static_cast<std::int64_t>(sound_->BlocksDelivered()))
+        .Number("blocks", static_cast<std::int64_t>(sound_->GetCapture().BlocksDelivered()))
         .Number("underruns", static_cast<std::int64_t>(sound_->Underruns()));
     hasEnded_ = true;
 }

@@ -82,6 +82,21 @@ Bytes Places(std::size_t frames) {
     return bytes;
 }
 
+// Both channels of what a device at the phone's rate hears as `frames`.
+Bytes BothChannels(std::span<const float> frames) {
+    Bytes bytes;
+    for (const float frame : frames)
+        bytes.insert(bytes.end(), 2, static_cast<std::uint8_t>(kSilence + std::lrint(frame * 127)));
+    return bytes;
+}
+
+// Frames that tell their own place.
+std::vector<float> DeviceFrames(std::size_t count) {
+    std::vector<float> frames;
+    for (std::size_t i = 0; i < count; ++i) frames.push_back(static_cast<float>((i * 7 + i / 256) % 255) / 127 - 1);
+    return frames;
+}
+
 Bytes Part(const Bytes& bytes, std::size_t from, std::size_t count) {
     return Bytes(bytes.begin() + static_cast<long>(from), bytes.begin() + static_cast<long>(from + count));
 }
@@ -159,7 +174,7 @@ TEST(Microphone, HearsABreathFileByteForByteInTheWorldsTime) {
                                       return rest;
                                   }(),
                                   0, 1280));
-    EXPECT_EQ(rig.sound->BlocksDelivered(), 8U);
+    EXPECT_EQ(rig.sound->GetCapture().BlocksDelivered(), 8U);
 }
 
 TEST(Microphone, ConvertsABreathFileOfAnyFormat) {
@@ -223,8 +238,8 @@ TEST(Microphone, ConvertsABreathFileOfAnyFormat) {
 TEST(Microphone, NamesABreathFileThatItCannotHear) {
     const std::string path = BreathPath();
     const auto problemOf = [](const std::string& breath) { return Rig(Simulated(breath)).problem; };
-    EXPECT_EQ(problemOf(path + "-missing"), path + "-missing: it cannot be read");
-    EXPECT_EQ(problemOf(BREVANT_TEST_OUTPUT), BREVANT_TEST_OUTPUT ": it cannot be read");
+    EXPECT_EQ(problemOf(path + "-missing"), path + "-missing: No such file or directory");
+    EXPECT_EQ(problemOf(BREVANT_TEST_OUTPUT), BREVANT_TEST_OUTPUT ": it is not a regular file");
     WriteFile(path, {'n', 'o', ' ', 's', 'o', 'u', 'n', 'd', ' ', 'f', 'i', 'l', 'e'});
     EXPECT_EQ(problemOf(path), path + ": it is neither WAV nor Ogg Vorbis");
     WriteWav(path, 8000, 2, 8, Places(1000));
@@ -244,7 +259,7 @@ TEST(Microphone, NeverFlickersInASteadyBreath) {
             Listener listener(rig);
             listener.session->Start();
             rig.Run(3 * kBlockTime + phase);
-            rig.sound->SetBreath(level);
+            rig.sound->GetSimulatedMicrophone().SetBreath(level);
             rig.Run(100 * kBlockTime);
             ASSERT_EQ(listener.peaks.size(), 103U);
             for (std::size_t i = 0; i < listener.peaks.size(); ++i) {
@@ -252,7 +267,7 @@ TEST(Microphone, NeverFlickersInASteadyBreath) {
                 EXPECT_GE(listener.lows[i], 256 - peak);
             }
             EXPECT_EQ(Part(listener.heard, 0, 960), Silence(960));
-            rig.sound->SetBreath(0);
+            rig.sound->GetSimulatedMicrophone().SetBreath(0);
             rig.Run(kBlockTime);
             listener.Clear();
             rig.Run(2 * kBlockTime);
@@ -263,11 +278,11 @@ TEST(Microphone, NeverFlickersInASteadyBreath) {
     for (int phase = 0; phase < 20'000; phase += 375) {
         Rig rig(Simulated());
         Listener listener(rig);
-        rig.sound->SetBreath(0.6);
+        rig.sound->GetSimulatedMicrophone().SetBreath(0.6);
         listener.session->Start();
         for (int i = 0; i < 10; ++i) {
             rig.Run(kBlockTime + phase);
-            rig.sound->SetBreath(i % 2 == 0 ? 0.2 : 0.9);
+            rig.sound->GetSimulatedMicrophone().SetBreath(i % 2 == 0 ? 0.2 : 0.9);
         }
         EXPECT_GE(*std::min_element(listener.peaks.begin(), listener.peaks.end()), kBlown);
     }
@@ -280,13 +295,13 @@ TEST(Microphone, HearsABreathFromItsOwnMomentOnTopOfTheFile) {
     Listener listener(rig);
     listener.session->Start();
     rig.Run(2 * kBlockTime + 5000);
-    rig.sound->SetBreath(1);
+    rig.sound->GetSimulatedMicrophone().SetBreath(1);
     rig.Run(10'000);
-    rig.sound->SetBreath(0);
+    rig.sound->GetSimulatedMicrophone().SetBreath(0);
     rig.Run(5000);
-    rig.sound->LoseMicrophone();
+    rig.sound->GetSimulatedMicrophone().Lose();
     rig.Run(5000);
-    rig.sound->RestoreMicrophone();
+    rig.sound->GetSimulatedMicrophone().Restore();
     rig.Run(15'000);
     EXPECT_EQ(Part(listener.heard, 0, 640 + 80), Bytes(720, 250));
     const Bytes blown = Part(listener.heard, 720, 160);
@@ -304,19 +319,47 @@ TEST(Microphone, LetsTheOldestBlocksGoWhenItIsReadTooLate) {
         Listener listener(rig, buffers);
         listener.session->Start();
         // The device delivers as it likes; the blocks are cut all the same.
-        const Bytes bytes = Places(160 * 20);
-        for (std::size_t at = 0; at < bytes.size(); at += 64) {
-            rig.microphone.client->OnMicrophoneBytes(std::span(bytes).subspan(at, 64));
+        const auto frames = DeviceFrames(160 * 20);
+        const Bytes bytes = BothChannels(frames);
+        for (std::size_t at = 0; at < frames.size(); at += 64) {
+            rig.microphone.client->OnFramesHeard(std::span(frames).subspan(at, 64));
         }
         rig.RunDue();
         const auto kept = static_cast<std::size_t>(buffers) * host::kBlockBytes;
         EXPECT_EQ(listener.heard, Part(bytes, bytes.size() - kept, kept));
         listener.Clear();
-        rig.microphone.client->OnMicrophoneBytes(std::span(bytes).first(host::kBlockBytes));
+        rig.microphone.client->OnFramesHeard(std::span(frames).first(host::kBlockFrames));
         rig.RunDue();
         EXPECT_EQ(listener.heard, buffers == 0 ? Bytes{} : Part(bytes, 0, host::kBlockBytes));
         const auto events = rig.CloseEvents();
         EXPECT_EQ(std::count(events.begin(), events.end(), "microphone overrun"), buffers == 0 ? 21 : 20 - buffers);
+    }
+}
+
+TEST(Microphone, MakesThePhonesBlocksOfWhatADeviceOfAnyRateHears) {
+    constexpr double kSeconds = 2;
+    constexpr std::size_t kSettled = 1600;  // bytes
+    for (const int rate : {4000, 8000, 16000, 44100, 48000, 96000, 192000}) {
+        // A tone that the phone can hear arrives as loud as it is; one above half the phone's rate not at all.
+        for (const double hz : {150.0, 1000.0, 2500.0, 5000.0, 9000.0, 20000.0}) {
+            if (hz > rate * 0.4) continue;
+            Rig rig;
+            rig.microphone.rate = rate;
+            Listener listener(rig);
+            listener.session->Start();
+            const auto tone = Sine(static_cast<std::size_t>(rate * kSeconds), hz * kSeconds, 0.5);
+            const auto period = static_cast<std::size_t>(rate / 97);
+            for (std::size_t at = 0; at + period <= tone.size(); at += period) {
+                rig.microphone.client->OnFramesHeard(std::span(tone).subspan(at, period));
+                rig.RunDue();
+            }
+            const std::size_t expected = static_cast<std::size_t>(8000 * kSeconds) * 2;
+            ASSERT_NEAR(static_cast<double>(listener.heard.size()), static_cast<double>(expected), 1000) << rate;
+            const Bytes settled = Part(listener.heard, kSettled, listener.heard.size() - kSettled);
+            const int peak = *std::max_element(settled.begin(), settled.end()) - kSilence;
+            EXPECT_NEAR(peak, hz < 3000 ? 127 * 0.5 : 0, 2) << rate << ' ' << hz;
+            for (std::size_t i = 0; i < settled.size(); i += 2) ASSERT_EQ(settled[i], settled[i + 1]);
+        }
     }
 }
 
@@ -329,17 +372,18 @@ TEST(Microphone, HearsSilenceWhileItIsLostAndPicksTheDeviceUpAgain) {
     rig.Run(10 * kBlockTime);
     EXPECT_EQ(listener.heard, Silence(10 * host::kBlockBytes));
     // A key's breath needs no device.
-    rig.sound->SetKeyBreath(0.8);
+    rig.sound->GetCapture().SetKeyBreath(0.8);
     rig.Run(kBlockTime);
     EXPECT_EQ(listener.peaks.back(), 128 + 102);
-    rig.sound->SetKeyBreath(0);
+    rig.sound->GetCapture().SetKeyBreath(0);
 
-    const Bytes loud(host::kBlockBytes, 220);
+    const std::vector<float> frames(host::kBlockFrames, 0.75F);
+    const Bytes loud = BothChannels(frames);
     for (int i = 0; i < 2; ++i) {
-        rig.microphone.client->OnMicrophoneRestored();
+        rig.microphone.client->OnMicrophoneOpened(8000);
         rig.RunDue();
         listener.Clear();
-        rig.microphone.client->OnMicrophoneBytes(loud);
+        rig.microphone.client->OnFramesHeard(frames);
         rig.Run(5 * kBlockTime);
         EXPECT_EQ(listener.heard, loud);
         rig.microphone.client->OnMicrophoneLost();
@@ -371,14 +415,15 @@ TEST(Microphone, MayBeStoppedOrDestroyedWhereItDelivers) {
                 if (way == 1 || way == 3) listener.session.reset();
                 if (way == 2) rig.sound->Close();
             };
-            if (!isSimulated && way != 3) rig.microphone.client->OnMicrophoneBytes(Bytes(3 * host::kBlockBytes, 200));
+            if (!isSimulated && way != 3)
+                rig.microphone.client->OnFramesHeard(std::vector<float>(3 * host::kBlockFrames, 0.5F));
             rig.Run(3 * kBlockTime);
             EXPECT_EQ(listener.peaks.size(), 1U) << way;
             // Stopped, it goes on later with the buffers that it has.
             if (way != 0) continue;
             listener.meanwhile = nullptr;
             listener.session->Start();
-            if (!isSimulated) rig.microphone.client->OnMicrophoneBytes(Bytes(3 * host::kBlockBytes, 200));
+            if (!isSimulated) rig.microphone.client->OnFramesHeard(std::vector<float>(3 * host::kBlockFrames, 0.5F));
             rig.Run(3 * kBlockTime);
             EXPECT_EQ(listener.peaks.size(), 4U);
             // One that nobody takes care of at the end hears no more, and may be destroyed later.

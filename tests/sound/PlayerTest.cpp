@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <functional>
 
-#include "runtime/sound/ClipDecoder.h"
+#include "runtime/sound/Recorder.h"
 #include "sound/SoundRig.h"
 
 using host::ClipPlayer;
@@ -455,9 +455,9 @@ TEST(Player, GoesOnInTimeWhileTheSpeakerIsLost) {
         TestPlayer user(rig);
         user.Change(path);
         auto heard = rig.Hear(4);
-        isSimulated ? rig.sound->LoseSpeaker() : rig.speaker.LoseDevice();
+        isSimulated ? rig.sound->GetOutput().SetSimulatedLoss(true) : rig.speaker.LoseDevice();
         EXPECT_TRUE(IsSilent(rig.Hear(10)));
-        isSimulated ? rig.sound->RestoreSpeaker() : rig.speaker.Restore(256);
+        isSimulated ? rig.sound->GetOutput().SetSimulatedLoss(false) : rig.speaker.Restore(256);
         heard = rig.Hear(10);
         EXPECT_EQ(FirstDifference(heard, From16Bit(frames), 0, 14 * 256), heard.size());
         user.Silence();
@@ -496,9 +496,9 @@ TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
         hear(rig.Hear(10));
         user.Change(kTone);
         hear(rig.Hear(200));
-        rig.sound->LoseSpeaker();
+        rig.sound->GetOutput().SetSimulatedLoss(true);
         hear(rig.Hear(20));
-        rig.sound->RestoreSpeaker();
+        rig.sound->GetOutput().SetSimulatedLoss(false);
         hear(rig.Hear(100));
         // It is a valid file already, should the program die now.
         EXPECT_GT(std::filesystem::file_size(path), 44U + 200U * 256U * 2U);
@@ -522,8 +522,52 @@ TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
     host::SoundOptions options;
     options.recordPath = BREVANT_TEST_OUTPUT "no-such-folder/record.wav";
     Rig rig(options);
-    EXPECT_EQ(rig.problem, *options.recordPath + ": it cannot be written");
+    EXPECT_EQ(rig.problem, *options.recordPath + ": No such file or directory");
     EXPECT_FALSE(rig.speaker.IsMixing());
+}
+
+TEST(Player, ReportsAFullDiskUnderARecordingOnceAndKeepsWhatWasWritten) {
+    class SmallDisk final : public host::OutputFile {
+    public:
+        explicit SmallDisk(Bytes& written) : written_(written) {}
+        bool Append(std::span<const std::byte> bytes) override {
+            if (isFull_ || written_.size() + bytes.size() > 3000) {
+                isFull_ = true;
+                return false;
+            }
+            for (const std::byte byte : bytes) written_.push_back(std::to_integer<std::uint8_t>(byte));
+            return true;
+        }
+        bool Overwrite(std::uint64_t offset, std::span<const std::byte> bytes) override {
+            for (const std::byte byte : bytes) written_[offset++] = std::to_integer<std::uint8_t>(byte);
+            return true;
+        }
+        bool Close() override { return !isFull_; }
+        const std::string& Problem() const override { return problem_; }
+
+    private:
+        Bytes& written_;
+        bool isFull_ = false;
+        std::string problem_ = "No space left on device";
+    };
+
+    Rig rig;
+    Bytes written;
+    testing::internal::CaptureStderr();
+    host::Recorder recorder(rig.loop, rig.console, std::make_unique<SmallDisk>(written), "r.wav");
+    recorder.Start(kRate);
+    EXPECT_FALSE(rig.console.HasLoss());
+    const auto sine = Sine(1000, 7, 0.5);
+    for (int i = 0; i < 5; ++i) {
+        recorder.GetTap().Push(sine);
+        rig.Run(host::kMicrosecondsPerSecond);
+    }
+    recorder.Finish();
+    EXPECT_TRUE(rig.console.HasLoss());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "brevant: r.wav: the recording is cut short: No space left on device\n");
+    WriteWav(rig.Path("expected.wav"), kRate, 1, 16, To16Bit(sine));
+    EXPECT_EQ(written, ReadFile(rig.Path("expected.wav")));
 }
 
 TEST(Player, TracesWhatItIsToldAndTheEnds) {

@@ -34,8 +34,9 @@ Rig::Rig(host::SoundOptions options, int rate, int periodFrames)
     speaker.periodFrames = periodFrames;
     const host::SoundServices services{loop, storage, speaker, microphone, trace, console};
     sound = std::make_unique<host::Sound>(services, options);
-    const bool isOpen = sound->Open(problem);
-    EXPECT_EQ(isOpen, problem.empty());
+    const bool isPrepared = sound->Prepare(problem);
+    EXPECT_EQ(isPrepared, problem.empty());
+    if (isPrepared) sound->Open();
 }
 
 Rig::~Rig() = default;

@@ -44,14 +44,15 @@ public:
 };
 
 struct TestMicrophone final : public host::Microphone {
-    void Start(const host::MicrophoneFormat&, host::MicrophoneClient& started) override {
+    void Start(host::MicrophoneClient& started) override {
         client = &started;
-        if (!isPresent) client->OnMicrophoneLost();
+        isPresent ? client->OnMicrophoneOpened(rate) : client->OnMicrophoneLost();
     }
     void Stop() noexcept override { client = nullptr; }
 
     host::MicrophoneClient* client = nullptr;
     bool isPresent = true;
+    int rate = 8000;
 };
 
 class Rig {

@@ -83,14 +83,12 @@ TEST(SoundThreads, PlayAndListenWithoutARaceOrAnAllocation) {
         --running;
     });
     std::thread microphone([&, client = rig.microphone.client] {
-        Bytes block(host::kBlockBytes);
+        std::vector<float> block(host::kBlockFrames);
         isGuarded = true;
         for (int i = 0; i < kBlocks; ++i) {
-            std::fill(block.begin(), block.end(), static_cast<std::uint8_t>(i));
-            client->OnMicrophoneBytes(std::span(block).first(100));
-            client->OnMicrophoneBytes(std::span(block).subspan(100));
-            if (i % 500 == 0) client->OnMicrophoneLost();
-            if (i % 500 == 100) client->OnMicrophoneRestored();
+            std::fill(block.begin(), block.end(), static_cast<float>(i % 100) / 100);
+            client->OnFramesHeard(std::span(block).first(100));
+            client->OnFramesHeard(std::span(block).subspan(100));
         }
         isGuarded = false;
         --running;
@@ -106,7 +104,7 @@ TEST(SoundThreads, PlayAndListenWithoutARaceOrAnAllocation) {
                 user.Silence();
                 break;
             case 2:
-                step % 2 == 0 ? rig.sound->LoseSpeaker() : rig.sound->RestoreSpeaker();
+                rig.sound->GetOutput().SetSimulatedLoss(step % 2 == 0);
                 break;
             case 3:
                 user.player->Play();

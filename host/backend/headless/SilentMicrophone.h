@@ -8,7 +8,10 @@ namespace host {
 /// that everything else there lives by.
 class SilentMicrophone final : public Microphone {
 public:
-    void Start(const MicrophoneFormat& /*format*/, MicrophoneClient& /*client*/) override {}
+    void Start(MicrophoneClient& client) override {
+        constexpr int kRate = 44'100;
+        client.OnMicrophoneOpened(kRate);
+    }
     void Stop() noexcept override {}
 };
 

@@ -28,6 +28,8 @@ protected:
 
     // UI thread, while nothing pulls.
     void StartMix(SpeakerClient& client, int rate, int periodFrames);
+    /// The device has these instead, before it was asked for the first time.
+    void PrepareMix(int rate, int periodFrames) { mix_.Prepare(rate, periodFrames); }
     void StopMix() noexcept { client_ = nullptr; }
     /// The device is gone: what is pulled from now on is silent.
     void LoseDevice() noexcept;

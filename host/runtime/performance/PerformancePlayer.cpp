@@ -75,7 +75,7 @@ void PerformancePlayer::Do(const KeyAction& action, int) {
 }
 
 void PerformancePlayer::Do(const BreathAction& action, int) {
-    runtime_.GetSound().SetBreath(action.level);
+    runtime_.GetSound().GetSimulatedMicrophone().SetBreath(action.level);
 }
 
 void PerformancePlayer::Do(const RingtoneAction& action, int) {
@@ -109,9 +109,9 @@ void PerformancePlayer::Do(const DeviceAction& action, int) {
     Sound& sound = runtime_.GetSound();
     const bool isLost = action.change == DeviceChange::kLost;
     if (action.device == Device::kSpeaker) {
-        isLost ? sound.LoseSpeaker() : sound.RestoreSpeaker();
+        sound.GetOutput().SetSimulatedLoss(isLost);
     } else {
-        isLost ? sound.LoseMicrophone() : sound.RestoreMicrophone();
+        isLost ? sound.GetSimulatedMicrophone().Lose() : sound.GetSimulatedMicrophone().Restore();
     }
 }
 

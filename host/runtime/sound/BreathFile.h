@@ -9,15 +9,16 @@
 
 namespace host {
 
-class Resampler;
+class PhoneConverter;
 class SoundReader;
+class Storage;
 
-/// A sound file as the simulated microphone hears it: unsigned 8-bit stereo at 8000 Hz, read and converted as it goes.
-/// UI thread only.
+/// A sound file as the simulated microphone hears it (PhoneFormat.h), read and converted as it goes. UI thread only.
 class BreathFile {
 public:
-    /// Null with one line in `problem` that names the file when it is missing, not whole or longer than an hour.
-    [[nodiscard]] static std::unique_ptr<BreathFile> Open(const std::string& path, std::string& problem);
+    /// Null with one line in `problem` that names the file when it cannot be read, is not whole or longer than an hour.
+    [[nodiscard]] static std::unique_ptr<BreathFile> Open(const Storage& storage, const std::string& path,
+                                                          std::string& problem);
     ~BreathFile();
 
     /// The next bytes, whole frames. Behind the file's end there is silence.
@@ -30,13 +31,10 @@ private:
     [[nodiscard]] bool ReadMore();
 
     std::unique_ptr<SoundReader> reader_;
-    std::unique_ptr<Resampler> resampler_;  ///< null when the rate is the microphone's
-    std::vector<float> interleaved_;
-    std::vector<float> stereo_;  ///< of the file's rate
-    std::size_t stereoAt_ = 0;
+    std::unique_ptr<PhoneConverter> converter_;  ///< null when the file's bytes are the phone's already
+    std::vector<float> samples_;
     std::vector<std::uint8_t> bytes_;  ///< converted and not read yet from `bytesAt_` on
     std::size_t bytesAt_ = 0;
-    std::vector<float> resampled_;
     bool hasEnded_ = false;
 };
 

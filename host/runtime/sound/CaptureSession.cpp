@@ -28,9 +28,8 @@ CaptureOutcome CaptureSession::Prepare(int device, int sampleType, int channels,
 
 CaptureOutcome CaptureSession::PrepareNow(int device, int sampleType, int channels, int rate) {
     if (sound_ == nullptr || phase_ != CapturePhase::kInitialized) return CaptureOutcome::kInvalidState;
-    const MicrophoneFormat format;
-    if (device != kMicrophoneDevice || sampleType != kUnsigned8Bit || channels != format.channels ||
-        rate != format.rate) {
+    if (device != kMicrophoneDevice || sampleType != kUnsigned8Bit || channels != kPhoneChannels ||
+        rate != kPhoneRate) {
         return CaptureOutcome::kUnsupported;
     }
     phase_ = CapturePhase::kPrepared;

@@ -4,18 +4,17 @@
 #include <cstdint>
 #include <memory>
 
-#include "backend/Microphone.h"
 #include "runtime/loop/EventLoop.h"
-#include "runtime/sound/BlockRing.h"
+#include "runtime/sound/BlockSource.h"
 #include "runtime/sound/BreathFile.h"
 #include "runtime/sound/Turbulence.h"
 
 namespace host {
 
 /// A microphone that hears a breath file and a performance's breath, paced by the event loop: each block comes when its
-/// last sample has been heard. The file plays in the world, from the microphone's first start on, whether the
-/// microphone listens or not. UI thread only.
-class SimulatedMicrophone final : public Microphone {
+/// last sample has been heard. The file keeps playing from the first start, also while the microphone is stopped or
+/// lost. UI thread only.
+class SimulatedMicrophone final : public BlockSource {
 public:
     explicit SimulatedMicrophone(EventLoop& loop) : loop_(loop) {}
     ~SimulatedMicrophone() override;
@@ -30,8 +29,8 @@ public:
     void Lose();
     void Restore();
 
-    // Microphone; the one format is that of MicrophoneFormat's defaults.
-    void Start(const MicrophoneFormat& format, MicrophoneClient& client) override;
+    // BlockSource
+    void Start(BlockSink& sink) override;
     void Stop() noexcept override;
 
 private:
@@ -45,7 +44,7 @@ private:
     Turbulence turbulence_;
     bool isLost_ = false;
 
-    MicrophoneClient* client_ = nullptr;  ///< null while it is stopped
+    BlockSink* sink_ = nullptr;  ///< null while it is stopped
     TimerQueue::Id timer_ = TimerQueue::kNone;
     Microseconds firstStart_ = -1;  ///< negative before it
     Microseconds start_ = 0;

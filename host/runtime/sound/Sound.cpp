@@ -17,8 +17,10 @@ Sound::Sound(const SoundServices& services, const SoundOptions& options)
       desk_(services.speaker, services.loop),
       output_(desk_, services.loop, services.console),
       simulatedMicrophone_(services.loop),
-      capture_(options.microphoneSource == MicrophoneSource::kSimulated ? static_cast<Microphone&>(simulatedMicrophone_)
-                                                                        : services.microphone,
+      deviceSource_(services.microphone, services.loop),
+      capture_(options.microphoneSource == MicrophoneSource::kSimulated
+                   ? static_cast<BlockSource&>(simulatedMicrophone_)
+                   : deviceSource_,
                services.loop, services.trace, services.console) {}
 
 Sound::~Sound() {
@@ -27,27 +29,32 @@ Sound::~Sound() {
     for (CaptureSession* session : sessions_) session->OnSoundGone();
 }
 
-bool Sound::Open(std::string& problem) {
+bool Sound::Prepare(std::string& problem) {
     if (options_.breathPath) {
-        auto file = BreathFile::Open(*options_.breathPath, problem);
+        auto file = BreathFile::Open(services_.storage, *options_.breathPath, problem);
         if (file == nullptr) return false;
         simulatedMicrophone_.SetBreathFile(std::move(file));
     }
     if (options_.recordPath) {
-        auto recorder = std::make_unique<Recorder>(services_.loop);
-        if (!recorder->Create(*options_.recordPath)) {
-            problem = *options_.recordPath + ": it cannot be written";
+        std::string reason;
+        auto file = services_.storage.OpenOutput(*options_.recordPath, reason);
+        if (file == nullptr) {
+            problem = *options_.recordPath + ": " + reason;
             return false;
         }
-        recorder_ = std::move(recorder);
+        recorder_ =
+            std::make_unique<Recorder>(services_.loop, services_.console, std::move(file), *options_.recordPath);
         output_.SetTap(&recorder_->GetTap());
     }
+    return true;
+}
+
+void Sound::Open() {
     services_.speaker.Open(output_);
     isOpen_ = true;
     const int rate = services_.speaker.Rate();
     clips_.SetRate(rate);
     if (recorder_ != nullptr) recorder_->Start(rate);
-    return true;
 }
 
 void Sound::Close() noexcept {
@@ -56,38 +63,6 @@ void Sound::Close() noexcept {
     recorder_.reset();
     for (ClipPlayer* player : players_) player->OnSoundClosed();
     desk_.Close();
-}
-
-void Sound::SetBreath(double level) {
-    simulatedMicrophone_.SetBreath(level);
-}
-
-void Sound::SetKeyBreath(double level) {
-    capture_.SetKeyBreath(level);
-}
-
-void Sound::LoseSpeaker() {
-    output_.SetSimulatedLoss(true);
-}
-
-void Sound::RestoreSpeaker() {
-    output_.SetSimulatedLoss(false);
-}
-
-void Sound::LoseMicrophone() {
-    simulatedMicrophone_.Lose();
-}
-
-void Sound::RestoreMicrophone() {
-    simulatedMicrophone_.Restore();
-}
-
-std::uint64_t Sound::BlocksDelivered() const {
-    return capture_.BlocksDelivered();
-}
-
-std::uint64_t Sound::Underruns() const {
-    return services_.speaker.Underruns();
 }
 
 }  // namespace host

@@ -13,6 +13,7 @@
 #include "runtime/loop/EventLoop.h"
 #include "runtime/sound/Capture.h"
 #include "runtime/sound/ClipCache.h"
+#include "runtime/sound/DeviceSource.h"
 #include "runtime/sound/MixDesk.h"
 #include "runtime/sound/SimulatedMicrophone.h"
 #include "runtime/sound/SpeakerOutput.h"
@@ -52,21 +53,20 @@ public:
     Sound(const Sound&) = delete;
     Sound& operator=(const Sound&) = delete;
 
-    /// False with a line in `problem` when a file of the options cannot be read or made; nothing runs then.
-    [[nodiscard]] bool Open(std::string& problem);
+    /// Opens the files of the options. False with a line in `problem` when one cannot be read or made; nothing is
+    /// emptied yet.
+    [[nodiscard]] bool Prepare(std::string& problem);
+    /// Opens the speaker.
+    void Open();
     /// The speaker silent first, then the microphone; nothing is delivered to anybody afterwards.
     void Close() noexcept;
 
-    // What a performance or a keyboard does to the world around the phone.
-    void SetBreath(double level);     ///< 0..1: turbulence that the simulated microphone hears from now on
-    void SetKeyBreath(double level);  ///< 0..1: as if blown, whatever the microphone hears; 0 ends it
-    void LoseSpeaker();
-    void RestoreSpeaker();
-    void LoseMicrophone();  ///< of a simulated microphone; a real one is only lost by being unplugged
-    void RestoreMicrophone();
-
-    [[nodiscard]] std::uint64_t BlocksDelivered() const;
-    [[nodiscard]] std::uint64_t Underruns() const;
+    [[nodiscard]] SpeakerOutput& GetOutput() noexcept { return output_; }
+    /// What is heard where no device is asked; a real microphone is only lost by being unplugged.
+    [[nodiscard]] SimulatedMicrophone& GetSimulatedMicrophone() noexcept { return simulatedMicrophone_; }
+    [[nodiscard]] Capture& GetCapture() noexcept { return capture_; }
+    /// Periods that the speaker could not get in time.
+    [[nodiscard]] std::uint64_t Underruns() const { return services_.speaker.Underruns(); }
 
     // For ClipPlayer and CaptureSession, which are what Tizen::Media::Player and AudioIn are made of.
     void Add(ClipPlayer& player) { players_.push_back(&player); }
@@ -77,7 +77,6 @@ public:
     [[nodiscard]] Trace& GetTrace() noexcept { return services_.trace; }
     [[nodiscard]] ClipCache& GetClips() noexcept { return clips_; }
     [[nodiscard]] MixDesk& GetDesk() noexcept { return desk_; }
-    [[nodiscard]] Capture& GetCapture() noexcept { return capture_; }
 
 private:
     // ClipListener
@@ -90,6 +89,7 @@ private:
     SpeakerOutput output_;
     std::unique_ptr<Recorder> recorder_;
     SimulatedMicrophone simulatedMicrophone_;
+    DeviceSource deviceSource_;
     Capture capture_;
     std::vector<ClipPlayer*> players_;
     std::vector<CaptureSession*> sessions_;

@@ -7,7 +7,7 @@ namespace host {
 
 namespace {
 
-constexpr double kFullScale = 127;
+constexpr int kHighestByte = 255;
 
 // One-pole filters' coefficients, 1 - exp(-2 pi f / 8000): a low pass of 300 Hz, and of 35 Hz for what is taken away.
 constexpr double kLowPass = 0.2099;
@@ -21,10 +21,19 @@ void Turbulence::SetLevel(double level) {
     level_ = std::clamp(level, 0.0, 1.0);
 }
 
+void Turbulence::AddTo(std::span<std::uint8_t> bytes) {
+    if (IsSilent()) return;
+    for (std::size_t i = 0; i < bytes.size(); i += kPhoneChannels) {
+        const int breath = Next();
+        for (std::uint8_t& byte : bytes.subspan(i, kPhoneChannels)) {
+            byte = static_cast<std::uint8_t>(std::clamp(byte + breath, 0, kHighestByte));
+        }
+    }
+}
+
 int Turbulence::Next() {
-    if (IsSilent()) return 0;
     if (next_ == kChunkFrames) MakeChunk();
-    return static_cast<int>(std::lround(chunk_[next_++] * level_ * kFullScale));
+    return static_cast<int>(std::lround(chunk_[next_++] * level_ * kPhoneFullScale));
 }
 
 void Turbulence::MakeChunk() {

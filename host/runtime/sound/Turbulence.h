@@ -3,8 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
-#include "backend/Microphone.h"
+#include "runtime/sound/PhoneFormat.h"
 
 namespace host {
 
@@ -15,14 +16,15 @@ class Turbulence {
 public:
     /// 0..1 of full scale; others are brought to the nearer end. It holds from the next sample on.
     void SetLevel(double level);
-    [[nodiscard]] bool IsSilent() const noexcept { return level_ <= 0; }
-
-    /// The next sample, in steps of an 8-bit one: -127..127.
-    [[nodiscard]] int Next();
+    /// Adds the next samples to both channels of `bytes`, whole frames of what the phone's microphone delivers.
+    void AddTo(std::span<std::uint8_t> bytes);
 
 private:
-    static constexpr std::size_t kChunkFrames = 80;  // 10 ms at the microphone's rate
+    static constexpr std::size_t kChunkFrames = kPhoneRate / 100;  // 10 ms
 
+    [[nodiscard]] bool IsSilent() const noexcept { return level_ <= 0; }
+    /// In steps of a byte.
+    [[nodiscard]] int Next();
     void MakeChunk();
 
     double level_ = 0;

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <span>
-#include <string>
 #include <utility>
 #include <vector>
+
+#include "backend/Storage.h"
 
 namespace host {
 
@@ -39,35 +39,25 @@ private:
     std::vector<std::byte> content_;
 };
 
-/// A file that stays on the disk, for sounds too long to hold.
+/// A file that stays where it is, for sounds too long to hold.
 class FileSource final : public ByteSource {
 public:
-    /// Null when it cannot be read.
-    [[nodiscard]] static std::unique_ptr<FileSource> Open(const std::string& path) {
-        std::unique_ptr<FileSource> source(new FileSource(std::fopen(path.c_str(), "rb")));
-        if (source->file_ == nullptr || std::fseek(source->file_.get(), 0, SEEK_END) != 0) return nullptr;
-        source->size_ = std::ftell(source->file_.get());
-        // A folder opens as well, and is of an absurd size; it cannot be read.
-        std::byte first{};
-        if (source->size_ < 0 || (source->size_ > 0 && source->ReadAt(0, {&first, 1}) != 1)) return nullptr;
-        return source;
-    }
+    explicit FileSource(std::unique_ptr<InputFile> file) : file_(std::move(file)) {}
 
-    [[nodiscard]] std::int64_t Size() const override { return size_; }
+    [[nodiscard]] std::int64_t Size() const override { return static_cast<std::int64_t>(file_->Size()); }
     std::size_t ReadAt(std::int64_t offset, std::span<std::byte> bytes) override {
-        if (std::fseek(file_.get(), static_cast<long>(offset), SEEK_SET) != 0) return 0;
-        return std::fread(bytes.data(), 1, bytes.size(), file_.get());
+        std::size_t count = 0;
+        // The file may give less at once than there is.
+        while (offset >= 0 && count < bytes.size()) {
+            const auto got = file_->Read(static_cast<std::uint64_t>(offset) + count, bytes.subspan(count));
+            if (!got || *got == 0) break;
+            count += *got;
+        }
+        return count;
     }
 
 private:
-    struct Closer {
-        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-    };
-
-    explicit FileSource(std::FILE* file) : file_(file) {}
-
-    std::unique_ptr<std::FILE, Closer> file_;
-    std::int64_t size_ = 0;
+    std::unique_ptr<InputFile> file_;
 };
 
 }  // namespace host

@@ -57,13 +57,8 @@ std::unique_ptr<SoundReader> SoundReader::FromMemory(std::vector<std::byte> cont
     return FromSource(std::make_unique<MemorySource>(std::move(content)), problem);
 }
 
-std::unique_ptr<SoundReader> SoundReader::FromFile(const std::string& path, std::string& problem) {
-    auto source = FileSource::Open(path);
-    if (source == nullptr) {
-        problem = "it cannot be read";
-        return nullptr;
-    }
-    return FromSource(std::move(source), problem);
+std::unique_ptr<SoundReader> SoundReader::FromFile(std::unique_ptr<InputFile> file, std::string& problem) {
+    return FromSource(std::make_unique<FileSource>(std::move(file)), problem);
 }
 
 std::unique_ptr<SoundReader> SoundReader::FromSource(std::unique_ptr<ByteSource> source, std::string& problem) {

@@ -10,6 +10,7 @@
 namespace host {
 
 class ByteSource;
+class InputFile;
 
 /// Decodes a WAV or Ogg Vorbis file piece by piece. Opening refuses what is seen not to be whole (see Framing.h). One
 /// thread at a time; not for the audio thread.
@@ -17,7 +18,7 @@ class SoundReader {
 public:
     /// Null with what is wrong ("it is empty") in `problem`.
     [[nodiscard]] static std::unique_ptr<SoundReader> FromMemory(std::vector<std::byte> content, std::string& problem);
-    [[nodiscard]] static std::unique_ptr<SoundReader> FromFile(const std::string& path, std::string& problem);
+    [[nodiscard]] static std::unique_ptr<SoundReader> FromFile(std::unique_ptr<InputFile> file, std::string& problem);
     ~SoundReader();
 
     /// Frames a second; at least 1.

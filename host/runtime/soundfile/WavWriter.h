@@ -5,26 +5,31 @@
 #include <span>
 #include <string>
 
+#include "backend/Storage.h"
+
 namespace host {
 
-/// Writes a 16-bit WAV file. Not for the audio thread.
+/// Writes a 16-bit mono WAV file. Not for the audio thread.
 class WavWriter {
 public:
-    /// Null when the file cannot be made.
-    [[nodiscard]] static std::unique_ptr<WavWriter> Create(const std::string& path, int rate, int channels = 1);
-    /// Completes the file.
-    ~WavWriter();
+    /// `rate` is frames a second.
+    WavWriter(std::unique_ptr<OutputFile> file, int rate);
 
-    /// Whole interleaved frames; -1..1, what lies beyond is clipped. The file is a valid one whenever this has
-    /// returned, should the program die. False once the disk takes no more.
-    bool Write(std::span<const float> samples);
+    /// Frames of -1..1; what lies beyond is clipped. The file is a valid one whenever this has returned, also when the
+    /// program dies afterwards. False once the disk takes no more.
+    bool Write(std::span<const float> frames);
+    /// Closes the file. False when something that was written is lost.
+    bool Close();
+    /// Why something was lost.
+    [[nodiscard]] std::string Problem() const;
 
 private:
-    struct File;
+    bool WriteHeader();
 
-    explicit WavWriter(std::unique_ptr<File> file);
-
-    std::unique_ptr<File> file_;
+    std::unique_ptr<OutputFile> file_;
+    int rate_;
+    std::uint32_t dataBytes_ = 0;
+    bool isFull_ = false;
 };
 
 }  // namespace host

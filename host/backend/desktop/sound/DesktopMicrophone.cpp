@@ -2,68 +2,49 @@
 
 #include <span>
 
-#include "backend/LoopDriver.h"
-
 namespace host {
 
 namespace {
 
-constexpr Microseconds kRetryInterval = 2 * kMicrosecondsPerSecond;
-// 16 ms at 8000 Hz: less than a block of the client's, so that none waits for the second one after it.
-constexpr Uint16 kPeriodFrames = 128;
+constexpr int kUsualRate = 48'000;
+// 16 ms: less than one of the phone's blocks, so that none waits for the second period after it.
+constexpr Uint16 kPeriodFrames = 768;
 
 }  // namespace
 
-void DesktopMicrophone::Start(const MicrophoneFormat& format, MicrophoneClient& client) {
+void DesktopMicrophone::Start(MicrophoneClient& client) {
     Stop();
-    format_ = format;
     client_ = &client;
-    if (OpenDevice()) {
-        device_.Run();
-    } else {
-        client_->OnMicrophoneLost();
-        retryAt_ = clock_.Now() + kRetryInterval;
-    }
+    keeper_.Start();
 }
 
-void DesktopMicrophone::Stop() noexcept {
-    device_.Close();
-    client_ = nullptr;
-}
-
-Microseconds DesktopMicrophone::Tend(Microseconds now) {
-    if (client_ == nullptr) return LoopClient::kNever;
-    if (device_.IsLost()) {
-        device_.Close();
-        client_->OnMicrophoneLost();
-        retryAt_ = now + kRetryInterval;
-    }
-    if (device_.IsOpen()) return LoopClient::kNever;
-    if (now >= retryAt_) {
-        if (OpenDevice()) {
-            client_->OnMicrophoneRestored();
-            device_.Run();
-            return LoopClient::kNever;
-        }
-        retryAt_ = now + kRetryInterval;
-    }
-    return retryAt_;
-}
-
-bool DesktopMicrophone::OpenDevice() {
+bool DesktopMicrophone::OpenDevice(SdlAudioDevice& device, SoundDeviceKeeper::Attempt) {
     SDL_AudioSpec wanted{};
-    wanted.freq = format_.rate;
-    wanted.format = AUDIO_U8;
-    wanted.channels = static_cast<Uint8>(format_.channels);
+    wanted.freq = kUsualRate;
+    wanted.format = AUDIO_F32SYS;
+    wanted.channels = 1;
     wanted.samples = kPeriodFrames;
     wanted.callback = TakeStream;
     wanted.userdata = this;
-    return device_.Open(wanted, 0).has_value();
+    const auto obtained = device.Open(wanted, SDL_AUDIO_ALLOW_FREQUENCY_CHANGE);
+    if (!obtained) return false;
+    rate_ = obtained->freq;
+    return true;
+}
+
+void DesktopMicrophone::OnDeviceOpened(SoundDeviceKeeper::Attempt) {
+    client_->OnMicrophoneOpened(rate_);
+}
+
+void DesktopMicrophone::OnDeviceLost() {
+    client_->OnMicrophoneLost();
 }
 
 void DesktopMicrophone::TakeStream(void* self, Uint8* stream, int bytes) noexcept {
     const auto& microphone = *static_cast<DesktopMicrophone*>(self);
-    microphone.client_->OnMicrophoneBytes({stream, static_cast<std::size_t>(bytes)});
+    // SDL's buffers are aligned for every format that it has.
+    const auto* frames = static_cast<const float*>(static_cast<const void*>(stream));
+    microphone.client_->OnFramesHeard({frames, static_cast<std::size_t>(bytes) / sizeof(float)});
 }
 
 }  // namespace host

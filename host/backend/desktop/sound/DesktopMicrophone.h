@@ -1,38 +1,35 @@
 #pragma once
 
-#include "backend/Clock.h"
 #include "backend/Microphone.h"
-#include "backend/desktop/sound/SdlAudioDevice.h"
+#include "backend/desktop/sound/SoundDeviceKeeper.h"
 
 namespace host {
 
-/// The desktop's default sound input, converted to the wanted format by SDL or its sound server. Operations are the UI
-/// thread's; bytes arrive on the device's thread.
-class DesktopMicrophone final : public Microphone {
+/// The desktop's default sound input at its own rate, mixed to mono by SDL. Operations are the UI thread's; frames
+/// arrive on the device's thread.
+class DesktopMicrophone final : public Microphone, private SoundDeviceKeeper::User {
 public:
-    explicit DesktopMicrophone(const Clock& clock) : clock_(clock) {}
+    explicit DesktopMicrophone(const Clock& clock) : keeper_(SdlAudioDevice::Direction::kCapture, clock, *this) {}
     ~DesktopMicrophone() override { Stop(); }
     DesktopMicrophone(const DesktopMicrophone&) = delete;
     DesktopMicrophone& operator=(const DesktopMicrophone&) = delete;
 
-    void Start(const MicrophoneFormat& format, MicrophoneClient& client) override;
-    void Stop() noexcept override;
+    void Start(MicrophoneClient& client) override;
+    void Stop() noexcept override { keeper_.Stop(); }
 
-    /// Notices a lost device, and looks for one in a lost one's place. Returns when it wants to be called again, or
-    /// LoopClient::kNever.
-    Microseconds Tend(Microseconds now);
-    /// The system has a new device: the next Tend tries it.
-    void OnDeviceAdded() noexcept { retryAt_ = 0; }
+    [[nodiscard]] SoundDeviceKeeper& Keeper() noexcept { return keeper_; }
 
 private:
     static void TakeStream(void* self, Uint8* stream, int bytes) noexcept;
-    [[nodiscard]] bool OpenDevice();
 
-    const Clock& clock_;
-    SdlAudioDevice device_{SdlAudioDevice::Direction::kCapture};
-    MicrophoneFormat format_;
+    // SoundDeviceKeeper::User
+    [[nodiscard]] bool OpenDevice(SdlAudioDevice& device, SoundDeviceKeeper::Attempt attempt) override;
+    void OnDeviceOpened(SoundDeviceKeeper::Attempt attempt) override;
+    void OnDeviceLost() override;
+
+    SoundDeviceKeeper keeper_;
     MicrophoneClient* client_ = nullptr;
-    Microseconds retryAt_ = 0;
+    int rate_ = 0;
 };
 
 }  // namespace host

@@ -3,63 +3,24 @@
 #include <algorithm>
 #include <span>
 
-#include "backend/LoopDriver.h"
-
 namespace host {
-
-namespace {
-
-constexpr Microseconds kRetryInterval = 2 * kMicrosecondsPerSecond;
-
-}  // namespace
 
 void DesktopSpeaker::Open(SpeakerClient& client) {
     Close();
     underrunsAtOpen_ = meter_.Count();
     rate_ = kUsualRate;
     periodFrames_ = kWantedPeriodFrames;
-    const bool isOpen = OpenDevice(SDL_AUDIO_ALLOW_FREQUENCY_CHANGE | SDL_AUDIO_ALLOW_SAMPLES_CHANGE);
     StartMix(client, rate_, periodFrames_);
-    if (isOpen) {
-        device_.Run();
-    } else {
-        PaceWithoutDevice(clock_.Now());
-    }
+    keeper_.Start();
 }
 
 void DesktopSpeaker::Close() noexcept {
-    device_.Close();
+    keeper_.Stop();
     pacing_.reset();
     StopMix();
 }
 
-void DesktopSpeaker::PaceWithoutDevice(Microseconds now) {
-    LoseDevice();
-    pacing_.emplace(*this, rate_, periodFrames_);
-    retryAt_ = now + kRetryInterval;
-}
-
-Microseconds DesktopSpeaker::Tend(Microseconds now) {
-    if (!IsMixing()) return LoopClient::kNever;
-    if (device_.IsLost()) {
-        device_.Close();
-        PaceWithoutDevice(now);
-    }
-    if (device_.IsOpen()) return LoopClient::kNever;
-    if (now >= retryAt_) {
-        // What was mixed at one rate so far stays at it; SDL converts if the new device has another.
-        if (OpenDevice(SDL_AUDIO_ALLOW_SAMPLES_CHANGE)) {
-            pacing_.reset();
-            RestoreDevice(periodFrames_);
-            device_.Run();
-            return LoopClient::kNever;
-        }
-        retryAt_ = now + kRetryInterval;
-    }
-    return retryAt_;
-}
-
-bool DesktopSpeaker::OpenDevice(int changes) {
+bool DesktopSpeaker::OpenDevice(SdlAudioDevice& device, SoundDeviceKeeper::Attempt attempt) {
     SDL_AudioSpec wanted{};
     wanted.freq = rate_;
     wanted.format = AUDIO_F32SYS;
@@ -68,12 +29,29 @@ bool DesktopSpeaker::OpenDevice(int changes) {
     wanted.callback = FillStream;
     wanted.userdata = this;
     meter_.Restart();
-    const auto obtained = device_.Open(wanted, changes);
+    // What was mixed at one rate so far stays at it: SDL converts if a later device has another.
+    const int changes = attempt == SoundDeviceKeeper::Attempt::kFirst
+                            ? SDL_AUDIO_ALLOW_FREQUENCY_CHANGE | SDL_AUDIO_ALLOW_SAMPLES_CHANGE
+                            : SDL_AUDIO_ALLOW_SAMPLES_CHANGE;
+    const auto obtained = device.Open(wanted, changes);
     if (!obtained) return false;
-    // The device does not run yet: nothing is pulled before the mix knows these.
     rate_ = obtained->freq;
     periodFrames_ = std::max<int>(1, obtained->samples);
     return true;
+}
+
+void DesktopSpeaker::OnDeviceOpened(SoundDeviceKeeper::Attempt attempt) {
+    pacing_.reset();
+    if (attempt == SoundDeviceKeeper::Attempt::kFirst) {
+        PrepareMix(rate_, periodFrames_);
+    } else {
+        RestoreDevice(periodFrames_);
+    }
+}
+
+void DesktopSpeaker::OnDeviceLost() {
+    LoseDevice();
+    pacing_.emplace(*this, rate_, periodFrames_);
 }
 
 void DesktopSpeaker::FillStream(void* self, Uint8* stream, int bytes) noexcept {

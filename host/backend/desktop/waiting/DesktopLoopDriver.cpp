@@ -24,7 +24,8 @@ void DesktopLoopDriver::Run(LoopClient& client) {
     while (!client.HasEnded()) {
         HandleEvents();
         if (endSignals.TakeArrival()) window_.RequestClose();
-        const Microseconds tendDue = std::min(speaker_.Tend(clock_.Now()), microphone_.Tend(clock_.Now()));
+        const Microseconds tendDue =
+            std::min(speaker_.Keeper().Tend(clock_.Now()), microphone_.Keeper().Tend(clock_.Now()));
         if (client.HasEnded()) return;
         // Taken before the step: what is told during it, or after it, wakes again.
         isWoken_.exchange(false, std::memory_order_acq_rel);
@@ -48,9 +49,9 @@ void DesktopLoopDriver::HandleEvents() {
             const SDL_Event& event = events[static_cast<std::size_t>(i)];
             if (event.type == SDL_AUDIODEVICEADDED) {
                 if (event.adevice.iscapture != 0) {
-                    microphone_.OnDeviceAdded();
+                    microphone_.Keeper().OnDeviceAdded();
                 } else {
-                    speaker_.OnDeviceAdded();
+                    speaker_.Keeper().OnDeviceAdded();
                 }
             } else {
                 window_.HandleEvent(event);

@@ -1,0 +1,72 @@
+#include "runtime/sound/DeviceSource.h"
+
+#include <algorithm>
+#include <array>
+
+namespace host {
+
+namespace {
+
+// 5 s at 48000 Hz. A UI thread that stands still for longer loses what comes then; the blocks before that are too old
+// to be wanted as well.
+constexpr std::size_t kFramesInRing = std::size_t{1} << 18U;
+
+constexpr std::size_t kFramesAtOnce = 2048;
+constexpr int kDeviceChannels = 1;
+
+}  // namespace
+
+DeviceSource::DeviceSource(Microphone& microphone, EventLoop& loop)
+    : microphone_(microphone), loop_(loop), frames_(kFramesInRing) {}
+
+void DeviceSource::Start(BlockSink& sink) {
+    Stop();
+    sink_ = &sink;
+    DropUnread();
+    microphone_.Start(*this);
+}
+
+void DeviceSource::Stop() noexcept {
+    if (sink_ == nullptr) return;
+    sink_ = nullptr;
+    microphone_.Stop();
+}
+
+void DeviceSource::OnMicrophoneOpened(int rate) noexcept {
+    DropUnread();
+    converter_ = PhoneConverter::Make(rate, kDeviceChannels);
+    if (converter_ != nullptr) sink_->OnSourceRestored();
+}
+
+void DeviceSource::OnMicrophoneLost() noexcept {
+    sink_->OnSourceLost();
+}
+
+void DeviceSource::OnFramesHeard(std::span<const float> frames) noexcept {
+    frames_.Push(frames.first(std::min(frames.size(), frames_.Room())));
+    // A wake-up that finds the loop's queue full is made good by the next frames'.
+    static_cast<void>(loop_.PostFromThread({this}));
+}
+
+void DeviceSource::OnThreadMessage(const ThreadMessage&) {
+    if (sink_ == nullptr || converter_ == nullptr) return;
+    std::array<float, kFramesAtOnce> heard;
+    while (const std::size_t count = frames_.Pop(heard)) {
+        converter_->Convert(std::span<const float>(heard).first(count), PhoneConverter::Input::kGoesOn, bytes_);
+    }
+    auto from = bytes_.begin();
+    for (; bytes_.end() - from >= static_cast<std::ptrdiff_t>(kBlockBytes); from += kBlockBytes) {
+        Block block;
+        std::copy_n(from, kBlockBytes, block.begin());
+        sink_->OnBlock(block);
+    }
+    bytes_.erase(bytes_.begin(), from);
+}
+
+void DeviceSource::DropUnread() noexcept {
+    std::array<float, kFramesAtOnce> dropped;
+    while (frames_.Pop(dropped) > 0) continue;
+    bytes_.clear();
+}
+
+}  // namespace host

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "backend/Microphone.h"
+#include "backend/SpscRing.h"
+#include "runtime/loop/EventLoop.h"
+#include "runtime/sound/BlockSource.h"
+#include "runtime/sound/PhoneConverter.h"
+
+namespace host {
+
+/// Makes blocks of what a microphone hears. Its frames go through a lock-free ring to the UI thread, which does the
+/// rest: the microphone's thread only copies.
+class DeviceSource final : public BlockSource, private MicrophoneClient, private ThreadMessageHandler {
+public:
+    DeviceSource(Microphone& microphone, EventLoop& loop);
+    ~DeviceSource() override { Stop(); }
+    DeviceSource(const DeviceSource&) = delete;
+    DeviceSource& operator=(const DeviceSource&) = delete;
+
+    // BlockSource
+    void Start(BlockSink& sink) override;
+    void Stop() noexcept override;
+
+private:
+    // MicrophoneClient
+    void OnMicrophoneOpened(int rate) noexcept override;
+    void OnMicrophoneLost() noexcept override;
+    void OnFramesHeard(std::span<const float> frames) noexcept override;
+
+    void OnThreadMessage(const ThreadMessage& message) override;
+    void DropUnread() noexcept;
+
+    Microphone& microphone_;
+    EventLoop& loop_;
+    SpscRing<float> frames_;
+    BlockSink* sink_ = nullptr;  ///< null while stopped
+    std::unique_ptr<PhoneConverter> converter_;
+    std::vector<std::uint8_t> bytes_;  ///< of the block that is not full yet
+};
+
+}  // namespace host
