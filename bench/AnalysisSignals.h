@@ -63,7 +63,7 @@ bool RegisterForEverySignal(const std::string& column, MakeAnalysis makeAnalysis
             MeasureEach(
                 state, [] {}, analyseAll, static_cast<int>(signal.size()));
         };
-        benchmark::RegisterBenchmark(("analysis, " + name + "|" + column).c_str(), bench);
+        benchmark::RegisterBenchmark(std::string("analysis, ").append(name).append("|").append(column).c_str(), bench);
     }
     return true;
 }

@@ -1,10 +1,11 @@
 // Measures whole processes from outside, and prints a line "row|column value" for each figure:
-//   start COLUMN RUNS PROGRAM...     nanoseconds from before the start until the program says "frame", and the largest
-//                                    resident bytes a moment later; medians
-//   idle COLUMN SECONDS PROGRAM...   after a warm-up: the share of a core, the wake-ups a second of all threads, and
-//   the
-//                                    largest resident bytes
-//   elapsed COLUMN RUNS PROGRAM...   nanoseconds from start to end; the median
+//   start COLUMN RUNS PROGRAM...
+//     nanoseconds from before the start until the program says "frame", and the largest resident bytes a moment later;
+//     medians
+//   idle COLUMN SECONDS PROGRAM...
+//     after a warm-up: the share of a core, the wake-ups a second of all threads, and the largest resident bytes
+//   elapsed COLUMN RUNS PROGRAM...
+//     nanoseconds from start to end; the median
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -24,8 +25,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-extern char** environ;
 
 namespace {
 
@@ -161,8 +160,8 @@ int main(int argc, char* argv[]) {
     constexpr int kProgramAt = 4;
     if (argc <= kProgramAt) return 2;
     const std::string kind = argv[1];
-    const int count = std::atoi(argv[3]);
     try {
+        const int count = std::stoi(argv[3]);
         if (kind == "start") MeasureStart(argv[2], count, argv + kProgramAt);
         if (kind == "idle") MeasureIdle(argv[2], count, argv + kProgramAt);
         if (kind == "elapsed") MeasureElapsed(argv[2], count, argv + kProgramAt);

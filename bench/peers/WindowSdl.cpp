@@ -47,7 +47,7 @@ int main(int argc, char* argv[]) {
     cairo_surface_flush(image);
     SDL_UpdateWindowSurface(window);
 
-    const int count = argc > 1 ? std::atoi(argv[1]) : 0;
+    const int count = argc > 1 ? static_cast<int>(std::strtol(argv[1], nullptr, 10)) : 0;
     std::vector<double> times;
     for (int i = 0; i < count; ++i) {
         SDL_PumpEvents();

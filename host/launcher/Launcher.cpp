@@ -112,7 +112,7 @@ int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     if (problem.empty()) problem = ReasonAgainstFolder(options.screenshots, "--screenshots");
     if (!problem.empty()) return Refuse(problem);
     const std::string packageRoot = FindPackageRoot();
-    if (packageRoot.empty()) return Refuse("the package's files are neither installed nor in the source tree");
+    if (packageRoot.empty()) return Refuse("the package's files are not in share/brevant beside the program or one folder above it");
 
     RuntimeOptions runtimeOptions;
     runtimeOptions.screen = options.screen;

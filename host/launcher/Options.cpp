@@ -41,7 +41,7 @@ OptionsOutcome ReadOptions(int argc, const char* const* argv, const std::vector<
     Options& options = outcome.options;
     CLI::App parser("Brevant, a four-hole ocarina: cover the holes, blow into the microphone.", "brevant");
     parser.set_version_flag("--version", std::string("brevant ") + BREVANT_VERSION, "Print the version");
-    parser.set_help_flag("--help", "Print this help");
+    parser.set_help_flag("-h,--help", "Print this help");
 
     parser
         .add_option("--backend", options.backend, "What to run on; desktop where a display is reachable, else headless")

@@ -27,9 +27,13 @@ bool IsPackage(const fs::path& folder) {
 std::string FindPackageRoot() {
     std::error_code error;
     const fs::path program = fs::read_symlink("/proc/self/exe", error);
-    const fs::path installed = program.parent_path().parent_path() / "share" / "brevant";
-    if (!error && IsPackage(installed)) return installed.string() + '/';
-    if (IsPackage(BREVANT_SOURCE_PACKAGE)) return BREVANT_SOURCE_PACKAGE;
+    if (error) return {};
+    // Installed, the program is in bin/ beside share/; in a build folder it is beside share/ itself.
+    const fs::path folder = program.parent_path();
+    for (const fs::path& place : {folder.parent_path(), folder}) {
+        const fs::path package = place / "share" / "brevant";
+        if (IsPackage(package)) return package.string() + '/';
+    }
     return {};
 }
 

@@ -6,8 +6,8 @@ namespace host {
 
 // What the launcher learns from the machine it runs on, so that nothing behind it reads the environment.
 
-/// The package's folder with a separator at its end: beside the program where it is installed, else that of the source
-/// tree. Empty when there is none.
+/// The package's folder with a separator at its end: share/brevant in the program's own folder or the one above it.
+/// Empty when there is none.
 [[nodiscard]] std::string FindPackageRoot();
 /// $XDG_DATA_HOME/brevant/, or what freedesktop.org's XDG base directories put in its place.
 [[nodiscard]] std::string DefaultDataFolder();

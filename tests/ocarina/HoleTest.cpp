@@ -21,8 +21,8 @@ using Tizen::Ui::Controls::Form;
 
 class HoleReports final : public JHoleListener {
 public:
-    void OnHolePressed(int holeIndex) override { log += "+" + std::to_string(holeIndex); }
-    void OnHoleReleased(int holeIndex) override { log += "-" + std::to_string(holeIndex); }
+    void OnHolePressed(int holeIndex) override { log.append("+").append(std::to_string(holeIndex)); }
+    void OnHoleReleased(int holeIndex) override { log.append("-").append(std::to_string(holeIndex)); }
 
     std::string log;
 };
