@@ -7,11 +7,11 @@
 #include <cmath>
 #include <functional>
 
+#include "Tizen/Base/ByteBuffer.h"
+#include "Tizen/Media/AudioIn.h"
 #include "sound/SoundRig.h"
 
-using host::CaptureOutcome;
-using host::CapturePhase;
-using host::CaptureSession;
+using namespace Tizen::Media;
 
 namespace sound_test {
 
@@ -22,22 +22,30 @@ constexpr std::uint8_t kSilence = 128;
 constexpr std::uint8_t kBlown = 153;  // the instrument's threshold
 
 // Records with three buffers, as the instrument does, and gives each one back at once.
-class Listener final : public host::CaptureSessionListener {
+class Listener final : public IAudioInEventListener {
 public:
-    explicit Listener(Rig& rig, int buffers = 3)
-        : rig_(rig), session(std::make_unique<CaptureSession>(*rig.sound, *this)) {
-        EXPECT_EQ(session->Prepare(0, 1, 2, 8000), CaptureOutcome::kDone);
-        for (int i = 0; i < buffers; ++i) EXPECT_EQ(session->Add(&buffers_[i]), CaptureOutcome::kDone);
+    explicit Listener(Rig& rig, int buffers = 3) : rig_(rig) {
+        EXPECT_EQ(audioIn->Construct(*this), E_SUCCESS);
+        EXPECT_EQ(Prepare(), E_SUCCESS);
+        for (int i = 0; i < buffers; ++i) {
+            EXPECT_EQ(buffers_[i].Construct(audioIn->GetMinBufferSize()), E_SUCCESS);
+            EXPECT_EQ(audioIn->AddBuffer(&buffers_[i]), E_SUCCESS);
+        }
     }
 
-    void OnBufferFilled(void* buffer, std::span<const std::uint8_t> block) override {
-        EXPECT_EQ(block.size(), host::kBlockBytes);
+    result Prepare() {
+        return audioIn->Prepare(AUDIO_INPUT_DEVICE_MIC, AUDIO_SAMPLE_TYPE_PCM_U8, AUDIO_CHANNEL_TYPE_STEREO, 8000);
+    }
+
+    void OnAudioInBufferIsFilled(Tizen::Base::ByteBuffer* pData) override {
+        EXPECT_EQ(pData->GetLimit(), static_cast<int>(host::kBlockBytes));
+        const std::span<const byte> block(pData->GetPointer(), host::kBlockBytes);
         heard.insert(heard.end(), block.begin(), block.end());
         peaks.push_back(*std::max_element(block.begin(), block.end()));
         lows.push_back(*std::min_element(block.begin(), block.end()));
         times.push_back(rig_.loop.Now());
         if (meanwhile) meanwhile();
-        if (session != nullptr) session->Add(buffer);
+        if (audioIn != nullptr) audioIn->AddBuffer(pData);
     }
 
     void Clear() {
@@ -48,10 +56,10 @@ public:
 
 private:
     Rig& rig_;
-    char buffers_[3] = {};
+    Tizen::Base::ByteBuffer buffers_[3];
 
 public:
-    std::unique_ptr<CaptureSession> session;
+    std::unique_ptr<AudioIn> audioIn = std::make_unique<AudioIn>();
     Bytes heard;
     std::vector<int> peaks;
     std::vector<int> lows;
@@ -110,31 +118,33 @@ Bytes Silence(std::size_t bytes) {
 TEST(Microphone, AllowsInEachStateWhatItsTableSays) {
     Rig rig(Simulated());
     Listener listener(rig);
-    CaptureSession& session = *listener.session;
-    const auto expect = [&](CaptureOutcome outcome, CaptureOutcome expected, CapturePhase phase) {
+    AudioIn& audioIn = *listener.audioIn;
+    const auto expect = [&](result outcome, result expected, AudioInState state) {
         EXPECT_EQ(outcome, expected);
-        EXPECT_EQ(session.GetPhase(), phase);
+        EXPECT_EQ(audioIn.GetState(), state);
     };
-    constexpr auto kDone = CaptureOutcome::kDone;
-    constexpr auto kInvalid = CaptureOutcome::kInvalidState;
-    expect(session.Prepare(0, 1, 2, 8000), kInvalid, CapturePhase::kPrepared);
-    expect(session.Stop(), kInvalid, CapturePhase::kPrepared);
-    expect(session.Start(), kDone, CapturePhase::kRecording);
-    expect(session.Start(), kInvalid, CapturePhase::kRecording);
-    expect(session.Unprepare(), kInvalid, CapturePhase::kRecording);
+    expect(listener.Prepare(), E_INVALID_STATE, AUDIO_IN_STATE_PREPARED);
+    expect(audioIn.Stop(), E_INVALID_STATE, AUDIO_IN_STATE_PREPARED);
+    expect(audioIn.Start(), E_SUCCESS, AUDIO_IN_STATE_RECORDING);
+    expect(audioIn.Start(), E_INVALID_STATE, AUDIO_IN_STATE_RECORDING);
+    expect(audioIn.Unprepare(), E_INVALID_STATE, AUDIO_IN_STATE_RECORDING);
     Listener second(rig);
-    EXPECT_EQ(second.session->Start(), CaptureOutcome::kInUse);
-    expect(session.Stop(), kDone, CapturePhase::kStopped);
-    expect(session.Stop(), kInvalid, CapturePhase::kStopped);
-    expect(session.Start(), kDone, CapturePhase::kRecording);
-    expect(session.Reset(), kDone, CapturePhase::kPrepared);
-    expect(session.Unprepare(), kDone, CapturePhase::kInitialized);
-    expect(session.Start(), kInvalid, CapturePhase::kInitialized);
-    EXPECT_EQ(session.Add(&listener), kInvalid);
+    EXPECT_EQ(second.audioIn->Start(), E_DEVICE_UNAVAILABLE);
+    expect(audioIn.Stop(), E_SUCCESS, AUDIO_IN_STATE_STOPPED);
+    expect(audioIn.Stop(), E_INVALID_STATE, AUDIO_IN_STATE_STOPPED);
+    expect(audioIn.Start(), E_SUCCESS, AUDIO_IN_STATE_RECORDING);
+    expect(audioIn.Stop(), E_SUCCESS, AUDIO_IN_STATE_STOPPED);
+    expect(audioIn.Unprepare(), E_SUCCESS, AUDIO_IN_STATE_INITIALIZED);
+    expect(audioIn.Start(), E_INVALID_STATE, AUDIO_IN_STATE_INITIALIZED);
+    Tizen::Base::ByteBuffer buffer;
+    EXPECT_EQ(audioIn.AddBuffer(&buffer), E_INVALID_STATE);
+    EXPECT_EQ(second.audioIn->AddBuffer(&buffer), E_INVALID_ARG);
+    EXPECT_EQ(second.audioIn->AddBuffer(nullptr), E_INVALID_ARG);
     constexpr int kFormats[][4] = {{1, 1, 2, 8000}, {0, 2, 2, 8000}, {0, 1, 1, 8000}, {0, 1, 2, 44100}};
     for (const auto& format : kFormats) {
-        expect(session.Prepare(format[0], format[1], format[2], format[3]), CaptureOutcome::kUnsupported,
-               CapturePhase::kInitialized);
+        expect(audioIn.Prepare(static_cast<AudioInputDevice>(format[0]), static_cast<AudioSampleType>(format[1]),
+                               static_cast<AudioChannelType>(format[2]), format[3]),
+               E_UNSUPPORTED_FORMAT, AUDIO_IN_STATE_INITIALIZED);
     }
     EXPECT_EQ(rig.CloseEvents(),
               (std::vector<std::string>{"microphone prepare", "microphone prepare", "microphone stop",
@@ -151,16 +161,16 @@ TEST(Microphone, HearsABreathFileByteForByteInTheWorldsTime) {
     Rig rig(Simulated(path));
     Listener listener(rig);
     rig.Run(3 * kBlockTime + 777);
-    listener.session->Start();
+    listener.audioIn->Start();
     rig.Run(2 * kBlockTime + 5000);
     EXPECT_EQ(listener.times, (std::vector<host::Microseconds>{80'777, 100'777}));
     EXPECT_EQ(listener.heard, Part(bytes, 0, 640));
 
     // Stopped and started again, it hears what the world has come to, from the start's moment on.
-    listener.session->Stop();
+    listener.audioIn->Stop();
     listener.Clear();
     rig.Run(30'000);
-    listener.session->Start();
+    listener.audioIn->Start();
     rig.Run(2 * kBlockTime);
     Bytes expected = Part(bytes, 75 * 8 * 2, 2000 - 75 * 8 * 2);
     expected.resize(640, kSilence);
@@ -208,7 +218,7 @@ TEST(Microphone, ConvertsABreathFileOfAnyFormat) {
 
         Rig rig(Simulated(path));
         Listener listener(rig);
-        listener.session->Start();
+        listener.audioIn->Start();
         rig.Run(40 * kBlockTime);
         ASSERT_EQ(listener.heard.size(), 40 * host::kBlockBytes);
         const auto ideal = [&](std::size_t i, double hz) {
@@ -230,7 +240,7 @@ TEST(Microphone, ConvertsABreathFileOfAnyFormat) {
     sf_close(file);
     Rig rig(Simulated(path));
     Listener listener(rig);
-    listener.session->Start();
+    listener.audioIn->Start();
     rig.Run(kBlockTime);
     EXPECT_EQ(Part(listener.heard, 0, 10), (Bytes{255, 255, 1, 1, 128, 128, 192, 192, 128, 128}));
 }
@@ -257,7 +267,7 @@ TEST(Microphone, NeverFlickersInASteadyBreath) {
         for (int phase = 0; phase < 20'000; phase += 1375) {
             Rig rig(Simulated());
             Listener listener(rig);
-            listener.session->Start();
+            listener.audioIn->Start();
             rig.Run(3 * kBlockTime + phase);
             rig.sound->GetSimulatedMicrophone().SetBreath(level);
             rig.Run(100 * kBlockTime);
@@ -279,7 +289,7 @@ TEST(Microphone, NeverFlickersInASteadyBreath) {
         Rig rig(Simulated());
         Listener listener(rig);
         rig.sound->GetSimulatedMicrophone().SetBreath(0.6);
-        listener.session->Start();
+        listener.audioIn->Start();
         for (int i = 0; i < 10; ++i) {
             rig.Run(kBlockTime + phase);
             rig.sound->GetSimulatedMicrophone().SetBreath(i % 2 == 0 ? 0.2 : 0.9);
@@ -293,7 +303,7 @@ TEST(Microphone, HearsABreathFromItsOwnMomentOnTopOfTheFile) {
     WriteWav(path, 8000, 2, 8, Bytes(8000, 250));
     Rig rig(Simulated(path));
     Listener listener(rig);
-    listener.session->Start();
+    listener.audioIn->Start();
     rig.Run(2 * kBlockTime + 5000);
     rig.sound->GetSimulatedMicrophone().SetBreath(1);
     rig.Run(10'000);
@@ -317,7 +327,7 @@ TEST(Microphone, LetsTheOldestBlocksGoWhenItIsReadTooLate) {
     for (const int buffers : {0, 1, 3}) {
         Rig rig;
         Listener listener(rig, buffers);
-        listener.session->Start();
+        listener.audioIn->Start();
         // The device delivers as it likes; the blocks are cut all the same.
         const auto frames = DeviceFrames(160 * 20);
         const Bytes bytes = BothChannels(frames);
@@ -346,7 +356,7 @@ TEST(Microphone, MakesThePhonesBlocksOfWhatADeviceOfAnyRateHears) {
             Rig rig;
             rig.microphone.rate = rate;
             Listener listener(rig);
-            listener.session->Start();
+            listener.audioIn->Start();
             const auto tone = Sine(static_cast<std::size_t>(rate * kSeconds), hz * kSeconds, 0.5);
             const auto period = static_cast<std::size_t>(rate / 97);
             for (std::size_t at = 0; at + period <= tone.size(); at += period) {
@@ -368,7 +378,7 @@ TEST(Microphone, HearsSilenceWhileItIsLostAndPicksTheDeviceUpAgain) {
     Rig rig;
     Listener listener(rig);
     rig.microphone.isPresent = false;
-    EXPECT_EQ(listener.session->Start(), CaptureOutcome::kDone);
+    EXPECT_EQ(listener.audioIn->Start(), E_SUCCESS);
     rig.Run(10 * kBlockTime);
     EXPECT_EQ(listener.heard, Silence(10 * host::kBlockBytes));
     // A key's breath needs no device.
@@ -392,7 +402,7 @@ TEST(Microphone, HearsSilenceWhileItIsLostAndPicksTheDeviceUpAgain) {
         EXPECT_EQ(listener.peaks.back(), kSilence);
     }
     // Nothing goes on once it is stopped.
-    listener.session->Stop();
+    listener.audioIn->Stop();
     listener.Clear();
     rig.Run(5 * kBlockTime);
     EXPECT_TRUE(listener.heard.empty());
@@ -409,10 +419,10 @@ TEST(Microphone, MayBeStoppedOrDestroyedWhereItDelivers) {
             Rig rig(isSimulated ? Simulated() : host::SoundOptions{});
             rig.microphone.isPresent = way != 3;
             Listener listener(rig);
-            listener.session->Start();
+            listener.audioIn->Start();
             listener.meanwhile = [&] {
-                if (way == 0) listener.session->Stop();
-                if (way == 1 || way == 3) listener.session.reset();
+                if (way == 0) listener.audioIn->Stop();
+                if (way == 1 || way == 3) listener.audioIn.reset();
                 if (way == 2) rig.sound->Close();
             };
             if (!isSimulated && way != 3)
@@ -422,7 +432,7 @@ TEST(Microphone, MayBeStoppedOrDestroyedWhereItDelivers) {
             // Stopped, it goes on later with the buffers that it has.
             if (way != 0) continue;
             listener.meanwhile = nullptr;
-            listener.session->Start();
+            listener.audioIn->Start();
             if (!isSimulated) rig.microphone.client->OnFramesHeard(std::vector<float>(3 * host::kBlockFrames, 0.5F));
             rig.Run(3 * kBlockTime);
             EXPECT_EQ(listener.peaks.size(), 4U);
@@ -430,7 +440,7 @@ TEST(Microphone, MayBeStoppedOrDestroyedWhereItDelivers) {
             rig.sound.reset();
             rig.Run(3 * kBlockTime);
             EXPECT_EQ(listener.peaks.size(), 4U);
-            EXPECT_EQ(listener.session->Start(), CaptureOutcome::kInvalidState);
+            EXPECT_EQ(listener.audioIn->Start(), E_INVALID_STATE);
         }
     }
 }

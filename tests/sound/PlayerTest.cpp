@@ -12,9 +12,7 @@
 #include "runtime/sound/Recorder.h"
 #include "sound/SoundRig.h"
 
-using host::ClipPlayer;
-using host::PlayerOutcome;
-using host::PlayerPhase;
+using namespace Tizen::Media;
 
 namespace sound_test {
 
@@ -72,69 +70,52 @@ void SetPageChecksum(Bytes& file, std::size_t offset) {
 
 TEST(Player, AllowsInEachStateWhatItsTableSays) {
     struct Row {
-        PlayerPhase phase;
+        PlayerState phase;
         const char* way;  // o(pen), p(lay), s(top), c(lose), e(nd of clip)
         const char* allowed;
     };
     constexpr Row kRows[] = {
-        {PlayerPhase::kInitialized, "", "o"},   {PlayerPhase::kOpened, "o", "psc"},
-        {PlayerPhase::kPlaying, "op", "sc"},    {PlayerPhase::kStopped, "ops", "pc"},
-        {PlayerPhase::kStopped, "os", "pc"},    {PlayerPhase::kEndOfClip, "ope", "psc"},
-        {PlayerPhase::kClosed, "opsc", "o"},    {PlayerPhase::kClosed, "opc", "o"},
-        {PlayerPhase::kOpened, "opsco", "psc"},
+        {PLAYER_STATE_INITIALIZED, "", "o"}, {PLAYER_STATE_OPENED, "o", "psc"},  {PLAYER_STATE_PLAYING, "op", "sc"},
+        {PLAYER_STATE_STOPPED, "ops", "pc"}, {PLAYER_STATE_STOPPED, "os", "pc"}, {PLAYER_STATE_ENDOFCLIP, "ope", "psc"},
+        {PLAYER_STATE_CLOSED, "opsc", "o"},  {PLAYER_STATE_CLOSED, "opc", "o"},  {PLAYER_STATE_OPENED, "opsco", "psc"},
     };
-    const std::vector<PlayerPhase> phaseAfter = {PlayerPhase::kOpened, PlayerPhase::kPlaying, PlayerPhase::kStopped,
-                                                 PlayerPhase::kClosed};
+    const std::vector<PlayerState> phaseAfter = {PLAYER_STATE_OPENED, PLAYER_STATE_PLAYING, PLAYER_STATE_STOPPED,
+                                                 PLAYER_STATE_CLOSED};
     const std::string operations = "opsc";
     for (const Row& row : kRows) {
         for (std::size_t i = 0; i < operations.size(); ++i) {
             Rig rig;
-            TestPlayer user(rig);
+            TestPlayer user;
             user.repeats = 0;
             const auto path = WriteClip(rig, "clip.wav", Counting(9000));
             const auto act = [&](char operation) {
-                ClipPlayer& player = *user.player;
-                if (operation == 'o') return player.Open(path, ClipPlayer::OpenMode::kAtOnce);
+                Player& player = *user.player;
+                if (operation == 'o') return player.OpenFile(path.c_str());
                 if (operation == 'p') return player.Play();
                 if (operation == 's') return player.Stop();
                 if (operation == 'c') return player.Close();
                 rig.Hear(40);
-                return PlayerOutcome::kDone;
+                return E_SUCCESS;
             };
-            for (const char* step = row.way; *step != '\0'; ++step) ASSERT_EQ(act(*step), PlayerOutcome::kDone);
-            ASSERT_EQ(user.player->GetPhase(), row.phase) << row.way;
+            for (const char* step = row.way; *step != '\0'; ++step) ASSERT_EQ(act(*step), E_SUCCESS);
+            ASSERT_EQ(user.player->GetState(), row.phase) << row.way;
 
             const bool isAllowed = std::string(row.allowed).find(operations[i]) != std::string::npos;
-            EXPECT_EQ(act(operations[i]), isAllowed ? PlayerOutcome::kDone : PlayerOutcome::kInvalidState)
+            EXPECT_EQ(act(operations[i]), isAllowed ? E_SUCCESS : E_INVALID_STATE)
                 << row.way << " then " << operations[i];
-            EXPECT_EQ(user.player->GetPhase(), isAllowed ? phaseAfter[i] : row.phase);
+            EXPECT_EQ(user.player->GetState(), isAllowed ? phaseAfter[i] : row.phase);
         }
     }
     Rig rig;
-    TestPlayer user(rig);
-    EXPECT_EQ(user.player->SetVolume(101), PlayerOutcome::kOutOfRange);
-    EXPECT_EQ(user.player->SetVolume(-1), PlayerOutcome::kOutOfRange);
+    TestPlayer user;
+    EXPECT_EQ(user.player->SetVolume(101), E_OUT_OF_RANGE);
+    EXPECT_EQ(user.player->SetVolume(-1), E_OUT_OF_RANGE);
     EXPECT_EQ(user.player->GetVolume(), 100);
-}
-
-TEST(Player, OpensLaterWhenAskedTo) {
-    Rig rig;
-    TestPlayer user(rig);
-    EXPECT_EQ(user.player->Open(rig.Path("none.ogg"), ClipPlayer::OpenMode::kLater), PlayerOutcome::kDone);
-    EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kOpening);
-    EXPECT_EQ(user.player->Play(), PlayerOutcome::kInvalidState);
-    rig.RunDue();
-    EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kInitialized);
-    user.player->Open(kTone, ClipPlayer::OpenMode::kLater);
-    rig.RunDue();
-    EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kOpened);
-    EXPECT_EQ(user.opened, (std::vector{PlayerOutcome::kMissing, PlayerOutcome::kDone}));
-    // One that is gone by then is not told.
-    user.player->Close();
-    user.player->Open(kTone, ClipPlayer::OpenMode::kLater);
-    user.player.reset();
-    rig.RunDue();
-    EXPECT_EQ(user.opened.size(), 2U);
+    EXPECT_EQ(user.player->OpenFile(kTone.c_str(), true), E_INVALID_ARG);
+    EXPECT_EQ(user.player->GetState(), PLAYER_STATE_INITIALIZED);
+    EXPECT_EQ(user.player->Construct(user), E_INVALID_STATE);
+    Player unconstructed;
+    EXPECT_EQ(unconstructed.OpenFile(kTone.c_str()), E_INVALID_STATE);
 }
 
 TEST(Player, RefusesWhatIsNoWholeRecordingAndStaysSilent) {
@@ -176,7 +157,7 @@ TEST(Player, RefusesWhatIsNoWholeRecordingAndStaysSilent) {
     const auto sine = Sine(50000, 777, 0.5);
     sf_write_float(compressed, sine.data(), static_cast<sf_count_t>(sine.size()));
     sf_close(compressed);
-    ASSERT_EQ(TestPlayer(rig).Change(rig.Path("whole-compressed")), PlayerOutcome::kDone);
+    ASSERT_EQ(TestPlayer().Change(rig.Path("whole-compressed")), E_SUCCESS);
 
     struct Row {
         const char* name;
@@ -198,26 +179,26 @@ TEST(Player, RefusesWhatIsNoWholeRecordingAndStaysSilent) {
         {"cut-wav", cutWav},
         {"wav-without-frames", noFrames},
     };
-    TestPlayer user(rig);
+    TestPlayer user;
     for (const Row& row : rows) {
         WriteFile(rig.Path(row.name), row.bytes);
         user.Change(kTone);
         rig.Hear(10);
-        EXPECT_EQ(user.Change(rig.Path(row.name)), PlayerOutcome::kUnsupported) << row.name;
-        EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kClosed);
+        EXPECT_EQ(user.Change(rig.Path(row.name)), E_UNSUPPORTED_FORMAT) << row.name;
+        EXPECT_EQ(user.player->GetState(), PLAYER_STATE_CLOSED);
         rig.Hear(2);
         EXPECT_TRUE(IsSilent(rig.Hear(10))) << row.name;
     }
     WriteWav(rig.Path("over-a-minute"), 8000, 1, 16, To16Bit(minute));
-    EXPECT_EQ(user.Change(rig.Path("over-a-minute")), PlayerOutcome::kUnsupported);
+    EXPECT_EQ(user.Change(rig.Path("over-a-minute")), E_UNSUPPORTED_FORMAT);
     WriteWav(rig.Path("a-minute"), 8000, 1, 16, To16Bit(std::span(minute).first(minute.size() - 1)));
-    EXPECT_EQ(user.Change(rig.Path("a-minute")), PlayerOutcome::kDone);
-    EXPECT_EQ(user.Change(rig.Path("missing")), PlayerOutcome::kMissing);
-    EXPECT_EQ(user.Change(BREVANT_PACKAGE "data"), PlayerOutcome::kMissing);
+    EXPECT_EQ(user.Change(rig.Path("a-minute")), E_SUCCESS);
+    EXPECT_EQ(user.Change(rig.Path("missing")), E_FILE_NOT_FOUND);
+    EXPECT_EQ(user.Change(BREVANT_PACKAGE "data"), E_FILE_NOT_FOUND);
 
     // However many were refused, the intact ones sound.
     for (const char* note : {"3_07", "3_09", "4_00", "5_00"}) {
-        EXPECT_EQ(user.Change(BREVANT_PACKAGE "data/ocarina_" + std::string(note) + ".ogg"), PlayerOutcome::kDone);
+        EXPECT_EQ(user.Change(BREVANT_PACKAGE "data/ocarina_" + std::string(note) + ".ogg"), E_SUCCESS);
         rig.Hear(4);
         EXPECT_FALSE(IsSilent(rig.Hear(4))) << note;
     }
@@ -231,7 +212,7 @@ TEST(Player, ChangesEveryToneForEveryOtherWithoutAClick) {
     constexpr int kBefore[] = {3, 9, 30};  // periods
     constexpr int kAfter = 6;
     Rig rig;
-    TestPlayer user(rig);
+    TestPlayer user;
     for (const auto& first : paths) {
         for (const auto& second : paths) {
             for (const int before : kBefore) {
@@ -260,7 +241,7 @@ TEST(Player, IsHeardInTheVeryNextPeriod) {
     for (const int periodFrames : {64, 256, 1024}) {
         Rig rig({}, kRate, periodFrames);
         const auto path = WriteClip(rig, "loud.wav", std::vector<float>(20000, 0.5F));
-        TestPlayer user(rig);
+        TestPlayer user;
         EXPECT_TRUE(IsSilent(rig.Hear(3)));
         user.Change(path);
         const auto heard = rig.HearLate(6);
@@ -276,12 +257,12 @@ TEST(Player, RepeatsWithoutAMissingOrDoubledFrame) {
             Rig rig({}, kRate, periodFrames);
             const auto frames = Counting(length);
             const auto path = WriteClip(rig, "clip.wav", frames);
-            TestPlayer user(rig);
+            TestPlayer user;
             user.Change(path);
             const auto heard = rig.Hear(static_cast<int>(3 * length + 3 * 1024) / periodFrames + 1);
             EXPECT_EQ(FirstDifference(heard, From16Bit(frames), kRamp), heard.size()) << length << ' ' << periodFrames;
             EXPECT_GE(user.ends, 3);
-            EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kPlaying);
+            EXPECT_EQ(user.player->GetState(), PLAYER_STATE_PLAYING);
         }
     }
 }
@@ -290,7 +271,7 @@ TEST(Player, RepeatsAsOftenAsItIsAnsweredThenEndsOrStops) {
     for (const std::size_t length : {300U, 6000U}) {
         Rig rig;
         const auto path = WriteClip(rig, "clip.wav", std::vector<float>(length, 0.5F));
-        TestPlayer user(rig);
+        TestPlayer user;
         user.repeats = 4;
         user.Change(path);
         const auto heard = rig.Hear(static_cast<int>(6 * length) / 256 + 2);
@@ -299,13 +280,13 @@ TEST(Player, RepeatsAsOftenAsItIsAnsweredThenEndsOrStops) {
         EXPECT_NEAR(static_cast<double>(heard.rend() - last), static_cast<double>(5 * length), 2) << length;
         EXPECT_LE(LargestStep(From(heard, 1)), 0.5 * 3.15 / 2 / kRamp);
         EXPECT_EQ(user.ends, 5);
-        EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kEndOfClip);
-        EXPECT_EQ(user.player->Play(), PlayerOutcome::kDone);
+        EXPECT_EQ(user.player->GetState(), PLAYER_STATE_ENDOFCLIP);
+        EXPECT_EQ(user.player->Play(), E_SUCCESS);
         EXPECT_FALSE(IsSilent(rig.Hear(1)));
 
         using AtLastEnd = TestPlayer::AtLastEnd;
         for (const AtLastEnd answer : {AtLastEnd::kStop, AtLastEnd::kClose, AtLastEnd::kDestroy}) {
-            TestPlayer other(rig);
+            TestPlayer other;
             user.Silence();
             rig.Hear(3);
             other.repeats = 0;
@@ -322,7 +303,7 @@ TEST(Player, RepeatsAsOftenAsItIsAnsweredThenEndsOrStops) {
 TEST(Player, RisesAndFallsWithinAClipThatIsShorterThanItsRamps) {
     for (const std::size_t length : {1U, 2U, 100U, 219U, 220U, 300U, 441U}) {
         Rig rig;
-        TestPlayer user(rig);
+        TestPlayer user;
         user.repeats = 0;
         user.Change(WriteClip(rig, "clip.wav", std::vector<float>(length, 0.5F)));
         rig.RunDue();
@@ -332,7 +313,7 @@ TEST(Player, RisesAndFallsWithinAClipThatIsShorterThanItsRamps) {
         EXPECT_GT(heard[peak], 0);
         EXPECT_LE(LargestStep(heard), 0.5 * 3.15 / 2 / kRamp) << length;
         EXPECT_TRUE(IsSilent(From(heard, length)));
-        EXPECT_EQ(user.player->GetPhase(), PlayerPhase::kEndOfClip);
+        EXPECT_EQ(user.player->GetState(), PLAYER_STATE_ENDOFCLIP);
     }
 }
 
@@ -340,7 +321,7 @@ TEST(Player, IsSilentWhileTheAnswerIsLateAndThenBeginsAnew) {
     Rig rig;
     const auto frames = Counting(6000);
     const auto path = WriteClip(rig, "clip.wav", frames);
-    TestPlayer user(rig);
+    TestPlayer user;
     user.Change(path);
     const auto late = rig.HearLate(40);
     const auto decoded = From16Bit(frames);
@@ -353,7 +334,7 @@ TEST(Player, IsSilentWhileTheAnswerIsLateAndThenBeginsAnew) {
 
     // A report that was under way when the tone was changed, closed or destroyed is nobody's.
     for (const int way : {0, 1, 2}) {
-        TestPlayer other(rig);
+        TestPlayer other;
         other.Change(path);
         rig.HearLate(12);
         if (way == 0) other.Change(kTone);
@@ -370,7 +351,7 @@ TEST(Player, ResamplesSoThatTheRepeatIsSeamless) {
             Rig rig({}, rate);
             const double cycles = static_cast<double>(length) / 60;  // 735 Hz
             const auto path = WriteClip(rig, "sine.wav", Sine(length, cycles, 0.5));
-            TestPlayer user(rig);
+            TestPlayer user;
             user.Change(path);
             const auto heard = rig.Hear(rate * 3 / 256);
             const double frames = std::round(static_cast<double>(length) * rate / kRate);
@@ -388,7 +369,7 @@ TEST(Player, FollowsTheVolumeWithoutAClickAndNeverWraps) {
     Rig rig;
     const auto sine = Sine(44100, 440, 1);
     const auto path = WriteClip(rig, "sine.wav", sine);
-    TestPlayer user(rig);
+    TestPlayer user;
     user.Change(path, 99);
     const auto loud = rig.Hear(20);
     EXPECT_NEAR(*std::max_element(loud.begin(), loud.end()), 0.99, 1e-3);
@@ -399,7 +380,7 @@ TEST(Player, FollowsTheVolumeWithoutAClickAndNeverWraps) {
     user.player->SetVolume(50);
     EXPECT_LE(LargestStep(rig.Hear(5)), LargestStep(loud));
     user.player->SetVolume(99);
-    TestPlayer second(rig);
+    TestPlayer second;
     second.Change(path, 99);
     const auto both = rig.Hear(20);
     EXPECT_EQ(*std::max_element(both.begin(), both.end()), 1);
@@ -452,7 +433,7 @@ TEST(Player, GoesOnInTimeWhileTheSpeakerIsLost) {
     const auto path = WriteClip(rig, "clip.wav", frames);
     testing::internal::CaptureStderr();
     for (const bool isSimulated : {false, true}) {
-        TestPlayer user(rig);
+        TestPlayer user;
         user.Change(path);
         auto heard = rig.Hear(4);
         isSimulated ? rig.sound->GetOutput().SetSimulatedLoss(true) : rig.speaker.LoseDevice();
@@ -471,7 +452,7 @@ TEST(Player, GoesOnInTimeWhileTheSpeakerIsLost) {
 TEST(Player, RepeatsWithoutAHoleOnALaterDeviceThatAsksForMoreAtOnce) {
     Rig rig;
     const auto frames = Counting(30000);
-    TestPlayer user(rig);
+    TestPlayer user;
     user.Change(WriteClip(rig, "clip.wav", frames));
     testing::internal::CaptureStderr();
     rig.Hear(4);
@@ -492,7 +473,7 @@ TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
         host::SoundOptions options;
         options.recordPath = path;
         Rig rig(options);
-        TestPlayer user(rig);
+        TestPlayer user;
         hear(rig.Hear(10));
         user.Change(kTone);
         hear(rig.Hear(200));
@@ -504,8 +485,8 @@ TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
         EXPECT_GT(std::filesystem::file_size(path), 44U + 200U * 256U * 2U);
         rig.sound->Close();
         EXPECT_FALSE(rig.speaker.IsMixing());
-        EXPECT_EQ(user.player->Stop(), PlayerOutcome::kDone);
-        EXPECT_EQ(user.player->Close(), PlayerOutcome::kDone);
+        EXPECT_EQ(user.player->Stop(), E_SUCCESS);
+        EXPECT_EQ(user.player->Close(), E_SUCCESS);
     }
     SF_INFO info{};
     SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
@@ -572,7 +553,7 @@ TEST(Player, ReportsAFullDiskUnderARecordingOnceAndKeepsWhatWasWritten) {
 
 TEST(Player, TracesWhatItIsToldAndTheEnds) {
     Rig rig;
-    TestPlayer user(rig);
+    TestPlayer user;
     user.repeats = 1;
     user.Change(WriteClip(rig, "clip.wav", Counting(5000)), 59);
     rig.Hear(45);

@@ -8,6 +8,8 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
+#include "shared/JLib.h"
+
 namespace sound_test {
 
 namespace {
@@ -89,38 +91,26 @@ std::vector<std::string> Rig::CloseEvents() {
     return events;
 }
 
-host::PlayerOutcome TestPlayer::Change(const std::string& path, int volume) {
+result TestPlayer::Change(const std::string& path, int volume) {
     Silence();
-    const auto outcome = player->Open(path, host::ClipPlayer::OpenMode::kAtOnce);
-    if (outcome != host::PlayerOutcome::kDone) return outcome;
+    const result outcome = player->OpenFile(path.c_str(), false);
+    if (outcome != E_SUCCESS) return outcome;
     player->SetVolume(volume);
     player->Play();
     return outcome;
 }
 
 void TestPlayer::Silence() {
-    switch (player->GetPhase()) {
-        case host::PlayerPhase::kOpened:
-        case host::PlayerPhase::kEndOfClip:
-        case host::PlayerPhase::kPlaying:
-            player->Stop();
-            player->Close();
-            break;
-        case host::PlayerPhase::kStopped:
-            player->Close();
-            break;
-        default:
-            break;
-    }
+    JLib::ClosePlayer(*player);
 }
 
-void TestPlayer::OnEndOfClip() {
+void TestPlayer::OnPlayerEndOfClip() {
     ++ends;
-    EXPECT_EQ(player->GetPhase(), host::PlayerPhase::kEndOfClip);
+    EXPECT_EQ(player->GetState(), Tizen::Media::PLAYER_STATE_ENDOFCLIP);
     if (repeats > 0) {
         --repeats;
-        EXPECT_EQ(player->Stop(), host::PlayerOutcome::kDone);
-        EXPECT_EQ(player->Play(), host::PlayerOutcome::kDone);
+        EXPECT_EQ(player->Stop(), E_SUCCESS);
+        EXPECT_EQ(player->Play(), E_SUCCESS);
         return;
     }
     if (atLastEnd == AtLastEnd::kStop) player->Stop();

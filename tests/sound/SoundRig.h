@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -7,11 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "Tizen/Media/IPlayerEventListener.h"
+#include "Tizen/Media/Player.h"
 #include "backend/headless/VirtualClock.h"
 #include "backend/mix/LocalSpeaker.h"
 #include "backend/posix/PosixStorage.h"
-#include "runtime/sound/CaptureSession.h"
-#include "runtime/sound/ClipPlayer.h"
 #include "runtime/sound/Sound.h"
 
 // The sound as it runs in the program, between a speaker and a microphone that the test holds in its hands and a clock
@@ -88,25 +90,29 @@ private:
 };
 
 /// Answers an end by a stop and a play, as an instrument does, as long as `repeats` lasts.
-class TestPlayer final : public host::ClipPlayerListener {
+class TestPlayer final : public Tizen::Media::IPlayerEventListener {
 public:
-    explicit TestPlayer(Rig& rig) : player(std::make_unique<host::ClipPlayer>(*rig.sound, *this)) {}
+    TestPlayer() { EXPECT_EQ(player->Construct(*this), E_SUCCESS); }
 
     /// What the instrument does for every tone.
-    host::PlayerOutcome Change(const std::string& path, int volume = 100);
+    result Change(const std::string& path, int volume = 100);
     void Silence();
 
-    void OnOpened(host::PlayerOutcome outcome) override { opened.push_back(outcome); }
-    void OnEndOfClip() override;
+    void OnPlayerOpened(result) override { ADD_FAILURE(); }
+    void OnPlayerEndOfClip() override;
+    void OnPlayerSeekCompleted(result) override { ADD_FAILURE(); }
+    void OnPlayerBuffering(int) override { ADD_FAILURE(); }
+    void OnPlayerErrorOccurred(Tizen::Media::PlayerErrorReason) override { ADD_FAILURE(); }
+    void OnPlayerInterrupted() override { ADD_FAILURE(); }
+    void OnPlayerReleased() override { ADD_FAILURE(); }
 
     static constexpr int kForever = 1 << 30;
     enum class AtLastEnd { kNothing, kStop, kClose, kDestroy };
 
-    std::unique_ptr<host::ClipPlayer> player;
+    std::unique_ptr<Tizen::Media::Player> player = std::make_unique<Tizen::Media::Player>();
     int repeats = kForever;
     AtLastEnd atLastEnd = AtLastEnd::kNothing;
     int ends = 0;
-    std::vector<host::PlayerOutcome> opened;
 };
 
 using Bytes = std::vector<std::uint8_t>;

@@ -3,11 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <new>
 #include <thread>
 
+#include "Tizen/Base/ByteBuffer.h"
+#include "Tizen/Media/AudioIn.h"
 #include "sound/SoundRig.h"
 
 namespace {
@@ -34,20 +37,33 @@ std::atomic<int> guardedAllocations{0};
     std::free(memory);
 }
 
+using namespace Tizen::Media;
+
 namespace sound_test {
 
 namespace {
 
-class BufferKeeper final : public host::CaptureSessionListener {
+class BufferKeeper final : public IAudioInEventListener {
 public:
-    explicit BufferKeeper(Rig& rig) : session(*rig.sound, *this) {}
-    void OnBufferFilled(void* buffer, std::span<const std::uint8_t> block) override {
+    BufferKeeper() {
+        EXPECT_EQ(audioIn.Construct(*this), E_SUCCESS);
+        EXPECT_EQ(audioIn.Prepare(AUDIO_INPUT_DEVICE_MIC, AUDIO_SAMPLE_TYPE_PCM_U8, AUDIO_CHANNEL_TYPE_STEREO, 8000),
+                  E_SUCCESS);
+        for (auto& buffer : buffers) {
+            buffer.Construct(audioIn.GetMinBufferSize());
+            audioIn.AddBuffer(&buffer);
+        }
+        EXPECT_EQ(audioIn.Start(), E_SUCCESS);
+    }
+    void OnAudioInBufferIsFilled(Tizen::Base::ByteBuffer* pData) override {
         ++blocks;
-        for (const std::uint8_t byte : block) isTorn = isTorn || byte != block.front();
-        session.Add(buffer);
+        const byte* bytes = pData->GetPointer();
+        isTorn = isTorn || std::any_of(bytes, bytes + pData->GetLimit(), [&](byte each) { return each != bytes[0]; });
+        audioIn.AddBuffer(pData);
     }
 
-    host::CaptureSession session;
+    Tizen::Base::ByteBuffer buffers[3];
+    AudioIn audioIn;
     int blocks = 0;
     bool isTorn = false;
 };
@@ -63,12 +79,8 @@ TEST(SoundThreads, PlayAndListenWithoutARaceOrAnAllocation) {
         paths.push_back(rig.Path("clip-" + std::to_string(length) + ".wav"));
         WriteWav(paths.back(), 22050, 1, 16, To16Bit(Sine(length, 30, 0.7)));
     }
-    TestPlayer players[] = {TestPlayer(rig), TestPlayer(rig)};
-    BufferKeeper keeper(rig);
-    keeper.session.Prepare(0, 1, 2, 8000);
-    char buffers[3] = {};
-    for (char& buffer : buffers) keeper.session.Add(&buffer);
-    keeper.session.Start();
+    TestPlayer players[2];
+    BufferKeeper keeper;
 
     std::atomic<int> running{2};
     std::atomic<bool> isTooLoud{false};

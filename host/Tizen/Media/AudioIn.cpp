@@ -1,76 +1,88 @@
 #include "Tizen/Media/AudioIn.h"
 
-#include <cstring>
+#include <algorithm>
+#include <deque>
 
 #include "Tizen/Base/ByteBuffer.h"
-#include "runtime/Runtime.h"
-#include "runtime/sound/CaptureSession.h"
 #include "runtime/sound/Sound.h"
 
 namespace Tizen {
 namespace Media {
 
+using host::Sound;
 using Tizen::Base::ByteBuffer;
 
 namespace {
 
 constexpr int kBufferBytes = static_cast<int>(host::kBlockBytes);
 
-result ToResult(host::CaptureOutcome outcome) {
-    switch (outcome) {
-        case host::CaptureOutcome::kDone:
-            return E_SUCCESS;
-        case host::CaptureOutcome::kInvalidState:
-            return E_INVALID_STATE;
-        case host::CaptureOutcome::kUnsupported:
-            return E_UNSUPPORTED_FORMAT;
-        case host::CaptureOutcome::kInUse:
-            return E_DEVICE_UNAVAILABLE;
+// The outcome as it was, with its line in the trace.
+result Traced(const char* event, result outcome) {
+    if (Sound::Current() != nullptr) {
+        Sound::Current()->GetTrace().Add("microphone", event).Flag("ok", outcome == E_SUCCESS);
     }
-    return E_FAILURE;
+    return outcome;
 }
 
 }  // namespace
 
-/// A constructed capture: the runtime's session, and its listener in the framework's words.
-class AudioIn::Session final : private host::CaptureSessionListener {
-public:
-    explicit Session(IAudioInEventListener& listener)
-        : listener_(listener), session_(host::Runtime::Current().GetSound(), *this) {}
+/// A constructed capture with its queue of the application's buffers.
+struct AudioIn::Session final : host::CaptureConsumer {
+    explicit Session(IAudioInEventListener& audioInListener) : listener(audioInListener) {}
+    ~Session() { StopRecording(); }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
 
-    host::CaptureSession& GetSession() { return session_; }
+    [[nodiscard]] std::size_t BlocksWanted() const override { return buffers.size(); }
+    void OnBlock(std::span<const std::uint8_t> block) override;
 
-private:
-    // The AudioIn may be deleted in the notification: nothing follows it.
-    void OnBufferFilled(void* buffer, std::span<const std::uint8_t> block) override {
-        auto* pBuffer = static_cast<ByteBuffer*>(buffer);
-        pBuffer->Clear();
-        std::memcpy(pBuffer->GetPointer(), block.data(), block.size());
-        pBuffer->SetLimit(static_cast<int>(block.size()));
-        listener_.OnAudioInBufferIsFilled(pBuffer);
-    }
+    [[nodiscard]] bool IsReady() const { return state == AUDIO_IN_STATE_PREPARED || state == AUDIO_IN_STATE_STOPPED; }
+    void StopRecording();
 
-    IAudioInEventListener& listener_;
-    host::CaptureSession session_;
+    IAudioInEventListener& listener;
+    AudioInState state = AUDIO_IN_STATE_INITIALIZED;
+    std::deque<ByteBuffer*> buffers;
 };
+
+// The AudioIn may be deleted in the notification: nothing follows it.
+void AudioIn::Session::OnBlock(std::span<const std::uint8_t> block) {
+    ByteBuffer* pBuffer = buffers.front();
+    buffers.pop_front();
+    pBuffer->Clear();
+    std::copy(block.begin(), block.end(), pBuffer->GetPointer());
+    pBuffer->SetLimit(static_cast<int>(block.size()));
+    listener.OnAudioInBufferIsFilled(pBuffer);
+}
+
+void AudioIn::Session::StopRecording() {
+    if (state == AUDIO_IN_STATE_RECORDING && Sound::Current() != nullptr) Sound::Current()->GetCapture().Stop();
+}
 
 AudioIn::AudioIn() = default;
 
 AudioIn::~AudioIn() = default;
 
 result AudioIn::Construct(IAudioInEventListener& listener) {
-    if (__pSession) return E_INVALID_STATE;
-    __pSession = std::make_unique<Session>(listener);
+    if (session_) return E_INVALID_STATE;
+    session_ = std::make_unique<Session>(listener);
     return E_SUCCESS;
 }
 
 result AudioIn::Prepare(AudioInputDevice device, AudioSampleType sampleType, AudioChannelType channelType, int rate) {
-    if (!__pSession) return E_INVALID_STATE;
-    return ToResult(__pSession->GetSession().Prepare(device, sampleType, channelType, rate));
+    if (!session_ || session_->state != AUDIO_IN_STATE_INITIALIZED) return Traced("prepare", E_INVALID_STATE);
+    if (device != AUDIO_INPUT_DEVICE_MIC || sampleType != AUDIO_SAMPLE_TYPE_PCM_U8 ||
+        channelType != AUDIO_CHANNEL_TYPE_STEREO || rate != host::kPhoneRate) {
+        return Traced("prepare", E_UNSUPPORTED_FORMAT);
+    }
+    session_->state = AUDIO_IN_STATE_PREPARED;
+    return Traced("prepare", E_SUCCESS);
 }
 
 result AudioIn::Unprepare() {
-    return __pSession ? ToResult(__pSession->GetSession().Unprepare()) : E_INVALID_STATE;
+    if (!session_ || !session_->IsReady()) return E_INVALID_STATE;
+    session_->buffers.clear();
+    session_->state = AUDIO_IN_STATE_INITIALIZED;
+    return E_SUCCESS;
 }
 
 int AudioIn::GetMinBufferSize() const {
@@ -78,25 +90,28 @@ int AudioIn::GetMinBufferSize() const {
 }
 
 result AudioIn::AddBuffer(ByteBuffer* pBuffer) {
-    if (!__pSession) return E_INVALID_STATE;
+    if (GetState() == AUDIO_IN_STATE_INITIALIZED) return E_INVALID_STATE;
     if (pBuffer == nullptr || pBuffer->GetCapacity() < kBufferBytes) return E_INVALID_ARG;
-    return ToResult(__pSession->GetSession().Add(pBuffer));
+    session_->buffers.push_back(pBuffer);
+    return E_SUCCESS;
 }
 
 result AudioIn::Start() {
-    return __pSession ? ToResult(__pSession->GetSession().Start()) : E_INVALID_STATE;
+    if (!session_ || !session_->IsReady() || Sound::Current() == nullptr) return Traced("start", E_INVALID_STATE);
+    if (!Sound::Current()->GetCapture().Start(*session_)) return Traced("start", E_DEVICE_UNAVAILABLE);
+    session_->state = AUDIO_IN_STATE_RECORDING;
+    return Traced("start", E_SUCCESS);
 }
 
 result AudioIn::Stop() {
-    return __pSession ? ToResult(__pSession->GetSession().Stop()) : E_INVALID_STATE;
-}
-
-result AudioIn::Reset() {
-    return __pSession ? ToResult(__pSession->GetSession().Reset()) : E_INVALID_STATE;
+    if (GetState() != AUDIO_IN_STATE_RECORDING) return Traced("stop", E_INVALID_STATE);
+    session_->StopRecording();
+    session_->state = AUDIO_IN_STATE_STOPPED;
+    return Traced("stop", E_SUCCESS);
 }
 
 AudioInState AudioIn::GetState() const {
-    return __pSession ? static_cast<AudioInState>(__pSession->GetSession().GetPhase()) : AUDIO_IN_STATE_INITIALIZED;
+    return session_ ? session_->state : AUDIO_IN_STATE_INITIALIZED;
 }
 
 }  // namespace Media

@@ -25,7 +25,7 @@ public:
     /// `listener` must outlive this object.
     result Construct(IAudioInEventListener& listener);
 
-    /// Takes the microphone, unsigned 8-bit samples, stereo, 8000 frames a second; E_UNSUPPORTED_FORMAT else.
+    /// Chooses the format: unsigned 8-bit samples, stereo, 8000 frames a second. E_UNSUPPORTED_FORMAT for any other.
     result Prepare(AudioInputDevice device, AudioSampleType sampleType, AudioChannelType channelType, int rate);
     /// Allowed unless recording. The queued buffers are given up.
     result Unprepare();
@@ -41,15 +41,13 @@ public:
     result Start();
     /// Nothing is delivered any more. The queued buffers stay queued, and a later Start goes on with them.
     result Stop();
-    /// Stops, and gives up the queued buffers.
-    result Reset();
 
     AudioInState GetState() const;
 
 private:
-    class Session;
+    struct Session;
 
-    std::unique_ptr<Session> __pSession;
+    std::unique_ptr<Session> session_;  ///< null before Construct
 };
 
 }  // namespace Media

@@ -7,13 +7,12 @@
 namespace Tizen {
 namespace Media {
 
-/// Receives a player's notifications on the UI thread. This phone sends the first two only: nothing seeks, streams,
-/// interrupts or takes the sound away here. The order of the operations is part of the interface.
+/// Receives a player's notifications on the UI thread. This phone sends OnPlayerEndOfClip alone: nothing opens later,
+/// seeks, streams, interrupts or takes the sound away here. The order of the operations is part of the interface.
 class IPlayerEventListener : virtual public Tizen::Base::Runtime::IEventListener {
 public:
     virtual ~IPlayerEventListener() = default;
 
-    /// An asynchronous open is over, with success or the reason of its failure.
     virtual void OnPlayerOpened(result r) = 0;
     /// The recording's last frame is about to reach the speaker. A stop and a play given in here repeat the recording
     /// without a gap; a stop or a close alone ends the sound at once.

@@ -1,88 +1,161 @@
 #include "Tizen/Media/Player.h"
 
-#include "runtime/Runtime.h"
-#include "runtime/sound/ClipPlayer.h"
+#include <algorithm>
+#include <initializer_list>
+#include <string_view>
+#include <utility>
+
 #include "runtime/sound/Sound.h"
 
 namespace Tizen {
 namespace Media {
 
+using host::Sound;
+
 namespace {
 
-result ToResult(host::PlayerOutcome outcome) {
-    switch (outcome) {
-        case host::PlayerOutcome::kDone:
-            return E_SUCCESS;
-        case host::PlayerOutcome::kInvalidState:
-            return E_INVALID_STATE;
-        case host::PlayerOutcome::kMissing:
-            return E_FILE_NOT_FOUND;
-        case host::PlayerOutcome::kUnsupported:
-            return E_UNSUPPORTED_FORMAT;
-        case host::PlayerOutcome::kOutOfRange:
-            return E_OUT_OF_RANGE;
-    }
-    return E_FAILURE;
+constexpr int kFullVolume = 100;
+
+std::string_view FileName(std::string_view path) {
+    return path.substr(path.find_last_of('/') + 1);
 }
 
 }  // namespace
 
-/// A constructed player: the runtime's player, and its listener in the framework's words.
-class Player::Session final : private host::ClipPlayerListener {
-public:
-    explicit Session(IPlayerEventListener& listener)
-        : listener_(listener), player_(host::Runtime::Current().GetSound(), *this) {}
+/// A constructed player: what it plays, and which of its operations are allowed now. The mix's desk tells it the ends.
+struct Player::Session final : host::VoiceListener {
+    explicit Session(IPlayerEventListener& playerListener) : listener(playerListener) {}
+    ~Session() { Silence(); }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
 
-    host::ClipPlayer& GetPlayer() { return player_; }
+    void OnVoiceEnd() override;
 
-private:
-    // The player may be deleted in each of these: they end with the notification.
-    void OnOpened(host::PlayerOutcome outcome) override { listener_.OnPlayerOpened(ToResult(outcome)); }
-    void OnEndOfClip() override { listener_.OnPlayerEndOfClip(); }
+    /// False also once the phone's sound is gone: nothing is allowed then.
+    [[nodiscard]] bool IsAny(std::initializer_list<PlayerState> states) const {
+        return Sound::Current() != nullptr && std::find(states.begin(), states.end(), state) != states.end();
+    }
+    [[nodiscard]] float Gain() const { return static_cast<float>(volume) / static_cast<float>(kFullVolume); }
+    void Silence();
 
-    IPlayerEventListener& listener_;
-    host::ClipPlayer player_;
+    IPlayerEventListener& listener;
+    PlayerState state = PLAYER_STATE_INITIALIZED;
+    int volume = kFullVolume;
+    std::shared_ptr<const host::Clip> clip;
+    host::VoiceNumber voice = host::kNoVoice;  ///< none while nothing sounds
+
+    // What the listener has answered so far within the notification of an end.
+    enum class Answer { kNotAsked, kNone, kStop, kFinal };
+    Answer answer = Answer::kNotAsked;
+
+    std::shared_ptr<const Session*> alive = std::make_shared<const Session*>(this);
 };
+
+void Player::Session::OnVoiceEnd() {
+    const std::weak_ptr<const void> isAlive = alive;
+    Sound& sound = *Sound::Current();
+    state = PLAYER_STATE_ENDOFCLIP;
+    answer = Answer::kNone;
+    sound.GetTrace().Add("player", "end");
+    listener.OnPlayerEndOfClip();
+    if (isAlive.expired()) return;
+    // From here on, Stop or Play is an ordinary request, not the answer to the end.
+    const Answer given = std::exchange(answer, Answer::kNotAsked);
+    if (given == Answer::kNone) sound.GetDesk().Finish(voice);
+    if (given == Answer::kStop) Silence();
+}
+
+void Player::Session::Silence() {
+    if (answer != Answer::kNotAsked) answer = Answer::kFinal;
+    const host::VoiceNumber silenced = std::exchange(voice, host::kNoVoice);
+    if (silenced != host::kNoVoice && Sound::Current() != nullptr) Sound::Current()->GetDesk().Stop(silenced);
+}
 
 Player::Player() = default;
 
 Player::~Player() = default;
 
 result Player::Construct(IPlayerEventListener& listener, const VideoBuffer* pBuffer) {
-    if (__pSession) return E_INVALID_STATE;
+    if (session_) return E_INVALID_STATE;
     if (pBuffer != nullptr) return E_UNSUPPORTED_FORMAT;
-    __pSession = std::make_unique<Session>(listener);
+    session_ = std::make_unique<Session>(listener);
     return E_SUCCESS;
 }
 
 result Player::OpenFile(const Tizen::Base::String& path, bool isAsync) {
-    if (!__pSession) return E_INVALID_STATE;
-    const auto mode = isAsync ? host::ClipPlayer::OpenMode::kLater : host::ClipPlayer::OpenMode::kAtOnce;
-    return ToResult(__pSession->GetPlayer().Open(path.ToUtf8(), mode));
+    if (isAsync) return E_INVALID_ARG;
+    if (!session_ || !session_->IsAny({PLAYER_STATE_INITIALIZED, PLAYER_STATE_CLOSED, PLAYER_STATE_ERROR})) {
+        return E_INVALID_STATE;
+    }
+    Sound& sound = *Sound::Current();
+    const std::string file = path.ToUtf8();
+    const auto outcome = sound.GetClips().Open(file, session_->clip);
+    const bool isOpen = outcome == host::ClipCache::Outcome::kOpened;
+    sound.GetTrace().Add("player", "open").Text("file", FileName(file)).Flag("ok", isOpen);
+    if (!isOpen) return outcome == host::ClipCache::Outcome::kMissing ? E_FILE_NOT_FOUND : E_UNSUPPORTED_FORMAT;
+    session_->state = PLAYER_STATE_OPENED;
+    return E_SUCCESS;
 }
 
 result Player::Close() {
-    return __pSession ? ToResult(__pSession->GetPlayer().Close()) : E_INVALID_STATE;
+    if (!session_ ||
+        !session_->IsAny({PLAYER_STATE_OPENED, PLAYER_STATE_ENDOFCLIP, PLAYER_STATE_STOPPED, PLAYER_STATE_PLAYING})) {
+        return E_INVALID_STATE;
+    }
+    session_->Silence();
+    session_->clip.reset();
+    session_->state = PLAYER_STATE_CLOSED;
+    Sound::Current()->GetTrace().Add("player", "close");
+    return E_SUCCESS;
 }
 
 result Player::Play() {
-    return __pSession ? ToResult(__pSession->GetPlayer().Play()) : E_INVALID_STATE;
+    if (!session_ || !session_->IsAny({PLAYER_STATE_OPENED, PLAYER_STATE_ENDOFCLIP, PLAYER_STATE_STOPPED})) {
+        return E_INVALID_STATE;
+    }
+    Sound& sound = *Sound::Current();
+    if (session_->answer == Session::Answer::kNone || session_->answer == Session::Answer::kStop) {
+        session_->answer = Session::Answer::kFinal;
+        sound.GetDesk().GrantRepeat(session_->voice);
+    } else {
+        session_->Silence();
+        session_->voice = sound.GetDesk().Start(session_->clip, session_->Gain(), *session_);
+    }
+    session_->state = PLAYER_STATE_PLAYING;
+    sound.GetTrace().Add("player", "play");
+    return E_SUCCESS;
 }
 
 result Player::Stop() {
-    return __pSession ? ToResult(__pSession->GetPlayer().Stop()) : E_INVALID_STATE;
+    if (!session_ || !session_->IsAny({PLAYER_STATE_OPENED, PLAYER_STATE_ENDOFCLIP, PLAYER_STATE_PLAYING})) {
+        return E_INVALID_STATE;
+    }
+    if (session_->answer == Session::Answer::kNone) {
+        // A play may follow within this notification; the sound goes on until that is known.
+        session_->answer = Session::Answer::kStop;
+    } else {
+        session_->Silence();
+    }
+    session_->state = PLAYER_STATE_STOPPED;
+    Sound::Current()->GetTrace().Add("player", "stop");
+    return E_SUCCESS;
 }
 
 result Player::SetVolume(int volume) {
-    return __pSession ? ToResult(__pSession->GetPlayer().SetVolume(volume)) : E_INVALID_STATE;
+    if (!session_ || Sound::Current() == nullptr) return E_INVALID_STATE;
+    if (volume < 0 || volume > kFullVolume) return E_OUT_OF_RANGE;
+    session_->volume = volume;
+    Sound::Current()->GetDesk().SetGain(session_->voice, session_->Gain());
+    Sound::Current()->GetTrace().Add("player", "volume").Number("value", volume);
+    return E_SUCCESS;
 }
 
 int Player::GetVolume() const {
-    return __pSession ? __pSession->GetPlayer().GetVolume() : 0;
+    return session_ ? session_->volume : 0;
 }
 
 PlayerState Player::GetState() const {
-    return __pSession ? static_cast<PlayerState>(__pSession->GetPlayer().GetPhase()) : PLAYER_STATE_INITIALIZED;
+    return session_ ? session_->state : PLAYER_STATE_INITIALIZED;
 }
 
 }  // namespace Media

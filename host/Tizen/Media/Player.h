@@ -25,9 +25,9 @@ public:
     /// `listener` must outlive the player. `pBuffer` is null: E_UNSUPPORTED_FORMAT else.
     result Construct(IPlayerEventListener& listener, const VideoBuffer* pBuffer = nullptr);
 
-    /// Opens a recording of at most a minute; allowed while nothing is open. E_FILE_NOT_FOUND, or E_UNSUPPORTED_FORMAT
-    /// when the file does not decode to its end; the state is as before then. An asynchronous open tells its outcome by
-    /// OnPlayerOpened, later.
+    /// Opens a recording of at most a minute; allowed while nothing is open, and after an error. E_FILE_NOT_FOUND, or
+    /// E_UNSUPPORTED_FORMAT when the file does not decode to its end; the state is as before then. An asynchronous open
+    /// is not to be had on this phone: E_INVALID_ARG.
     result OpenFile(const Tizen::Base::String& path, bool isAsync = false);
     /// Ends the sound, if any, and gives the file back.
     result Close();
@@ -42,9 +42,9 @@ public:
     PlayerState GetState() const;
 
 private:
-    class Session;
+    struct Session;
 
-    std::unique_ptr<Session> __pSession;
+    std::unique_ptr<Session> session_;  ///< null before Construct
 };
 
 }  // namespace Media

@@ -3,14 +3,15 @@
 namespace Tizen {
 namespace Media {
 
-/// What a player is doing. The numbers are fixed: applications compare with them.
+/// What a player is doing. The numbers are fixed: applications compare with them. This phone's players open at once, do
+/// not pause, and do not fail once they are open: OPENING, PAUSED and ERROR are never theirs.
 enum PlayerState {
     PLAYER_STATE_INITIALIZED = 0,  ///< no file is open
-    PLAYER_STATE_OPENING = 1,      ///< an asynchronous open is under way
+    PLAYER_STATE_OPENING = 1,
     PLAYER_STATE_OPENED = 2,
     PLAYER_STATE_ENDOFCLIP = 3,  ///< the end of the recording has been reported; nothing was asked for since
     PLAYER_STATE_STOPPED = 4,
-    PLAYER_STATE_PAUSED = 5,  ///< this phone's players do not pause
+    PLAYER_STATE_PAUSED = 5,
     PLAYER_STATE_PLAYING = 6,
     PLAYER_STATE_CLOSED = 7,
     PLAYER_STATE_ERROR = 8

@@ -28,6 +28,8 @@ public:
     MixDesk(const MixDesk&) = delete;
     MixDesk& operator=(const MixDesk&) = delete;
 
+    // An operation on kNoVoice, or on a voice that is over, does nothing.
+
     /// Plays `clip` from its beginning. The voice is the caller's until it stops it; kNoVoice once the desk is closed,
     /// or when too many clips sound.
     [[nodiscard]] VoiceNumber Start(std::shared_ptr<const Clip> clip, float gain, VoiceListener& listener);

@@ -1,14 +1,17 @@
 #include "runtime/sound/Sound.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "runtime/sound/BreathFile.h"
-#include "runtime/sound/CaptureSession.h"
-#include "runtime/sound/ClipPlayer.h"
 #include "runtime/sound/Recorder.h"
 
 namespace host {
+
+namespace {
+
+Sound* current = nullptr;
+
+}  // namespace
 
 Sound::Sound(const SoundServices& services, const SoundOptions& options)
     : services_(services),
@@ -21,12 +24,17 @@ Sound::Sound(const SoundServices& services, const SoundOptions& options)
       capture_(options.microphoneSource == MicrophoneSource::kSimulated
                    ? static_cast<BlockSource&>(simulatedMicrophone_)
                    : deviceSource_,
-               services.loop, services.trace, services.console) {}
+               services.loop, services.trace, services.console) {
+    current = this;
+}
 
 Sound::~Sound() {
     Close();
-    for (ClipPlayer* player : players_) player->OnSoundGone();
-    for (CaptureSession* session : sessions_) session->OnSoundGone();
+    if (current == this) current = nullptr;
+}
+
+Sound* Sound::Current() noexcept {
+    return current;
 }
 
 bool Sound::Prepare(std::string& problem) {
@@ -61,7 +69,6 @@ void Sound::Close() noexcept {
     if (std::exchange(isOpen_, false)) services_.speaker.Close();
     capture_.Close();
     recorder_.reset();
-    for (ClipPlayer* player : players_) player->OnSoundClosed();
     desk_.Close();
 }
 

@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "backend/Microphone.h"
 #include "backend/Speaker.h"
@@ -21,8 +20,6 @@
 
 namespace host {
 
-class CaptureSession;
-class ClipPlayer;
 class Recorder;
 
 struct SoundServices {
@@ -43,9 +40,8 @@ struct SoundOptions {
 };
 
 /// The phone's ears and voice: it owns what lies between the framework's players and the speaker, and between the
-/// microphone and the framework's captures. UI thread only. It must outlive the event loop's last delivery, but not
-/// its players and captures: those go on without a sound once it is closed, and are in their error states once it is
-/// gone.
+/// microphone and the framework's captures. One object a process at a time; UI thread only. It must outlive the event
+/// loop's last delivery. Players and captures may outlive it; they go on without a sound once it is closed.
 class Sound final : private ClipListener {
 public:
     Sound(const SoundServices& services, const SoundOptions& options);
@@ -68,12 +64,9 @@ public:
     /// Periods that the speaker could not get in time.
     [[nodiscard]] std::uint64_t Underruns() const { return services_.speaker.Underruns(); }
 
-    // For ClipPlayer and CaptureSession, which are what Tizen::Media::Player and AudioIn are made of.
-    void Add(ClipPlayer& player) { players_.push_back(&player); }
-    void Remove(ClipPlayer& player) { std::erase(players_, &player); }
-    void Add(CaptureSession& session) { sessions_.push_back(&session); }
-    void Remove(CaptureSession& session) { std::erase(sessions_, &session); }
-    [[nodiscard]] EventLoop& GetLoop() noexcept { return services_.loop; }
+    // For Tizen::Media::Player and AudioIn.
+    /// Null when there is none.
+    [[nodiscard]] static Sound* Current() noexcept;
     [[nodiscard]] Trace& GetTrace() noexcept { return services_.trace; }
     [[nodiscard]] ClipCache& GetClips() noexcept { return clips_; }
     [[nodiscard]] MixDesk& GetDesk() noexcept { return desk_; }
@@ -91,8 +84,6 @@ private:
     SimulatedMicrophone simulatedMicrophone_;
     DeviceSource deviceSource_;
     Capture capture_;
-    std::vector<ClipPlayer*> players_;
-    std::vector<CaptureSession*> sessions_;
     bool isOpen_ = false;
 };
 
