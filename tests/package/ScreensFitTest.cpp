@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -19,7 +21,13 @@ namespace {
 constexpr const char* kLayouts[] = {"IDF_FORM", "IDF_FORM_SPLASH", "IDF_FORM_SETUP", "IDP_POPUP_COLOR",
                                     "IDP_POPUP_HELP"};
 constexpr const char* kLanguages[] = {"en", "de", "fr", "es", "pt", "ko", "ja"};
-constexpr host::PixelSize kScreens[] = {{480, 800}, {720, 1280}, {1080, 1920}};
+constexpr host::PixelSize kScreens[] = {{480, 800}, {720, 1280}, {1080, 1920}, {1080, 2400},
+                                        {240, 320}, {1280, 720}, {1536, 2048}};
+
+// The pixels of a design unit where nothing is stretched.
+double UnitOf(host::PixelSize screen) {
+    return std::min(screen.width / 720.0, screen.height / 1280.0);
+}
 
 bool IsTouched(const LayoutControl& control) {
     // The help page's title is a button in name only: nothing listens to it.
@@ -76,7 +84,7 @@ TEST_F(ScreensFit, NoTextIsCutOff) {
 }
 
 TEST_F(ScreensFit, NothingOverlapsOrLeavesItsScreenAndEveryTouchTargetIsLargeEnough) {
-    constexpr double kLeastTarget = 48.0 / 480;  // of the screen's width
+    constexpr double kLeastTarget = 72;  // units, 48 pixels of the smallest usual phone
     ForEachScreen([](const LayoutControl& root, host::PixelSize screen) {
         const host::PixelRect whole{0, 0, root.bounds.width, root.bounds.height};
         EXPECT_TRUE((host::PixelRect{0, 0, screen.width, screen.height}).Contains(root.bounds));
@@ -84,7 +92,7 @@ TEST_F(ScreensFit, NothingOverlapsOrLeavesItsScreenAndEveryTouchTargetIsLargeEno
             const LayoutControl& control = root.children[i];
             EXPECT_TRUE(whole.Contains(control.bounds)) << control.name;
             if (IsTouched(control)) {
-                EXPECT_GE(std::min(control.bounds.width, control.bounds.height), kLeastTarget * screen.width)
+                EXPECT_GE(std::min(control.bounds.width, control.bounds.height), kLeastTarget * UnitOf(screen) - 0.5)
                     << control.name;
             }
             for (std::size_t j = 0; j < i; ++j) {
@@ -96,6 +104,82 @@ TEST_F(ScreensFit, NothingOverlapsOrLeavesItsScreenAndEveryTouchTargetIsLargeEno
             }
         }
     });
+}
+
+TEST_F(ScreensFit, NothingButTheHolesIsTouchedWhereThePhoneTakesGesturesForItself) {
+    constexpr double kGestures = 24;  // units from the screen's left and right side
+    ForEachScreen([](const LayoutControl& root, host::PixelSize screen) {
+        for (const LayoutControl& control : root.children) {
+            if (!IsTouched(control)) continue;
+            const double left = root.bounds.x + control.bounds.x;
+            EXPECT_GE(left, kGestures * UnitOf(screen) - 1) << control.name;
+            EXPECT_LE(left + control.bounds.width, screen.width - kGestures * UnitOf(screen) + 1) << control.name;
+        }
+    });
+}
+
+TEST_F(ScreensFit, TheHolesLieEvenlyAndTheirWellsAroundThem) {
+    constexpr double kCovered = 1.3;
+    constexpr double kGestures = 24;
+    ForEachScreen([](const LayoutControl& root, host::PixelSize screen) {
+        if (root.name != "IDF_FORM") return;
+        const auto child = [](const LayoutControl& parent, const std::string& name) -> const LayoutControl& {
+            const auto found = std::find_if(parent.children.begin(), parent.children.end(),
+                                            [&](const LayoutControl& control) { return control.name == name; });
+            if (found == parent.children.end()) throw std::out_of_range(name);
+            return *found;
+        };
+        const LayoutControl& panel = child(root, "IDC_PANEL_HOLE");
+        const LayoutControl& wells = child(root, "IDC_DECOR_WELLS");
+        EXPECT_EQ(panel.bounds, wells.bounds);
+        std::vector<host::PixelRect> holes;
+        for (int i = 1; i <= 4; ++i) {
+            holes.push_back(child(panel, "IDC_LABEL_HOLE" + std::to_string(i)).bounds);
+            const host::PixelRect well = child(wells, "IDC_DECOR_WELL" + std::to_string(i)).bounds;
+            const host::PixelRect hole = holes.back();
+            EXPECT_EQ(hole.width, hole.height);
+            EXPECT_NEAR(hole.x + hole.width / 2.0, well.x + well.width / 2.0, 1);
+            EXPECT_NEAR(hole.y + hole.height / 2.0, well.y + well.height / 2.0, 1);
+            EXPECT_GT(well.width, hole.width * kCovered);
+        }
+        const double covered = holes[0].width * kCovered;
+        const double across = holes[1].x - holes[0].x - covered;
+        const double down = holes[2].y - holes[0].y - covered;
+        EXPECT_GT(down, kGestures * UnitOf(screen));
+        EXPECT_GE(across, down - 2);
+        EXPECT_GE(holes[0].x + holes[0].width / 2.0 - covered / 2, kGestures * UnitOf(screen));
+        if (screen.height > screen.width) {
+            EXPECT_NEAR(across, down, 2);
+        }
+        // As large as the quadrant allows.
+        const int quadrant = std::min(panel.bounds.width, panel.bounds.height) / 2;
+        EXPECT_GE(covered, 0.8 * quadrant);
+    });
+}
+
+TEST_F(ScreensFit, EveryLanguageNamesItsNotes) {
+    struct Case {
+        const char* language;
+        std::vector<const char*> names;  ///< A, B and C of the lowest seventh, from semitone 9 of octave 3
+    };
+    const Case cases[] = {{"en", {"A₃", "B₃", "C₄", "C♯₄"}},     {"de", {"a", "h", "c′", "cis′"}},
+                          {"fr", {"la₂", "si₂", "do₃", "do♯₃"}}, {"es", {"la₃", "si₃", "do₄", "do♯₄"}},
+                          {"pt", {"lá₂", "si₂", "dó₃", "dó♯₃"}}, {"ko", {"라₃", "시₃", "도₄", "도♯₄"}},
+                          {"ja", {"ラ₃", "シ₃", "ド₄", "ド♯₄"}}};
+    for (const Case& each : cases) {
+        host::Package package;
+        std::string problem;
+        ASSERT_TRUE(package.Load(backend_->GetStorage(), backend_->GetPainter(), each.language, {720, 1280}, console_,
+                                 problem));
+        const LayoutControl& help = *package.FindLayout("IDP_POPUP_HELP");
+        for (std::size_t i = 0; i < each.names.size(); ++i) {
+            const std::string name = "IDC_DECOR_NOTE" + std::to_string(i + 2);
+            const auto found = std::find_if(help.children.begin(), help.children.end(),
+                                            [&](const LayoutControl& control) { return control.name == name; });
+            ASSERT_NE(help.children.end(), found) << name;
+            EXPECT_EQ(each.names[i], found->text.text) << each.language;
+        }
+    }
 }
 
 TEST_F(ScreensFit, EveryLanguageHasEveryText) {

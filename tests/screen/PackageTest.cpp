@@ -50,9 +50,8 @@ TEST(Layouts, FollowTheScreensSizeSoThatNeighboursMeetAndRoundThingsStayRound) {
       <Panel name="panel" bounds="0,288,720,992">
         <Label name="left" bounds="0,0,239,300" text="IDS_A" text-size="30"/>
         <Label name="right" bounds="239,0,481,300"/>
-        <Label name="round" bounds="400,400,101,101" shape="round"/>
+        <Label name="round" bounds="400,400,101,101" shape="round" corner="10"/>
       </Panel>
-      <Button name="anchored" bounds="100,0,96,96" shape="round" anchor="right" corner="10"/>
     </Form>)";
     for (const host::PixelSize screen : {host::PixelSize{720, 1280}, {480, 800}, {1080, 1920}, {777, 1001}}) {
         Files files;
@@ -71,14 +70,40 @@ TEST(Layouts, FollowTheScreensSizeSoThatNeighboursMeetAndRoundThingsStayRound) {
         EXPECT_EQ(screen.width, right.bounds.x + right.bounds.width);
         EXPECT_NEAR(239 * scaleX, right.bounds.x, 0.5);
         EXPECT_DOUBLE_EQ(30 * smaller, left.text.size);
-        const PixelRect round = Child(panel, "round").bounds;
-        EXPECT_EQ(round.width, round.height);
-        EXPECT_NEAR(101 * smaller, round.width, 0.5);
-        EXPECT_NEAR(450.5 * scaleX, round.x + round.width / 2.0, 1);
-        EXPECT_NEAR((288 + 450.5) * scaleY, panel.bounds.y + round.y + round.height / 2.0, 1);
-        const LayoutControl& anchored = Child(form, "anchored");
-        EXPECT_NEAR(196 * scaleX, anchored.bounds.x + anchored.bounds.width, 1);
-        EXPECT_DOUBLE_EQ(10 * smaller, anchored.box.corner);
+        const LayoutControl& round = Child(panel, "round");
+        EXPECT_EQ(round.bounds.width, round.bounds.height);
+        EXPECT_NEAR(101 * smaller, round.bounds.width, 0.5);
+        EXPECT_NEAR(450.5 * scaleX, round.bounds.x + round.bounds.width / 2.0, 1);
+        EXPECT_NEAR((288 + 450.5) * scaleY, panel.bounds.y + round.bounds.y + round.bounds.height / 2.0, 1);
+        EXPECT_DOUBLE_EQ(10 * smaller, round.box.corner);
+    }
+}
+
+// On a screen twice as wide and three times as high as the design, whose smaller scale is 2.
+TEST(Layouts, HoldOnToTheSidesThatTheyName) {
+    struct Case {
+        const char* attributes;
+        PixelRect expected;
+    };
+    const Case cases[] = {
+        {"", {20, 60, 60, 120}},
+        {R"(horizontal="left" vertical="top")", {20, 40, 60, 80}},
+        {R"(horizontal="right" vertical="bottom")", {20, 140, 60, 80}},
+        {R"(horizontal="center" vertical="middle")", {20, 90, 60, 80}},
+        {R"(horizontal="sides" vertical="sides")", {20, 40, 60, 180}},
+        {R"(shape="round")", {20, 80, 60, 80}},
+        {R"(shape="circle")", {20, 90, 60, 60}},
+        {R"(shape="circle" gravity="top")", {20, 60, 60, 60}},
+        {R"(shape="circle" gravity="bottom" share="0.5")", {35, 135, 30, 30}},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.attributes);
+        Files files;
+        files.folder_.Write("layouts/IDF_A.xml", std::string(R"(<Form name="IDF_A" design="100x100">)") +
+                                                     R"(<Label name="a" bounds="10,20,30,40" )" + each.attributes +
+                                                     "/></Form>");
+        ASSERT_TRUE(files.Load("en", {200, 300})) << files.problem_;
+        EXPECT_EQ(each.expected, Child(*files.package_.FindLayout("IDF_A"), "a").bounds);
     }
 }
 

@@ -28,29 +28,38 @@ void DrawBreathSign(cairo_t* pen, double width, const Colour& colour) {
 }  // namespace
 
 void DrawBreathMeter(const std::string& folder) {
+    // The sign lies on the meter's left end.
     Picture sign(kButton, kButton);
-    DrawRoundPlate(sign.Pen(), Look::kNormal);
     cairo_translate(sign.Pen(), kCentre, kCentre);
     DrawBreathSign(sign.Pen(), kSignWidth - 1, kWhite);
     sign.SavePng(folder + "/icon_volume.png");
 
     constexpr double kWidth = 560;
-    constexpr double kHeight = 112;
+    constexpr double kHeight = kButton;
+    Picture plate(kWidth, kHeight);
+    DrawLongPlate(plate.Pen(), kWidth, kHeight);
+    plate.SavePng(folder + "/strip_plate.png");
+
     constexpr int kSteps = 15;
-    // A breath sounds from within step 3 upward; above step 12 the microphone is close to its limit.
-    constexpr int kFirstSounding = 3;
+    // The play screen shows (peak - 127) / 8 bars, and a breath sounds from the peak 153 upward: the bar that is lit by
+    // sounding peaks alone is the fourth. Above step 12 the microphone is close to its limit.
+    constexpr int kSilentPeak = 127;
+    constexpr int kPeaksPerStep = 8;
+    constexpr int kFirstSoundingPeak = 153;
+    constexpr int kFirstSounding = (kFirstSoundingPeak - kSilentPeak + kPeaksPerStep - 1) / kPeaksPerStep;
     constexpr int kFirstLoud = 13;
-    constexpr double kMargin = 32;
-    constexpr double kBar = 20;
-    constexpr double kLowest = 22;
-    constexpr double kTallest = 76;
-    const double pitch = (kWidth - 2 * kMargin - kBar) / (kSteps - 1);
+    constexpr double kBegin = 100;
+    constexpr double kEnd = kWidth - 36;
+    constexpr double kBar = 18;
+    constexpr double kLowest = 20;
+    constexpr double kTallest = 62;
+    const double pitch = (kEnd - kBegin - kBar) / (kSteps - 1);
     for (int step = 0; step <= kSteps; ++step) {
         Picture picture(kWidth, kHeight);
         cairo_t* pen = picture.Pen();
         DrawLongPlate(pen, kWidth, kHeight);
         for (int bar = 1; bar <= kSteps; ++bar) {
-            const double x = kMargin + (bar - 1) * pitch;
+            const double x = kBegin + (bar - 1) * pitch;
             // The bars swell like a breath: quickly at first, then level.
             const double share = std::sin((bar - 1.0) / (kSteps - 1) * kPi / 2);
             const double height = kLowest + (kTallest - kLowest) * share;
@@ -59,7 +68,7 @@ void DrawBreathMeter(const std::string& folder) {
                                : bar < kFirstLoud   ? Mix(kHoney, Rgb(0xFFDE7A), (bar - kFirstSounding) / 10.0)
                                                     : Rgb(0xFF7A66);
             RoundedRectangle(pen, x, y, kBar, height, kBar / 2);
-            FillWith(pen, bar <= step ? lit : WithAlpha(kWhite, 0.17));
+            FillWith(pen, bar <= step ? lit : kUnlit);
         }
         picture.SavePng(folder + "/volume_" + std::to_string(step) + ".png");
     }
@@ -69,8 +78,11 @@ void DrawBlowHint(const std::string& folder) {
     constexpr double kWidth = 328;
     constexpr double kHeight = 112;
     constexpr double kMiddle = 63;
-    Picture picture(kWidth, kHeight);
+    // Drawn a little larger than it is shown, where it has the buttons' height.
+    constexpr double kShown = kButton / kHeight;
+    Picture picture(kWidth * kShown, kButton);
     cairo_t* pen = picture.Pen();
+    cairo_scale(pen, kShown, kShown);
     const auto plate = [&](double inset) {
         RoundedRectangle(pen, inset, inset, kWidth - 2 * inset, kHeight - 2 * inset, kHeight / 2);
     };

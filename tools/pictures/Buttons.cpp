@@ -110,27 +110,31 @@ void DrawMenuButtons(const std::string& folder) {
 }
 
 void DrawEditSign(const std::string& folder) {
-    constexpr double kSize = 64;
-    constexpr double kPlateShare = 28;
-    Picture picture(kSize, kSize);
+    // The whole of a colour's button, empty but for the sign in its corner, so that the two are one.
+    constexpr double kWidth = 184;
+    constexpr double kHeight = 152;
+    constexpr double kBadge = 26;
+    constexpr double kInset = 14;
+    constexpr double kEdge = 3;
+    Picture picture(kWidth, kHeight);
     cairo_t* pen = picture.Pen();
-    Circle(pen, kSize / 2, kSize / 2, kPlateShare);
+    cairo_translate(pen, kWidth - kInset - kBadge, kHeight - kInset - kBadge);
+    Circle(pen, 0, 0, kBadge);
     FillWith(pen, kInk);
-    Circle(pen, kSize / 2, kSize / 2, kPlateShare);
-    StrokeRound(pen, 3, kWhite);
+    Circle(pen, 0, 0, kBadge - kEdge / 2);
+    StrokeRound(pen, kEdge, kWhite);
     // A pencil, tip to the lower left.
-    cairo_translate(pen, kSize / 2, kSize / 2);
     cairo_rotate(pen, kPi / 4);
-    cairo_move_to(pen, 0, 18);
-    cairo_line_to(pen, -5.5, 8);
-    cairo_line_to(pen, -5.5, -9);
-    cairo_line_to(pen, 5.5, -9);
-    cairo_line_to(pen, 5.5, 8);
+    cairo_move_to(pen, 0, 17);
+    cairo_line_to(pen, -5, 8);
+    cairo_line_to(pen, -5, -8);
+    cairo_line_to(pen, 5, -8);
+    cairo_line_to(pen, 5, 8);
     cairo_close_path(pen);
     FillWith(pen, kWhite);
-    RoundedRectangle(pen, -5.5, -17, 11, 5.5, 2);
+    RoundedRectangle(pen, -5, -15, 10, 5, 2);
     FillWith(pen, kHoney);
-    picture.SavePng(folder + "/icon_edit.png");
+    picture.SavePng(folder + "/swatch_edit.png");
 }
 
 }  // namespace pictures

@@ -15,9 +15,9 @@ namespace {
 
 constexpr int kFingerings = static_cast<int>(std::size(kFingeringTable));
 constexpr int kSemitones = 12;
-constexpr const char* kNoteNames[kSemitones] = {"C", "C♯", "D", "D♯", "E", "F", "F♯", "G", "G♯", "A", "A♯", "B"};
 constexpr Colour kSkin = Rgb(0xFFD3B0);
 constexpr Colour kHairline = Rgb(0xEBD3B6);
+constexpr Colour kOpenRing = Rgb(0xA08674);
 
 int Pitch(int mask) {
     return kFingeringTable[mask].octave * kSemitones + kFingeringTable[mask].semitone;
@@ -31,53 +31,47 @@ std::array<int, kFingerings> ByPitch() {
     return masks;
 }
 
-void DrawFingering(cairo_t* pen, double x, double y, int mask) {
-    constexpr double kSpacing = 35;
-    constexpr double kCovered = 15;
-    constexpr double kOpen = 11.5;
-    constexpr double kRing = 3.5;
+void DrawFingering(cairo_t* pen, double x, double y, double spacing, int mask) {
+    constexpr double kCovered = 11.5;
+    constexpr double kOpen = 9;
+    constexpr double kRing = 3;
     for (int hole = 0; hole < 4; ++hole) {
-        const double holeX = x + (hole % 2) * kSpacing;
-        const double holeY = y + (hole / 2) * kSpacing;
+        const double holeX = x + (hole % 2) * spacing;
+        const double holeY = y + (hole / 2) * spacing;
         if ((mask >> hole & 1) != 0) {
             Circle(pen, holeX, holeY, kCovered);
             FillWith(pen, kClayDeep);
         } else {
             Circle(pen, holeX, holeY, kOpen);
-            StrokeRound(pen, kRing, Rgb(0xC3A896));
+            StrokeRound(pen, kRing, kOpenRing);
         }
     }
 }
 
+/// The fingerings from the lowest note to the highest. Their names are texts of the help page's layout, because every
+/// language has its own.
 void DrawNotes(const std::string& folder) {
     constexpr double kWidth = 640;
-    constexpr double kHeight = 368;
+    constexpr double kHeight = 288;
     constexpr int kColumns = 4;
     constexpr int kRows = kFingerings / kColumns;
-    constexpr double kGap = 10;
+    constexpr double kGap = 8;
     constexpr double kCellWidth = (kWidth - (kColumns - 1) * kGap) / kColumns;
     constexpr double kCellHeight = (kHeight - (kRows - 1) * kGap) / kRows;
     constexpr double kDotsAt = 26;
-    constexpr double kNoteAt = 107.5;
-    constexpr double kNoteSize = 31;
-    constexpr double kOctaveSize = 20;
+    constexpr double kSpacing = 27;
+    constexpr double kCorner = 16;
     Picture picture(kWidth, kHeight);
     cairo_t* pen = picture.Pen();
     int index = 0;
     for (const int mask : ByPitch()) {
         const double x = (index % kColumns) * (kCellWidth + kGap);
         const double y = (index / kColumns) * (kCellHeight + kGap);
-        RoundedRectangle(pen, x + 1, y + 1, kCellWidth - 2, kCellHeight - 2, 18);
+        RoundedRectangle(pen, x + 1, y + 1, kCellWidth - 2, kCellHeight - 2, kCorner);
         SetColour(pen, kWhite);
         cairo_fill_preserve(pen);
         StrokeRound(pen, 2, kHairline);
-        DrawFingering(pen, x + kDotsAt, y + kCellHeight / 2 - 17.5, mask);
-        const Tone& tone = kFingeringTable[mask];
-        const double noteX = x + kNoteAt;
-        const double noteY = y + kCellHeight / 2;
-        const double width = TextCentred(pen, kNoteNames[tone.semitone], noteX, noteY - 3, kNoteSize, kInk);
-        TextCentred(pen, std::to_string(tone.octave), noteX + width / 2 + kOctaveSize * 0.4, noteY + 9, kOctaveSize,
-                    Rgb(0x8A6F70));
+        DrawFingering(pen, x + kDotsAt, y + (kCellHeight - kSpacing) / 2, kSpacing, mask);
         ++index;
     }
     picture.SavePng(folder + "/help_notes.png");
@@ -111,8 +105,11 @@ void DrawHold(const std::string& folder) {
     constexpr double kPhoneY = 14;
     constexpr double kPhoneWidth = 104;
     constexpr double kPhoneHeight = 158;
-    Picture picture(kWidth, kHeight);
+    // Drawn larger than it is shown.
+    constexpr double kShown = 200 / kHeight;
+    Picture picture(kWidth * kShown, kHeight * kShown);
     cairo_t* pen = picture.Pen();
+    cairo_scale(pen, kShown, kShown);
     RoundedRectangle(pen, 1, 1, kWidth - 2, kHeight - 2, 24);
     SetColour(pen, Rgb(0xFBDDBB));
     cairo_fill_preserve(pen);

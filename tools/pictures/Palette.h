@@ -44,8 +44,10 @@ inline constexpr Colour kWhite = Rgb(0xFFFFFF);
 inline constexpr Colour kBlack = Rgb(0x000000);
 
 // What lies on the play screen stands on its own plate, because the player may pick any colour beneath it.
-inline constexpr Colour kPlate = Rgb(0x24141A, 0.80);
+inline constexpr Colour kPlate = Rgb(0x2B1A20);
 inline constexpr Colour kPlateRing = Rgb(0xFFFFFF, 0.34);
 inline constexpr Colour kPlateEdge = Rgb(0x24141A, 0.40);
+/// A part of a display that is off; its contrast with the plate is above 3 (guideline 1.4.11 of the W3C).
+inline constexpr Colour kUnlit = Rgb(0x7C6A70);
 
 }  // namespace pictures

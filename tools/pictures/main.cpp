@@ -24,6 +24,8 @@ int main(int argc, char** argv) {
         const std::filesystem::path icons = root / "packaging" / "icons";
         std::filesystem::create_directories(images);
         std::filesystem::create_directories(icons);
+        // The icon comes first: Cairo numbers the surfaces of a run, and an SVG names its own by that number.
+        pictures::DrawApplicationIcon(icons.string());
         pictures::DrawMenuFrames(images.string());
         pictures::DrawMenuButtons(images.string());
         pictures::DrawBreathMeter(images.string());
@@ -32,7 +34,6 @@ int main(int argc, char** argv) {
         pictures::DrawFingerWell(images.string());
         pictures::DrawHelpPages(images.string());
         pictures::DrawSplash(images.string());
-        pictures::DrawApplicationIcon(icons.string());
     } catch (const std::exception& error) {
         std::cerr << "brevant_pictures: " << error.what() << '\n';
         return EXIT_FAILURE;

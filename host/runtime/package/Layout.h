@@ -49,6 +49,7 @@ struct LayoutControl {
     Rgba pressedColor;           ///< Button
     Rgba pressedTextColor;       ///< Button
     Rgba checkedColor;           ///< CheckButton
+    bool needsKeyboard = false;  ///< shown only where the back end has a keyboard
     std::vector<LayoutControl> children;
 };
 

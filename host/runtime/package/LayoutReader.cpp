@@ -46,14 +46,18 @@ struct AttributeRule {
     const char* name;
     unsigned kinds;
 };
-constexpr std::array<AttributeRule, 26> kAttributes{{
+constexpr std::array<AttributeRule, 30> kAttributes{{
     {"name", kRoots | kInner},
     {"design", kRoots},
     {"bounds", kPopup | kInner},
     {"visible", kInner},
     {"touch", kInner},
+    {"needs", kInner},
     {"shape", kInner},
-    {"anchor", kInner},
+    {"horizontal", kPopup | kInner},
+    {"vertical", kPopup | kInner},
+    {"share", kInner},
+    {"gravity", kInner},
     {"background", kRoots | kPanel | kLabel},
     {"corner", kBordered},
     {"border", kBordered},
@@ -119,9 +123,9 @@ bool LayoutReader::ReadDesign(const pugi::xml_node& element, Mapping& mapping) {
     if (!size || size->size() != 2 || (*size)[0] <= 0 || (*size)[1] <= 0) {
         return FailValue(element, "design", "the size of the screen it was drawn for, like 720x1280");
     }
-    mapping.scaleX = screen_.width / (*size)[0];
-    mapping.scaleY = screen_.height / (*size)[1];
-    smallerScale_ = std::min(mapping.scaleX, mapping.scaleY);
+    mapping.x = {0, screen_.width / (*size)[0], (*size)[0]};
+    mapping.y = {0, screen_.height / (*size)[1], (*size)[1]};
+    smallerScale_ = std::min(mapping.x.scale, mapping.y.scale);
     return true;
 }
 
@@ -165,10 +169,18 @@ bool LayoutReader::ReadName(const pugi::xml_node& element, LayoutControl& contro
 }
 
 bool LayoutReader::ReadBounds(const pugi::xml_node& element, const Mapping& mapping, PixelRect& place, Mapping& inner) {
-    enum class Shape { kBox, kRound };
-    static constexpr std::pair<const char*, Shape> kShapes[] = {{"box", Shape::kBox}, {"round", Shape::kRound}};
-    static constexpr std::pair<const char*, HorizontalAlign> kAnchors[] = {
-        {"left", HorizontalAlign::kLeft}, {"center", HorizontalAlign::kCenter}, {"right", HorizontalAlign::kRight}};
+    static constexpr std::pair<const char*, Shape> kShapes[] = {
+        {"box", Shape::kBox}, {"round", Shape::kRound}, {"circle", Shape::kCircle}};
+    static constexpr std::pair<const char*, Hold> kHorizontals[] = {{"stretch", Hold::kStretch},
+                                                                    {"left", Hold::kBegin},
+                                                                    {"center", Hold::kMiddle},
+                                                                    {"right", Hold::kEnd},
+                                                                    {"sides", Hold::kSides}};
+    static constexpr std::pair<const char*, Hold> kVerticals[] = {{"stretch", Hold::kStretch},
+                                                                  {"top", Hold::kBegin},
+                                                                  {"middle", Hold::kMiddle},
+                                                                  {"bottom", Hold::kEnd},
+                                                                  {"sides", Hold::kSides}};
     constexpr std::size_t kSides = 4;
 
     const auto numbers = ParseNumbers(element.attribute("bounds").value());
@@ -176,41 +188,86 @@ bool LayoutReader::ReadBounds(const pugi::xml_node& element, const Mapping& mapp
         return FailValue(element, "bounds", "x,y,width,height");
     }
     Shape shape = Shape::kBox;
-    HorizontalAlign anchor = HorizontalAlign::kCenter;
-    if (!ReadChoice(element, "shape", kShapes, shape) || !ReadChoice(element, "anchor", kAnchors, anchor)) return false;
-
-    double left = mapping.originX + (*numbers)[0] * mapping.scaleX;
-    double top = mapping.originY + (*numbers)[1] * mapping.scaleY;
-    double width = (*numbers)[2] * mapping.scaleX;
-    double height = (*numbers)[3] * mapping.scaleY;
-    inner = {left, top, mapping.scaleX, mapping.scaleY};
+    Hold horizontal = Hold::kStretch;
+    Hold vertical = Hold::kStretch;
+    if (!ReadChoice(element, "shape", kShapes, shape) || !ReadChoice(element, "horizontal", kHorizontals, horizontal) ||
+        !ReadChoice(element, "vertical", kVerticals, vertical)) {
+        return false;
+    }
+    Span x = PlaceAlong(mapping.x, (*numbers)[0], (*numbers)[2], horizontal);
+    Span y = PlaceAlong(mapping.y, (*numbers)[1], (*numbers)[3], vertical);
+    if (shape == Shape::kRound) {
+        // It lies in the middle of what its box would be.
+        const double width = (*numbers)[2] * smallerScale_;
+        const double height = (*numbers)[3] * smallerScale_;
+        x = {x.begin + (x.size - width) / 2, width};
+        y = {y.begin + (y.size - height) / 2, height};
+    }
+    if (shape == Shape::kCircle && !PlaceCircle(element, x, y)) return false;
     if (shape == Shape::kBox) {
         // The edges are rounded and not the sizes, so that neighbours still meet.
-        place.x = Rounded(left);
-        place.y = Rounded(top);
-        place.width = Rounded(left + width) - place.x;
-        place.height = Rounded(top + height) - place.y;
+        place.x = Rounded(x.begin);
+        place.y = Rounded(y.begin);
+        place.width = Rounded(x.begin + x.size) - place.x;
+        place.height = Rounded(y.begin + y.size) - place.y;
     } else {
-        const double scale = std::min(mapping.scaleX, mapping.scaleY);
-        const double roundWidth = (*numbers)[2] * scale;
-        const double roundHeight = (*numbers)[3] * scale;
-        const double spare = width - roundWidth;
-        left += anchor == HorizontalAlign::kLeft ? 0 : anchor == HorizontalAlign::kRight ? spare : spare / 2;
-        top += (height - roundHeight) / 2;
         // Here the sizes count: a circle stays one.
-        place = {Rounded(left), Rounded(top), Rounded(roundWidth), Rounded(roundHeight)};
-        inner = {left, top, scale, scale};
+        place = {Rounded(x.begin), Rounded(y.begin), Rounded(x.size), Rounded(y.size)};
     }
+    inner.x = {x.begin, x.size / (*numbers)[2], (*numbers)[2]};
+    inner.y = {y.begin, y.size / (*numbers)[3], (*numbers)[3]};
     place.width = std::max(place.width, 1);
     place.height = std::max(place.height, 1);
     return true;
 }
 
+LayoutReader::Span LayoutReader::PlaceAlong(const Axis& axis, double begin, double size, Hold hold) const {
+    const double held = size * smallerScale_;
+    const double container = axis.units * axis.scale;
+    const double after = (axis.units - begin - size) * smallerScale_;
+    switch (hold) {
+        case Hold::kStretch:
+            break;
+        case Hold::kBegin:
+            return {axis.origin + begin * smallerScale_, held};
+        case Hold::kMiddle:
+            return {axis.origin + container / 2 + (begin - axis.units / 2) * smallerScale_, held};
+        case Hold::kEnd:
+            return {axis.origin + container - after - held, held};
+        case Hold::kSides:
+            return {axis.origin + begin * smallerScale_, std::max(1.0, container - begin * smallerScale_ - after)};
+    }
+    return {axis.origin + begin * axis.scale, size * axis.scale};
+}
+
+bool LayoutReader::PlaceCircle(const pugi::xml_node& element, Span& x, Span& y) {
+    static constexpr std::pair<const char*, VerticalAlign> kGravities[] = {
+        {"top", VerticalAlign::kTop}, {"middle", VerticalAlign::kMiddle}, {"bottom", VerticalAlign::kBottom}};
+    VerticalAlign gravity = VerticalAlign::kMiddle;
+    if (!ReadChoice(element, "gravity", kGravities, gravity)) return false;
+    double share = 1;
+    if (const auto attribute = element.attribute("share")) {
+        const auto parsed = ParseNumber(attribute.value());
+        if (!parsed || *parsed <= 0 || *parsed > 1) return FailValue(element, "share", "above 0 and at most 1");
+        share = *parsed;
+    }
+    // The largest circle goes where the gravity pulls it; circles of other shares in the same box share its middle.
+    const double largest = std::min(x.size, y.size);
+    const double spare = y.size - largest;
+    const double top = gravity == VerticalAlign::kTop ? 0 : gravity == VerticalAlign::kBottom ? spare : spare / 2;
+    const double diameter = largest * share;
+    x = {x.begin + (x.size - diameter) / 2, diameter};
+    y = {y.begin + top + (largest - diameter) / 2, diameter};
+    return true;
+}
+
 bool LayoutReader::ReadLook(const pugi::xml_node& element, LayoutControl& control) {
     static constexpr std::pair<const char*, bool> kTouches[] = {{"own", true}, {"none", false}};
+    static constexpr std::pair<const char*, bool> kNeeds[] = {{"keyboard", true}};
     BoxLook& box = control.box;
     const bool isRead =
         ReadFlag(element, "visible", control.isVisible) &&
+        ReadChoice(element, "needs", kNeeds, control.needsKeyboard) &&
         ReadChoice(element, "touch", kTouches, control.takesTouches) &&
         ReadColor(element, "background", box.background) && ReadColor(element, "color", box.background) &&
         ReadLength(element, "corner", box.corner) && ReadColor(element, "border", box.border) &&

@@ -29,18 +29,41 @@ public:
     [[nodiscard]] bool Read(LayoutControl& layout);
 
 private:
-    // How the design's units inside a container come to the phone's pixels.
+    // How the design's units inside a container come to the phone's pixels along one axis.
+    struct Axis {
+        double origin = 0;  ///< where the container begins, in pixels
+        double scale = 1;   ///< pixels a unit
+        double units = 0;   ///< the container's size
+    };
     struct Mapping {
-        double originX = 0;
-        double originY = 0;
-        double scaleX = 1;
-        double scaleY = 1;
+        Axis x;
+        Axis y;
+    };
+    // A control's extent along one axis, in pixels.
+    struct Span {
+        double begin = 0;
+        double size = 0;
+    };
+    // What a control's place along one axis holds on to when the screen has other proportions than the design.
+    enum class Hold {
+        kStretch,  ///< place and size follow the container's scale
+        kBegin,    ///< the distance to the container's left or upper side and the size follow the smaller scale
+        kMiddle,   ///< the same with the distance to its middle
+        kEnd,      ///< the same with the distance to its right or lower side
+        kSides     ///< the distances to both sides follow the smaller scale, the size is what is left
+    };
+    enum class Shape {
+        kBox,
+        kRound,  ///< the size follows the smaller scale
+        kCircle  ///< the largest circle in the box, or a share of it
     };
 
     [[nodiscard]] bool ReadDesign(const pugi::xml_node& element, Mapping& mapping);
     [[nodiscard]] bool ReadControl(const pugi::xml_node& element, const Mapping& mapping, PixelRect parent,
                                    LayoutControl& control);
     [[nodiscard]] bool ReadName(const pugi::xml_node& element, LayoutControl& control);
+    [[nodiscard]] Span PlaceAlong(const Axis& axis, double begin, double size, Hold hold) const;
+    [[nodiscard]] bool PlaceCircle(const pugi::xml_node& element, Span& x, Span& y);
     [[nodiscard]] bool ReadBounds(const pugi::xml_node& element, const Mapping& mapping, PixelRect& place,
                                   Mapping& inner);
     [[nodiscard]] bool ReadLook(const pugi::xml_node& element, LayoutControl& control);
