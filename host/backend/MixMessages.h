@@ -17,8 +17,8 @@ inline constexpr VoiceNumber kNoVoice = 0;
 using ClipNumber = std::uint32_t;
 inline constexpr std::size_t kMostClips = 256;
 
-/// How a clip is played: from its first frame to `length`, in frames. A repeat goes on at `loopStart`, whose frame
-/// follows the last one without a seam.
+/// The frames of a clip. The first pass plays 0..length; every repeat starts at `loopStart`, whose frame follows the
+/// last one without a seam.
 struct ClipShape {
     std::uint32_t length = 0;
     std::uint32_t loopStart = 0;

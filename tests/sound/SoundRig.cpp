@@ -1,6 +1,7 @@
 #include "sound/SoundRig.h"
 
 #include <gtest/gtest.h>
+#include <sndfile.h>
 
 #include <algorithm>
 #include <cmath>
@@ -15,14 +16,6 @@ namespace sound_test {
 namespace {
 
 constexpr float kFullScale = 32767;
-
-void Append(Bytes& bytes, const std::string& tag) {
-    bytes.insert(bytes.end(), tag.begin(), tag.end());
-}
-
-void Append(Bytes& bytes, std::uint32_t value, int count) {
-    for (int i = 0; i < count; ++i) bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-}
 
 }  // namespace
 
@@ -129,30 +122,23 @@ Bytes ReadFile(const std::string& path) {
 }
 
 void WriteWav(const std::string& path, int rate, int channels, int bits, const Bytes& data) {
-    constexpr std::uint32_t kHeaderAfterSize = 36;
-    const auto frameBytes = static_cast<std::uint32_t>(channels * bits / 8);
-    const auto dataBytes = static_cast<std::uint32_t>(data.size());
-    Bytes bytes;
-    Append(bytes, "RIFF");
-    Append(bytes, kHeaderAfterSize + dataBytes, 4);
-    Append(bytes, "WAVEfmt ");
-    Append(bytes, 16, 4);
-    Append(bytes, 1, 2);
-    Append(bytes, static_cast<std::uint32_t>(channels), 2);
-    Append(bytes, static_cast<std::uint32_t>(rate), 4);
-    Append(bytes, static_cast<std::uint32_t>(rate) * frameBytes, 4);
-    Append(bytes, frameBytes, 2);
-    Append(bytes, static_cast<std::uint32_t>(bits), 2);
-    Append(bytes, "data");
-    Append(bytes, dataBytes, 4);
-    bytes.insert(bytes.end(), data.begin(), data.end());
-    WriteFile(path, bytes);
+    SF_INFO info{};
+    info.samplerate = rate;
+    info.channels = channels;
+    info.format = SF_FORMAT_WAV | (bits == 8 ? SF_FORMAT_PCM_U8 : SF_FORMAT_PCM_16);
+    SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
+    ASSERT_NE(file, nullptr) << path;
+    EXPECT_EQ(sf_write_raw(file, data.data(), static_cast<sf_count_t>(data.size())),
+              static_cast<sf_count_t>(data.size()));
+    sf_close(file);
 }
 
 Bytes To16Bit(std::span<const float> frames) {
     Bytes bytes;
     for (const float frame : frames) {
-        Append(bytes, static_cast<std::uint32_t>(std::lrint(frame * kFullScale)), 2);
+        const auto sample = static_cast<unsigned>(std::lrint(frame * kFullScale));
+        bytes.push_back(static_cast<std::uint8_t>(sample));
+        bytes.push_back(static_cast<std::uint8_t>(sample >> 8U));
     }
     return bytes;
 }

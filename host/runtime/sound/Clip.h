@@ -30,4 +30,13 @@ private:
     std::size_t ready_ = 0;
 };
 
+/// Hears that more of an opened clip is ready. UI thread.
+class ClipListener {
+public:
+    virtual void OnClipGrew(const Clip& clip) = 0;
+
+protected:
+    ~ClipListener() = default;
+};
+
 }  // namespace host

@@ -14,15 +14,6 @@
 
 namespace host {
 
-/// Hears that more of an opened clip is ready. UI thread.
-class ClipListener {
-public:
-    virtual void OnClipGrew(const Clip& clip) = 0;
-
-protected:
-    ~ClipListener() = default;
-};
-
 /// The recordings that were opened lately, decoded once and shared. A file that has changed since is decoded anew. Of
 /// a file whose structure proves that it is whole, the first fraction of a second is decoded when it is opened, the
 /// rest in slices soon after, far ahead of its being played, so that no single step of the UI thread is long. Any other

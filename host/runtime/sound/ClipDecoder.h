@@ -15,9 +15,9 @@ class SoundReader;
 /// Turns a file's bytes into a clip, as far as it is asked each time. UI thread only.
 ///
 /// A clip of another rate than the speaker's is resampled to a whole number of frames, which moves its pitch by less
-/// than half a frame in its length (a hundred-thousandth of a one-second clip). So that the repeat is seamless, the
-/// filter goes on over the clip's end into its beginning: those frames follow the clip's last one, and a repeat begins
-/// behind the frames that the filter made while it had not seen the clip's end yet.
+/// than half a frame in its length (a hundred-thousandth of a one-second clip). The filter goes on over the clip's end
+/// into its beginning, and what it makes there follows the clip's last frame. A repeat starts after the first frames,
+/// which the filter made before it had seen the clip's end.
 class ClipDecoder {
 public:
     /// Null when it is no sound file, not a whole one, longer than a minute or of a rate that cannot be brought to

@@ -22,7 +22,7 @@ protected:
 /// The UI thread's side of the mix: it numbers voices and clips, sends the commands and tells the voices' listeners
 /// what the mix reports. What one handler of the event loop commands takes effect at one moment, so that a stop and a
 /// start make a crossfade.
-class MixDesk {
+class MixDesk final : public ClipListener {
 public:
     MixDesk(Speaker& speaker, EventLoop& loop) : speaker_(speaker), loop_(loop) {}
     MixDesk(const MixDesk&) = delete;
@@ -41,16 +41,17 @@ public:
     /// The other answer: the clip's end is the voice's. It is still to be stopped in the end.
     void Finish(VoiceNumber voice);
 
-    /// More of the clip is ready than before.
-    void OnClipGrew(const Clip& clip);
     enum class Output { kHeard, kMuted };
     /// Muted, all is silent and goes on in time.
     void SetOutput(Output output);
 
     /// The mix reported something: tells the listeners, and gives up what is done.
     void TakeNews();
-    /// The mix runs no more: ends all without a word. The listeners forget their voices by themselves.
+    /// The mix runs no more: ends all without a word.
     void Close() noexcept;
+
+    // ClipListener
+    void OnClipGrew(const Clip& clip) override;
 
 private:
     struct Voice {

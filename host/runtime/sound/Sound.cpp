@@ -16,8 +16,8 @@ Sound* current = nullptr;
 Sound::Sound(const SoundServices& services, const SoundOptions& options)
     : services_(services),
       options_(options),
-      clips_(services.storage, services.loop, *this),
       desk_(services.speaker, services.loop),
+      clips_(services.storage, services.loop, desk_),
       output_(desk_, services.loop, services.console),
       simulatedMicrophone_(services.loop),
       deviceSource_(services.microphone, services.loop),

@@ -42,7 +42,7 @@ struct SoundOptions {
 /// The phone's ears and voice: it owns what lies between the framework's players and the speaker, and between the
 /// microphone and the framework's captures. One object a process at a time; UI thread only. It must outlive the event
 /// loop's last delivery. Players and captures may outlive it; they go on without a sound once it is closed.
-class Sound final : private ClipListener {
+class Sound final {
 public:
     Sound(const SoundServices& services, const SoundOptions& options);
     ~Sound();
@@ -72,13 +72,10 @@ public:
     [[nodiscard]] MixDesk& GetDesk() noexcept { return desk_; }
 
 private:
-    // ClipListener
-    void OnClipGrew(const Clip& clip) override { desk_.OnClipGrew(clip); }
-
     SoundServices services_;
     SoundOptions options_;
-    ClipCache clips_;
     MixDesk desk_;
+    ClipCache clips_;
     SpeakerOutput output_;
     std::unique_ptr<Recorder> recorder_;
     SimulatedMicrophone simulatedMicrophone_;

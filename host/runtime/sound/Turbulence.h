@@ -20,7 +20,8 @@ public:
     void AddTo(std::span<std::uint8_t> bytes);
 
 private:
-    static constexpr std::size_t kChunkFrames = kPhoneRate / 100;  // 10 ms
+    static constexpr std::size_t kChunksPerSecond = 100;
+    static constexpr std::size_t kChunkFrames = kPhoneRate / kChunksPerSecond;
 
     [[nodiscard]] bool IsSilent() const noexcept { return level_ <= 0; }
     /// In steps of a byte.

@@ -26,6 +26,7 @@ constexpr std::int64_t kRiffHeaderBytes = 12;
 constexpr std::size_t kFormTypeAt = 8;
 constexpr std::size_t kRiffChunkHeaderBytes = 8;
 constexpr std::size_t kChunkSizeAt = 4;
+constexpr std::size_t kSampleKindBytes = 2;
 constexpr std::byte kIntegerSamples{1};
 constexpr std::byte kFloatSamples{3};
 
@@ -36,7 +37,7 @@ Framing ExamineWavFraming(ByteSource& source) {
     while (source.ReadAt(offset, header) == header.size()) {
         const std::int64_t size = LittleEndian32(&header[kChunkSizeAt]);
         offset += static_cast<std::int64_t>(header.size());
-        std::array<std::byte, 2> kind{};
+        std::array<std::byte, kSampleKindBytes> kind{};
         if (HasTag(header.data(), "fmt ") && source.ReadAt(offset, kind) == kind.size()) {
             hasPlainSamples = (kind[0] == kIntegerSamples || kind[0] == kFloatSamples) && kind[1] == std::byte{0};
         }

@@ -34,9 +34,10 @@ Resampler::Resampler(std::unique_ptr<State> state, int channels, double ratio)
 Resampler::~Resampler() = default;
 
 std::size_t Resampler::ReachFrames(double ratio) {
-    // The filter is some 20 frames long on either side of its middle, frames of the slower of the two rates.
-    constexpr double kHalfFilterFrames = 64;
-    return static_cast<std::size_t>(std::ceil(kHalfFilterFrames * std::max(1.0, ratio)));
+    // On either side of its middle the library's filter is 20 frames long (2464 coefficients, 128 a frame), frames of
+    // the slower of the two rates. Three times as much is beyond its reach for certain.
+    constexpr double kBeyondFilterFrames = 64;
+    return static_cast<std::size_t>(std::ceil(kBeyondFilterFrames * std::max(1.0, ratio)));
 }
 
 Resampler::Progress Resampler::Process(std::span<const float> input, std::span<float> output, Input end) {

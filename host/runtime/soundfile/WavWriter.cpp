@@ -13,17 +13,23 @@ namespace host {
 
 namespace {
 
-constexpr std::uint32_t kSampleBytes = 2;
-constexpr unsigned kBitsOfByte = 8;
+constexpr std::uint16_t kSampleBytes = 2;
+constexpr std::uint16_t kBitsOfByte = 8;
+constexpr std::uint16_t kBitsOfSample = 16;
 
 // A RIFF file with the chunks "fmt " and "data": "Multimedia Programming Interface and Data Specifications 1.0", IBM
 // and Microsoft, 1991.
 constexpr std::size_t kHeaderBytes = 44;
 constexpr std::uint32_t kBytesBeforeRiffSize = 8;
 constexpr std::uint32_t kFormatBytes = 16;
-constexpr std::uint32_t kIntegerSamples = 1;
-constexpr std::uint32_t kMono = 1;
+constexpr std::uint16_t kIntegerSamples = 1;
+constexpr std::uint16_t kMono = 1;
 constexpr std::uint32_t kMostDataBytes = std::numeric_limits<std::uint32_t>::max() - kHeaderBytes;
+
+std::byte LowByte(unsigned value) {
+    constexpr unsigned kByte = 0xFF;
+    return static_cast<std::byte>(value & kByte);
+}
 
 class HeaderBuilder {
 public:
@@ -32,10 +38,10 @@ public:
         size_ += tag.size();
         return *this;
     }
-    HeaderBuilder& Number(std::uint32_t value, std::size_t bytes) {
-        for (std::size_t i = 0; i < bytes; ++i) {
-            bytes_[size_++] = static_cast<std::byte>(value >> (i * kBitsOfByte) & 0xFFU);
-        }
+    /// Of the size of `Number`, the lowest byte first.
+    template <typename Number>
+    HeaderBuilder& Add(Number value) {
+        for (std::size_t i = 0; i < sizeof value; ++i) bytes_[size_++] = LowByte(value >> (i * kBitsOfByte));
         return *this;
     }
     [[nodiscard]] std::span<const std::byte> Bytes() const { return bytes_; }
@@ -55,10 +61,9 @@ WavWriter::WavWriter(std::unique_ptr<OutputFile> file, int rate) : file_(std::mo
 bool WavWriter::WriteHeader() {
     const auto rate = static_cast<std::uint32_t>(rate_);
     HeaderBuilder header;
-    header.Tag("RIFF").Number(kHeaderBytes - kBytesBeforeRiffSize + dataBytes_, 4).Tag("WAVE");
-    header.Tag("fmt ").Number(kFormatBytes, 4).Number(kIntegerSamples, 2).Number(kMono, 2).Number(rate, 4);
-    header.Number(rate * kSampleBytes, 4).Number(kSampleBytes, 2).Number(kSampleBytes * kBitsOfByte, 2);
-    header.Tag("data").Number(dataBytes_, 4);
+    header.Tag("RIFF").Add(static_cast<std::uint32_t>(kHeaderBytes) - kBytesBeforeRiffSize + dataBytes_).Tag("WAVE");
+    header.Tag("fmt ").Add(kFormatBytes).Add(kIntegerSamples).Add(kMono).Add(rate).Add(rate * kSampleBytes);
+    header.Add(kSampleBytes).Add(kBitsOfSample).Tag("data").Add(dataBytes_);
     return file_->Overwrite(0, header.Bytes());
 }
 
@@ -69,8 +74,8 @@ bool WavWriter::Write(std::span<const float> frames) {
     bytes.reserve(frames.size() * kSampleBytes);
     for (const float frame : frames.first(std::min(frames.size(), room))) {
         const auto sample = static_cast<unsigned>(std::lrint(std::clamp(frame, -1.0F, 1.0F) * kFullScale));
-        bytes.push_back(static_cast<std::byte>(sample & 0xFFU));
-        bytes.push_back(static_cast<std::byte>(sample >> kBitsOfByte & 0xFFU));
+        bytes.push_back(LowByte(sample));
+        bytes.push_back(LowByte(sample >> kBitsOfByte));
     }
     if (isFull_ || !file_->Append(bytes)) {
         isFull_ = true;
