@@ -19,7 +19,7 @@ constexpr std::size_t kNewsAtOnce = 64;
 
 }  // namespace
 
-VoiceNumber MixDesk::Start(std::shared_ptr<const Clip> clip, float gain, VoiceListener& listener) {
+VoiceNumber MixDesk::Start(const std::shared_ptr<const Clip>& clip, float gain, VoiceListener& listener) {
     if (isClosed_) return kNoVoice;
     const ClipNumber number = NumberOf(clip);
     if (number == kMostClips) return kNoVoice;

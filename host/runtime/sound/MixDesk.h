@@ -32,7 +32,7 @@ public:
 
     /// Plays `clip` from its beginning. The voice is the caller's until it stops it; kNoVoice once the desk is closed,
     /// or when too many clips sound.
-    [[nodiscard]] VoiceNumber Start(std::shared_ptr<const Clip> clip, float gain, VoiceListener& listener);
+    [[nodiscard]] VoiceNumber Start(const std::shared_ptr<const Clip>& clip, float gain, VoiceListener& listener);
     /// The voice is not the caller's any more, and its listener hears no more of it.
     void Stop(VoiceNumber voice);
     void SetGain(VoiceNumber voice, float gain);
