@@ -116,10 +116,37 @@ TEST(ColorPicker, ReportsOnceAFrameAndTheLastColourAlways) {
     EXPECT_EQ((Rgba{9, 8, 7, 255}), rig.node->GetColor());
     EXPECT_FALSE(rig.screen_.PickColor("form", {9, 8, 7, 255}));
 
+    rig.TakeLog();
+    rig.Put(TouchPhase::kDown, rig.At(rig.parts.field, 0.5, 0.3));
+    rig.Compose();
+    rig.Reports();
+    rig.Touch(TouchPhase::kDown, 10, 10, 1);
+    rig.Put(TouchPhase::kMove, rig.At(rig.parts.field, 0.6, 0.3));
+    rig.Touch(TouchPhase::kUp, 10, 10, 1);
+    EXPECT_EQ((std::vector<std::string>{"picker color", "form release 1 1,1"}),
+              (std::vector<std::string>{rig.log_.end() - 2, rig.log_.end()}))
+        << "told before another finger can confirm";
+    rig.Put(TouchPhase::kUp, rig.At(rig.parts.field, 0.6, 0.3));
+
     rig.Recorder("picker").react_ = [&rig](const std::string&) { rig.Destroy("picker"); };
     rig.Put(TouchPhase::kDown, rig.At(rig.parts.channels[0].plus, 0.5, 0.5));
     rig.Compose();
     EXPECT_EQ(0U, rig.Reports()) << "it is gone with its first event";
+}
+
+TEST(ColorPicker, LetsGoOfTheFormerColourWhenItIsSetToAnother) {
+    const Rgba other{1, 2, 3, 255};
+    Picker rig;
+    for (const host::RectF& part : {rig.parts.field, rig.parts.slider, rig.parts.channels[0].plus}) {
+        rig.node->SetColor({10, 20, 254, 255});
+        rig.Put(TouchPhase::kDown, rig.At(part, 0.5, 0.5));
+        rig.Compose();
+        rig.node->SetColor(other);
+        for (int frames = 0; frames < 60; ++frames) rig.Compose();
+        EXPECT_EQ(other, rig.node->GetColor()) << "a held stepper rests";
+        rig.Put(TouchPhase::kUp, rig.At(part, 0.5, 0.5));
+        EXPECT_EQ(other, rig.node->GetColor()) << "a lifted finger changes nothing";
+    }
 }
 
 TEST(ColorPicker, StepsEachChannelAndRepeatsWhileHeld) {

@@ -216,6 +216,27 @@ TEST(Composition, FollowsTheWindowsSizeWithEveryVisibleControl) {
     EXPECT_EQ(kBlack, rig.Pixel(375, 250));
 }
 
+TEST(Composition, GoesOnWhenAChildDestroysItsParentWhileItIsDrawn) {
+    ScreenRig rig;
+    auto& form = rig.ShowForm();
+    auto& parent = rig.Add("parent", {0, 0, 50, 50}, &form);
+    struct Destroyer final : host::NodeDelegate {
+        explicit Destroyer(ScreenRig& owner) : rig(owner) {}
+        void OnDraw() override { rig.Destroy("parent"); }
+        void OnFinger(const host::FingerEvent&) override {}
+        void OnBackKey(host::BackKeyPhase) override {}
+        void OnAction() override {}
+        void OnColorChange() override {}
+        ScreenRig& rig;
+    } destroyer(rig);
+    rig.Add("child", {0, 0, 20, 20}, &parent).SetDelegate(&destroyer);
+    rig.Add("last", {60, 60, 20, 20}, &form);
+    rig.Recorder("last").color_ = kRed;
+    rig.Compose();
+    rig.Compose();
+    EXPECT_EQ(kRed, rig.Pixel(70, 70));
+}
+
 TEST(Damage, StaysAFewRectanglesThatHoldAllThatChanged) {
     host::Damage damage;
     std::vector<PixelRect> added;

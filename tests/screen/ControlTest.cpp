@@ -127,8 +127,28 @@ TEST(Forms, ComeGoAndGetTheBackKeyAsTheFrameSays) {
     pFrame->Destroy();
     EXPECT_EQ((Log{"terminating first", "destroyed first"}), calls);
     EXPECT_EQ(
-        (Log{"added first", "current first", "added second", "current second", "removed second", "current first"}),
+        (Log{"added first", "current first", "added second", "current second", "removed second", "current first",
+             "removed first"}),
         rig.Trace("form"));
+}
+
+TEST(Forms, LeaveTheirFrameWhenTheyAreDeletedDirectly) {
+    Phone rig;
+    auto* pFrame = new Frame;
+    auto* pFirst = Made<Form>("first");
+    auto* pSecond = Made<Form>("second");
+    for (Form* pForm : {static_cast<Form*>(pFirst), static_cast<Form*>(pSecond)}) {
+        pFrame->AddControl(*pForm);
+        pFrame->SetCurrentForm(*pForm);
+    }
+    delete pSecond;
+    EXPECT_EQ(pFirst, pFrame->GetCurrentForm());
+    delete pFirst;
+    EXPECT_EQ(nullptr, pFrame->GetCurrentForm());
+    pFrame->Destroy();
+    EXPECT_EQ((Log{"added first", "current first", "added second", "current second", "removed second", "current first",
+                   "removed first"}),
+              rig.Trace("form"));
 }
 
 TEST(UserEvents, AreDeliveredAfterTheirSenderHasReturnedOrDroppedWithTheReceiver) {

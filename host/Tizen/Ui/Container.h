@@ -36,6 +36,9 @@ protected:
     void ApplyLayout(const host::LayoutControl& layout) override;
     void Terminate() override;
 
+    /// A child was deleted by somebody else and is no child any more; of it the framework's own part is left.
+    virtual void OnChildDeleted(const Control&) {}
+
     /// Takes a control without a parent over.
     void Adopt(std::unique_ptr<Control> pControl);
     /// Gives up the ownership of a child; null when it is none.

@@ -77,7 +77,10 @@ Control::Control(std::unique_ptr<host::Node> pNode) : pPeer_(std::make_unique<Pe
 Control::~Control() {
     pNode_->SetDelegate(nullptr);
     // A container that is being destroyed has let go of its controls before; this one was deleted by somebody else.
-    if (pParent_ != nullptr) static_cast<void>(pParent_->Release(*this).release());
+    if (Container* pParent = pParent_) {
+        static_cast<void>(pParent->Release(*this).release());
+        pParent->OnChildDeleted(*this);
+    }
 }
 
 result Control::OnInitializing() {

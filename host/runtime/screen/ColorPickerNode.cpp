@@ -97,9 +97,10 @@ ColorPickerNode::~ColorPickerNode() {
 }
 
 void ColorPickerNode::SetColor(Rgba color) {
+    isReportDue_ = false;
+    EndDrag();
     picked_.Set(color);
     typed_.clear();
-    isReportDue_ = false;
     LookChanged();
 }
 

@@ -36,7 +36,7 @@ public:
     explicit ColorPickerNode(Screen& screen);
     ~ColorPickerNode() override;
 
-    /// Reports nothing.
+    /// Reports nothing. What a finger held of the former colour is let go.
     void SetColor(Rgba color);
     [[nodiscard]] Rgba GetColor() const { return picked_.Color(); }
     /// As if the user had chosen the colour; it is reported at once. May destroy the node.

@@ -168,7 +168,8 @@ void Compositor::Draw(Node& node, const PixelRect& clip) {
         damage_.Add(visible);
     }
     // OnDraw may change the tree; a child that is passed over by that is still marked for the next frame.
-    for (std::size_t i = 0; i < node.children_.size(); ++i) Draw(*node.children_[i], visible);
+    const std::weak_ptr<Node> token = node.Token();
+    for (std::size_t i = 0; !token.expired() && i < node.children_.size(); ++i) Draw(*node.children_[i], visible);
 }
 
 void Compositor::AskForDrawing(Node& node) {

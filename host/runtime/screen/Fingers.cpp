@@ -85,6 +85,11 @@ void Fingers::Forget(const Node& node) {
     }
 }
 
+const Node* Fingers::NodeOf(FingerId id) const {
+    const auto found = fingers_.find(id);
+    return found == fingers_.end() ? nullptr : found->second.node;
+}
+
 Node* Fingers::NodeAt(PointF place) const {
     Node* topmost = stack_.Topmost();
     return topmost == nullptr ? nullptr : Find(*topmost, place);

@@ -45,6 +45,9 @@ public:
     /// Forgets the fingers of a node that is going.
     void Forget(const Node& node);
 
+    /// The node that captured the finger; null when it is not down.
+    [[nodiscard]] const Node* NodeOf(FingerId id) const;
+
 private:
     struct Finger {
         Node* node = nullptr;

@@ -36,6 +36,10 @@ std::optional<int> HexDigitOf(std::string_view code) {
     return std::nullopt;
 }
 
+bool IsEnter(std::string_view code) {
+    return code == "Enter" || code == "NumpadEnter";
+}
+
 std::string_view NameOf(PhoneKey key) {
     switch (key) {
         case PhoneKey::kBack:
@@ -92,8 +96,8 @@ void Keyboard::PressPhoneKey(PhoneKey key) {
 void Keyboard::LiftPhoneKey(PhoneKey key) {
     if (held_.find(NameOf(key)) != held_.end()) {
         Lift(NameOf(key));
-    } else if (key == PhoneKey::kBack && stack_.Topmost() != nullptr) {
-        End(HeldBack{stack_.Topmost()->Token()}, HowEnded::kLifted);
+    } else if (key == PhoneKey::kBack) {
+        End(HeldBack{}, HowEnded::kLifted);
     }
 }
 
@@ -105,15 +109,15 @@ void Keyboard::CancelAll() {
 }
 
 Keyboard::Held Keyboard::Begin(std::string_view code, ShiftKey shift) {
-    const std::weak_ptr<Node> focused = focused_;
-    if (TellFocused(code, shift, false)) {
-        return HeldForFocus{focused};
-    }
     const auto binding = std::find_if(bindings_.begin(), bindings_.end(),
                                       [code](const KeyBinding& candidate) { return candidate.code == code; });
-    if (binding != bindings_.end()) {
-        return std::visit([this](const auto& effect) { return Begin(effect); }, binding->effect);
-    }
+    const bool isBound = binding != bindings_.end();
+    const bool isForPlaying = isBound && !std::holds_alternative<PhoneKey>(binding->effect) && IsTopmostPlayedOn();
+    // Where keys play, they play whatever has the focus. Enter alone presses there too, on a ring that the user moved.
+    const bool isForFocus = !isForPlaying || (isRingMovedByUser_ && IsEnter(code));
+    const std::weak_ptr<Node> focused = focused_;
+    if (isForFocus && TellFocused(code, shift, false)) return HeldForFocus{focused};
+    if (isBound) return std::visit([this](const auto& effect) { return Begin(effect); }, binding->effect);
     if (code == "Tab") MoveFocus(shift);
     return {};
 }
@@ -142,22 +146,16 @@ Keyboard::Held Keyboard::Begin(PhoneKey key) {
         case PhoneKey::kBack:
             break;
     }
-    Node* topmost = stack_.Topmost();
-    if (topmost == nullptr) return {};
-    const HeldBack held{topmost->Token()};
-    topmost->OnBackKey(BackKeyPhase::kPress);
-    return held;
+    if (Node* topmost = stack_.Topmost()) topmost->OnBackKey(BackKeyPhase::kPress);
+    return HeldBack{};
 }
 
 void Keyboard::End(const Held& held, HowEnded how) {
     if (const auto* finger = std::get_if<HeldFinger>(&held)) {
         how == HowEnded::kLifted ? fingers_.Lift(finger->finger) : fingers_.Cancel(finger->finger);
-    } else if (const auto* back = std::get_if<HeldBack>(&held)) {
-        const auto screen = back->screen.lock();
-        // A Back whose screen has gone meanwhile has done its work.
-        if (how == HowEnded::kLifted && screen && screen.get() == stack_.Topmost()) {
-            screen->OnBackKey(BackKeyPhase::kRelease);
-        }
+    } else if (std::holds_alternative<HeldBack>(held)) {
+        Node* topmost = stack_.Topmost();
+        if (how == HowEnded::kLifted && topmost != nullptr) topmost->OnBackKey(BackKeyPhase::kRelease);
     } else if (const auto* activation = std::get_if<HeldForFocus>(&held)) {
         if (const auto node = activation->node.lock()) node->OnActivateKeyLifted(how == HowEnded::kCancelled);
     }
@@ -180,6 +178,14 @@ bool Keyboard::TellFocused(std::string_view code, ShiftKey shift, bool isRepeat)
         return false;
     }
     return focused->OnFocusKey(event);
+}
+
+bool Keyboard::IsTopmostPlayedOn() const {
+    Node* topmost = stack_.Topmost();
+    return topmost != nullptr && std::any_of(bindings_.begin(), bindings_.end(), [topmost](const KeyBinding& binding) {
+        const auto* touch = std::get_if<TouchBinding>(&binding.effect);
+        return touch != nullptr && topmost->FindVisible(touch->control) != nullptr;
+    });
 }
 
 void Keyboard::TellBreath() {
@@ -209,6 +215,7 @@ void Keyboard::OnTopmostChanged() {
             next = isInUse_ && !order.empty() ? order.front() : nullptr;
         }
     }
+    isRingMovedByUser_ = false;
     SetFocus(next);
 }
 
@@ -249,6 +256,7 @@ void Keyboard::MoveFocus(ShiftKey shift) {
         next = present - order.begin() + (isInUse_ ? step : 0);
     }
     isInUse_ = true;
+    isRingMovedByUser_ = true;
     SetFocus(order[static_cast<std::size_t>((next + size) % size)]);
 }
 

@@ -18,8 +18,8 @@
 
 namespace host {
 
-/// The keys: those of the phone, those that keys.xml binds, and those that move and use the focus ring. A key belongs
-/// to what it did when it was pressed, so its release goes there or nowhere. UI thread only.
+/// The keys: those of the phone, those that keys.xml binds, and those that move and use the focus ring. A key's
+/// release goes to whatever its press acted on, or nowhere; Back alone goes to the topmost screen. UI thread only.
 class Keyboard {
 public:
     Keyboard(const std::vector<KeyBinding>& bindings, ScreenStack& stack, Fingers& fingers, Compositor& compositor,
@@ -49,9 +49,7 @@ private:
     struct HeldBreath {
         double level;
     };
-    struct HeldBack {
-        std::weak_ptr<Node> screen;
-    };
+    struct HeldBack {};
     struct HeldForFocus {
         std::weak_ptr<Node> node;
     };
@@ -67,6 +65,8 @@ private:
     void CancelForFocus(Predicate predicate);
     /// False when the focused node has no use for the key.
     bool TellFocused(std::string_view code, ShiftKey shift, bool isRepeat);
+    /// Whether the topmost screen shows a control that keys hold fingers on.
+    [[nodiscard]] bool IsTopmostPlayedOn() const;
     void TellBreath();
 
     void MoveFocus(ShiftKey shift);
@@ -85,7 +85,8 @@ private:
     std::int64_t lastFinger_ = 0;
     double toldBreath_ = 0;
 
-    bool isInUse_ = false;  ///< rather than fingers
+    bool isInUse_ = false;            ///< rather than fingers
+    bool isRingMovedByUser_ = false;  ///< on the topmost screen; otherwise the ring came there by itself
     std::weak_ptr<Node> focused_;
     std::weak_ptr<Node> ringed_;                              ///< the focused one while its ring shows
     std::map<const Node*, std::weak_ptr<Node>> lastFocused_;  ///< by screen, for when it is the topmost one again

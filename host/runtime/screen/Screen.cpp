@@ -38,6 +38,7 @@ Screen::~Screen() = default;
 void Screen::OnTouch(const TouchInput& touch) {
     const FingerId finger{FingerSource::kWindow, touch.finger};
     const PointF place = compositor_->ToPhone(touch.x, touch.y);
+    FlushReportsBefore(finger);
     switch (touch.phase) {
         case TouchPhase::kDown:
             PressFinger(finger, place);
@@ -56,6 +57,7 @@ void Screen::OnTouch(const TouchInput& touch) {
 
 void Screen::Touch(std::int64_t number, TouchPhase phase, PointF position) {
     const FingerId finger{FingerSource::kPerformance, number};
+    FlushReportsBefore(finger);
     switch (phase) {
         case TouchPhase::kDown:
             PressFinger(finger, position);
@@ -73,7 +75,6 @@ void Screen::Touch(std::int64_t number, TouchPhase phase, PointF position) {
 }
 
 void Screen::PressFinger(const FingerId& finger, PointF place) {
-    FlushReports();
     keyboard_->OnTouch();
     fingers_->Press(finger, place);
 }
@@ -216,6 +217,12 @@ void Screen::RequestReport(const Node& node) {
     if (before && before.get() != &node) FlushReports();
     reporting_ = node.Token();
     compositor_->Mark();
+}
+
+void Screen::FlushReportsBefore(const FingerId& finger) {
+    // The finger that goes on with a drag is what the report waits for; any other may act on what was dragged.
+    const auto node = reporting_.lock();
+    if (node && node.get() != fingers_->NodeOf(finger)) FlushReports();
 }
 
 void Screen::FlushReports() {

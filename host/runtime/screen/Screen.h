@@ -89,6 +89,7 @@ private:
     void PressFinger(const FingerId& finger, PointF place);
     void OnTopmostChanged();
     void Compose(Microseconds now);
+    void FlushReportsBefore(const FingerId& finger);
     void FlushReports();
 
     EventLoop& loop_;

@@ -33,7 +33,8 @@ Rectangle Form::GetClientAreaBounds() const {
 }
 
 result Form::SetBackgroundColor(const Color& color) {
-    static_cast<host::BoxNode&>(GetNode()).SetBackground(ToHost(color));
+    // A form has nothing under it to blend with. What is drawn on it in its own colour then looks like it.
+    static_cast<host::BoxNode&>(GetNode()).SetBackground(ToHost(Color(color.GetRed(), color.GetGreen(), color.GetBlue())));
     return E_SUCCESS;
 }
 

@@ -10,7 +10,7 @@ namespace Controls {
 
 namespace {
 
-void TraceForm(const char* pEvent, const Form& form) {
+void TraceForm(const char* pEvent, const Control& form) {
     host::Runtime::Current().GetTrace().Add("form", pEvent).Text("name", form.GetName().ToUtf8());
 }
 
@@ -38,11 +38,27 @@ result Frame::RemoveControl(const Control& control) {
     if (control.GetParent() != this) return E_OBJ_NOT_FOUND;
     const bool isCurrent = &control == pCurrentForm_;
     if (isCurrent) pCurrentForm_ = nullptr;
-    TraceForm("removed", static_cast<const Form&>(control));
+    TraceForm("removed", control);
     const result removed = Container::RemoveControl(control);
-    if (isCurrent && GetControlCount() > 0)
-        SetCurrentForm(static_cast<const Form&>(*GetControl(GetControlCount() - 1)));
+    if (isCurrent) ShowLastForm();
     return removed;
+}
+
+void Frame::OnChildDeleted(const Control& child) {
+    TraceForm("removed", child);
+    if (&child != pCurrentForm_) return;
+    pCurrentForm_ = nullptr;
+    ShowLastForm();
+}
+
+void Frame::ShowLastForm() {
+    if (GetControlCount() > 0) SetCurrentForm(static_cast<const Form&>(*GetControl(GetControlCount() - 1)));
+}
+
+void Frame::Terminate() {
+    pCurrentForm_ = nullptr;
+    for (int i = 0; i < GetControlCount(); ++i) TraceForm("removed", *GetControl(i));
+    Container::Terminate();
 }
 
 result Frame::SetCurrentForm(const Form& form) {

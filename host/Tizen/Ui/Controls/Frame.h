@@ -29,11 +29,17 @@ public:
     /// Null while the frame holds no form.
     Form* GetCurrentForm() const { return pCurrentForm_; }
 
+protected:
+    void OnChildDeleted(const Control& child) override;
+    void Terminate() override;
+
 private:
     friend class Tizen::App::UiApp;
 
     /// The application has taken the frame over: runs its OnInitializing.
     result EnterApplication();
+
+    void ShowLastForm();
 
     Form* pCurrentForm_ = nullptr;
 };
