@@ -14,6 +14,14 @@ struct PixelSize {
     friend bool operator==(const PixelSize&, const PixelSize&) = default;
 };
 
+/// A point in a surface's own units (control units, before its scale).
+struct PointF {
+    double x = 0;
+    double y = 0;
+
+    friend bool operator==(const PointF&, const PointF&) = default;
+};
+
 /// A rectangle in device pixels; empty when a side is not positive.
 struct PixelRect {
     int x = 0;
@@ -26,19 +34,21 @@ struct PixelRect {
     /// The smallest rectangle that holds both; an empty one adds nothing.
     [[nodiscard]] PixelRect Union(const PixelRect& other) const noexcept;
     [[nodiscard]] bool Contains(const PixelRect& other) const noexcept;
+    /// The far edges belong to the neighbours.
+    [[nodiscard]] bool Contains(const PointF& point) const noexcept {
+        return point.x >= x && point.y >= y && point.x < x + width && point.y < y + height;
+    }
+    /// Its pixels; 0 for an empty one.
+    [[nodiscard]] std::int64_t Area() const noexcept { return IsEmpty() ? 0 : std::int64_t{width} * height; }
 
     friend bool operator==(const PixelRect&, const PixelRect&) = default;
-};
-
-/// A point in a surface's own units (control units, before its scale).
-struct PointF {
-    double x = 0;
-    double y = 0;
 };
 
 struct SizeF {
     double width = 0;
     double height = 0;
+
+    friend bool operator==(const SizeF&, const SizeF&) = default;
 };
 
 /// A rectangle in a surface's own units.
@@ -47,6 +57,17 @@ struct RectF {
     double y = 0;
     double width = 0;
     double height = 0;
+
+    /// The far edges belong to the neighbours.
+    [[nodiscard]] bool Contains(const PointF& point) const noexcept {
+        return point.x >= x && point.y >= y && point.x < x + width && point.y < y + height;
+    }
+    /// The rectangle whose every edge lies further out by `distance`; further in when that is negative.
+    [[nodiscard]] RectF Grown(double distance) const noexcept {
+        return {x - distance, y - distance, width + 2 * distance, height + 2 * distance};
+    }
+
+    friend bool operator==(const RectF&, const RectF&) = default;
 };
 
 /// A colour with straight (not premultiplied) alpha.

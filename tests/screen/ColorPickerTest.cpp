@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "runtime/screen/ColorPickerNode.h"
+#include "runtime/screen/controls/ColorPickerNode.h"
 #include "screen/ScreenRig.h"
 
 using host::ColorPickerNode;

@@ -5,10 +5,9 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "runtime/screen/Region.h"
+#include "runtime/screen/composing/Damage.h"
 #include "screen/ScreenRig.h"
 
-using host::DrawOperation;
 using host::PixelRect;
 using host::Rgba;
 
@@ -36,14 +35,6 @@ int LargestDifference(const std::vector<Rgba>& left, const std::vector<Rgba>& ri
                             std::abs(left[i].blue - right[i].blue)});
     }
     return largest;
-}
-
-DrawOperation Ellipse(const host::RectF& rect, Rgba color) {
-    DrawOperation operation;
-    operation.kind = DrawOperation::Kind::kFillEllipse;
-    operation.rect = rect;
-    operation.color = color;
-    return operation;
 }
 
 }  // namespace
@@ -101,7 +92,7 @@ TEST(Composition, GivesThePixelsOfAFullPaintingAfterEveryPartialOne) {
         rig.Compose();
         const std::function<void()> changes[] = {
             [&] {
-                hole.Draw(Ellipse({10, -9, 40, 90}, kGreen));
+                hole.Draw(host::FilledEllipse{{10, -9, 40, 90}, kGreen});
             },
             [&] { label.SetText("Cd"); },
             [&] {
@@ -205,7 +196,7 @@ TEST(Composition, FollowsTheWindowsSizeWithEveryVisibleControl) {
     rig.screen_.OnResized();
     rig.Compose();
     EXPECT_EQ(draws + 1, rig.Recorder("hole").draws_);
-    hole.Draw(Ellipse({0, 0, 50, 100}, kGreen));
+    hole.Draw(host::FilledEllipse{{0, 0, 50, 100}, kGreen});
     rig.Compose();
     EXPECT_EQ((std::vector<PixelRect>{{125, 250, 125, 250}}), rig.window_.presented_);
     EXPECT_EQ(kBlack, rig.Pixel(124, 400));
@@ -214,6 +205,36 @@ TEST(Composition, FollowsTheWindowsSizeWithEveryVisibleControl) {
     EXPECT_EQ(kRed, rig.Pixel(249, 499));
     EXPECT_EQ(kBlue, rig.Pixel(250, 499));
     EXPECT_EQ(kBlack, rig.Pixel(375, 250));
+}
+
+TEST(Composition, KeepsWhatIsDrawnWithoutEndOutsideOfOnDraw) {
+    ScreenRig rig;
+    auto& form = rig.ShowForm();
+    auto& hole = rig.Add("hole", {0, 0, 50, 50}, &form);
+    rig.Compose();
+    hole.Draw(host::FilledEllipse{{0, 0, 10, 10}, kGreen});
+    for (int i = 0; i < 2000; ++i) hole.Draw(host::FilledRectangle{{20, 20, 10, 10}, kBlue});
+    rig.Compose();
+    EXPECT_EQ(kGreen, rig.Pixel(5, 5));
+    EXPECT_EQ(kBlue, rig.Pixel(25, 25));
+    hole.Draw(host::FilledRectangle{{30, 30, 10, 10}, kRed});
+    rig.Compose();
+    EXPECT_EQ(kGreen, rig.Pixel(5, 5));
+    EXPECT_EQ(kRed, rig.Pixel(35, 35));
+}
+
+TEST(DrawList, StandsForManyOperationsByTheirPainting) {
+    ScreenRig rig;
+    host::DrawList list({10, 10});
+    for (int i = 0; i < 5; ++i) list.Add(host::FilledEllipse{{0, 0, 10, 10}, kGreen});
+    EXPECT_EQ(5U, list.Length());
+    std::shared_ptr<host::Surface> painted = rig.backend_->GetPainter().CreateSurface({10, 10}, 1);
+    list.Paint(*painted);
+    list.ReplaceBy(painted);
+    EXPECT_EQ(1U, list.Length());
+    const auto again = rig.backend_->GetPainter().CreateSurface({10, 10}, 1);
+    list.Paint(*again);
+    for (int x = 0; x < 10; ++x) EXPECT_EQ(painted->PixelAt(x, 0), again->PixelAt(x, 0)) << x;
 }
 
 TEST(Composition, GoesOnWhenAChildDestroysItsParentWhileItIsDrawn) {

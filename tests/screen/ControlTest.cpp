@@ -19,8 +19,8 @@
 #include "Tizen/Ui/IActionEventListener.h"
 #include "Tizen/Ui/IKeyEventListener.h"
 #include "Tizen/Ui/KeyCode.h"
-#include "runtime/screen/Contrast.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/Contrast.h"
 #include "support/TestPhone.h"
 
 using namespace Tizen::Ui;
@@ -126,10 +126,9 @@ TEST(Forms, ComeGoAndGetTheBackKeyAsTheFrameSays) {
               std::exchange(calls, {}));
     pFrame->Destroy();
     EXPECT_EQ((Log{"terminating first", "destroyed first"}), calls);
-    EXPECT_EQ(
-        (Log{"added first", "current first", "added second", "current second", "removed second", "current first",
-             "removed first"}),
-        rig.Trace("form"));
+    EXPECT_EQ((Log{"added first", "current first", "added second", "current second", "removed second", "current first",
+                   "removed first"}),
+              rig.Trace("form"));
 }
 
 TEST(Forms, LeaveTheirFrameWhenTheyAreDeletedDirectly) {

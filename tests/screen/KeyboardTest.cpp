@@ -4,8 +4,8 @@
 
 #include <tuple>
 
-#include "runtime/screen/ButtonNode.h"
-#include "runtime/screen/SwitchNode.h"
+#include "runtime/screen/controls/ButtonNode.h"
+#include "runtime/screen/controls/SwitchNode.h"
 #include "screen/ScreenRig.h"
 
 using Log = std::vector<std::string>;

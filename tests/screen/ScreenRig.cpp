@@ -3,16 +3,10 @@
 #include <cmath>
 #include <stdexcept>
 
-using host::DrawOperation;
-
 void RecordingNode::OnDraw() {
     ++draws_;
     if (color_.alpha == 0) return;
-    DrawOperation operation;
-    operation.kind = DrawOperation::Kind::kFillRectangle;
-    operation.rect = {0, 0, node_.Size().width, node_.Size().height};
-    operation.color = color_;
-    node_.Draw(operation);
+    node_.Draw(host::FilledRectangle{{0, 0, node_.Size().width, node_.Size().height}, color_});
 }
 
 void RecordingNode::OnFinger(const host::FingerEvent& event) {

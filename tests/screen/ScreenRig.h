@@ -4,15 +4,16 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "backend/headless/HeadlessBackend.h"
 #include "runtime/loop/EventLoop.h"
 #include "runtime/package/Package.h"
-#include "runtime/screen/BoxNode.h"
 #include "runtime/screen/Node.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/BoxNode.h"
 #include "runtime/trace/Trace.h"
 #include "support/TemporaryFolder.h"
 
@@ -122,7 +123,12 @@ private:
 
 template <typename NodeType>
 NodeType& ScreenRig::Add(const std::string& name, const host::PixelRect& bounds, host::Node* parent) {
-    auto node = std::make_unique<NodeType>(screen_);
+    std::unique_ptr<NodeType> node;
+    if constexpr (std::is_constructible_v<NodeType, host::NodeHost&>) {
+        node = std::make_unique<NodeType>(screen_);
+    } else {
+        node = std::make_unique<NodeType>(screen_, loop_);
+    }
     NodeType& added = *node;
     added.SetName(name);
     added.SetBounds(bounds);

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "runtime/screen/ButtonNode.h"
+#include "runtime/screen/controls/ButtonNode.h"
 #include "screen/ScreenRig.h"
 
 using host::TouchPhase;

@@ -9,18 +9,15 @@
 namespace Tizen {
 namespace Graphics {
 
-using host::DrawOperation;
-using Kind = host::DrawOperation::Kind;
-
 namespace {
 
-DrawOperation Operation(Kind kind, const Rectangle& rect, const Color& color) {
-    DrawOperation operation;
-    operation.kind = kind;
-    operation.rect = {static_cast<double>(rect.x), static_cast<double>(rect.y), static_cast<double>(rect.width),
-                      static_cast<double>(rect.height)};
-    operation.color = Tizen::Ui::ToHost(color);
-    return operation;
+host::RectF ToHost(const Rectangle& rect) {
+    return {static_cast<double>(rect.x), static_cast<double>(rect.y), static_cast<double>(rect.width),
+            static_cast<double>(rect.height)};
+}
+
+host::SizeF ToHost(const Dimension& size) {
+    return {static_cast<double>(size.width), static_cast<double>(size.height)};
 }
 
 bool IsNegative(const Dimension& size) {
@@ -50,69 +47,33 @@ result Canvas::SetLineWidth(int width) {
     return E_SUCCESS;
 }
 
-result Canvas::Clear() {
-    return Draw(DrawOperation());
-}
-
 result Canvas::FillRectangle(const Color& color, const Rectangle& rect) {
-    return Draw(Operation(Kind::kFillRectangle, rect, color));
+    return Draw(rect, host::FilledRectangle{ToHost(rect), Tizen::Ui::ToHost(color)});
 }
 
 result Canvas::FillEllipse(const Color& color, const Rectangle& rect) {
-    return Draw(Operation(Kind::kFillEllipse, rect, color));
+    return Draw(rect, host::FilledEllipse{ToHost(rect), Tizen::Ui::ToHost(color)});
 }
 
 result Canvas::FillRoundRectangle(const Color& color, const Rectangle& rect, const Dimension& arcDimension) {
     if (IsNegative(arcDimension)) return E_INVALID_ARG;
-    DrawOperation operation = Operation(Kind::kFillRoundRectangle, rect, color);
-    operation.arcWidth = arcDimension.width;
-    operation.arcHeight = arcDimension.height;
-    return Draw(std::move(operation));
-}
-
-result Canvas::DrawRectangle(const Rectangle& rect) {
-    DrawOperation operation = Operation(Kind::kStrokeRectangle, rect, foregroundColor_);
-    operation.lineWidth = lineWidth_;
-    return Draw(std::move(operation));
-}
-
-result Canvas::DrawEllipse(const Rectangle& rect) {
-    DrawOperation operation = Operation(Kind::kStrokeEllipse, rect, foregroundColor_);
-    operation.lineWidth = lineWidth_;
-    return Draw(std::move(operation));
+    return Draw(rect, host::FilledRoundRectangle{ToHost(rect), ToHost(arcDimension), Tizen::Ui::ToHost(color)});
 }
 
 result Canvas::DrawRoundRectangle(const Rectangle& rect, const Dimension& arcDimension) {
     if (IsNegative(arcDimension)) return E_INVALID_ARG;
-    DrawOperation operation = Operation(Kind::kStrokeRoundRectangle, rect, foregroundColor_);
-    operation.arcWidth = arcDimension.width;
-    operation.arcHeight = arcDimension.height;
-    operation.lineWidth = lineWidth_;
-    return Draw(std::move(operation));
-}
-
-result Canvas::DrawLine(const Point& from, const Point& to) {
-    DrawOperation operation =
-        Operation(Kind::kLine, Rectangle(from.x, from.y, to.x - from.x, to.y - from.y), foregroundColor_);
-    operation.lineWidth = lineWidth_;
-    // A line's rectangle runs from its start to its end, so its sides may be negative.
-    return DrawAnyway(std::move(operation));
+    return Draw(rect, host::StrokedRoundRectangle{ToHost(rect), ToHost(arcDimension), static_cast<double>(lineWidth_),
+                                                  Tizen::Ui::ToHost(foregroundColor_)});
 }
 
 result Canvas::DrawBitmap(const Rectangle& rect, const Bitmap& bitmap) {
     if (!bitmap.GetPicture()) return E_INVALID_ARG;
-    DrawOperation operation = Operation(Kind::kPicture, rect, Color());
-    operation.picture = bitmap.GetPicture();
-    return Draw(std::move(operation));
+    return Draw(rect, host::DrawnPicture{ToHost(rect), bitmap.GetPicture()});
 }
 
-result Canvas::Draw(host::DrawOperation operation) {
-    const bool isEmpty = operation.rect.width <= 0 || operation.rect.height <= 0;
-    if (isEmpty && operation.kind != Kind::kClear) return E_INVALID_ARG;
-    return DrawAnyway(std::move(operation));
-}
-
-result Canvas::DrawAnyway(host::DrawOperation operation) {
+template <typename Operation>
+result Canvas::Draw(const Rectangle& rect, Operation operation) {
+    if (rect.width <= 0 || rect.height <= 0) return E_INVALID_ARG;
     const auto pNode = pNode_.lock();
     if (!pNode) return E_INVALID_STATE;
     pNode->Draw(std::move(operation));

@@ -5,12 +5,10 @@
 #include "Tizen/Base/Types.h"
 #include "Tizen/Graphics/Color.h"
 #include "Tizen/Graphics/Dimension.h"
-#include "Tizen/Graphics/Point.h"
 #include "Tizen/Graphics/Rectangle.h"
 
 namespace host {
 class Node;
-struct DrawOperation;
 }  // namespace host
 
 namespace Tizen {
@@ -39,16 +37,11 @@ public:
     /// Pixels, from 1 up; 1 until it is set. E_INVALID_ARG for less. Half of an outline lies outside of its rectangle.
     result SetLineWidth(int width);
 
-    /// Makes the whole control transparent.
-    result Clear();
     result FillRectangle(const Color& color, const Rectangle& rect);
     result FillEllipse(const Color& color, const Rectangle& rect);
     /// `arcDimension` is the width and height of the whole ellipse of which each corner is a quarter.
     result FillRoundRectangle(const Color& color, const Rectangle& rect, const Dimension& arcDimension);
-    result DrawRectangle(const Rectangle& rect);
-    result DrawEllipse(const Rectangle& rect);
     result DrawRoundRectangle(const Rectangle& rect, const Dimension& arcDimension);
-    result DrawLine(const Point& from, const Point& to);
     /// Scaled into `rect`.
     result DrawBitmap(const Rectangle& rect, const Bitmap& bitmap);
 
@@ -58,8 +51,8 @@ private:
     explicit Canvas(std::weak_ptr<host::Node> pNode);
 
     /// E_INVALID_ARG for an empty rectangle.
-    result Draw(host::DrawOperation operation);
-    result DrawAnyway(host::DrawOperation operation);
+    template <typename Operation>
+    result Draw(const Rectangle& rect, Operation operation);
 
     std::weak_ptr<host::Node> pNode_;
     Color foregroundColor_;

@@ -6,7 +6,8 @@
 
 #include "Tizen/Ui/LayoutControls.h"
 #include "runtime/package/Layout.h"
-#include "runtime/screen/BoxNode.h"
+#include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/BoxNode.h"
 
 namespace Tizen {
 namespace Ui {

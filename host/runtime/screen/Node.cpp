@@ -3,16 +3,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "runtime/screen/Screen.h"
-
 namespace host {
 
-Node::Node(Screen& screen) : screen_(screen), token_(this, [](Node*) {}) {}
+Node::Node(NodeHost& host) : host_(host), token_(this, [](Node*) {}) {}
 
 Node::~Node() {
     // Whatever still points here must find nothing.
     token_.reset();
-    screen_.OnNodeGone(*this);
+    host_.OnNodeGone(*this);
     RemoveFromParent();
     for (Node* child : children_) child->parent_ = nullptr;
 }
@@ -22,12 +20,12 @@ void Node::AddChild(Node& child) {
     child.parent_ = this;
     children_.push_back(&child);
     child.RequestRedraw(Extent::kTree);
-    screen_.OnNodeDamaged(child);
+    host_.OnNodeDamaged(child);
 }
 
 void Node::RemoveFromParent() {
     if (parent_ == nullptr) return;
-    screen_.OnNodeDamaged(*this);
+    host_.OnNodeDamaged(*this);
     auto& siblings = parent_->children_;
     siblings.erase(std::remove(siblings.begin(), siblings.end(), this), siblings.end());
     parent_ = nullptr;
@@ -57,9 +55,9 @@ Node* Node::FindVisible(std::string_view name) {
 
 void Node::SetBounds(const PixelRect& bounds) {
     if (bounds == bounds_) return;
-    screen_.OnNodeDamaged(*this);
+    host_.OnNodeDamaged(*this);
     bounds_ = bounds;
-    screen_.OnNodeDamaged(*this);
+    host_.OnNodeDamaged(*this);
     RequestRedraw(Extent::kTree);
 }
 
@@ -79,8 +77,8 @@ SizeF Node::Size() const {
 void Node::SetVisible(bool isVisible) {
     if (isVisible == isVisible_) return;
     isVisible_ = isVisible;
-    screen_.OnNodeDamaged(*this);
-    screen_.OnNodeVisibility(*this);
+    host_.OnNodeDamaged(*this);
+    host_.OnNodeShownOrHidden(*this);
 }
 
 bool Node::IsVisibleInTree() const {
@@ -91,29 +89,17 @@ bool Node::IsVisibleInTree() const {
 }
 
 void Node::RequestRedraw(Extent extent) {
-    isMarked_ = true;
-    screen_.OnNodeMarked();
+    host_.OnNodeMarked(*this);
     if (extent == Extent::kNode) return;
     for (Node* child : children_) child->RequestRedraw(extent);
 }
 
 void Node::Draw(DrawOperation operation) {
-    if (recording_ != nullptr) {
-        recording_->Add(std::move(operation));
-        return;
-    }
-    const SizeF size = Size();
-    if (shown_.Size().width != size.width || shown_.Size().height != size.height) shown_ = DrawList(size);
-    shown_.Add(std::move(operation));
-    isChanged_ = true;
-    screen_.OnNodeMarked();
+    host_.OnNodeDrawn(*this, std::move(operation));
 }
 
 void Node::OnFinger(const FingerEvent& event) {
-    if (delegate_ == nullptr) return;
-    FingerEvent told = event;
-    if (told.phase == FingerEvent::Phase::kCancel) told.phase = FingerEvent::Phase::kRelease;
-    delegate_->OnFinger(told);
+    if (delegate_ != nullptr) delegate_->OnFinger(event);
 }
 
 void Node::OnBackKey(BackKeyPhase phase) {

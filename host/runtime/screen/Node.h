@@ -3,14 +3,14 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "backend/Painter.h"
-#include "runtime/screen/DrawList.h"
+#include "backend/Window.h"
+#include "runtime/screen/composing/DrawList.h"
 
 namespace host {
-
-class Screen;
 
 /// A finger's news for the node that captured it.
 struct FingerEvent {
@@ -25,19 +25,21 @@ enum class BackKeyPhase { kPress, kRelease };
 
 /// What the keyboard tells the node that has the focus ring.
 enum class FocusKey { kActivate, kLeft, kRight, kUp, kDown, kErase, kDigit };
+enum class KeyStroke { kFirst, kRepeated };
 struct FocusKeyEvent {
     FocusKey key = FocusKey::kActivate;
     int digit = 0;  ///< 0..15 for kDigit
-    bool isRepeat = false;
-    bool isShifted = false;
+    KeyStroke stroke = KeyStroke::kFirst;
+    ShiftKey shift = ShiftKey::kReleased;
 };
+enum class KeyEnd { kLifted, kCancelled };
+enum class FocusState { kLost, kGained };
 
 /// What a node tells the framework's control that it stands for. The control may be gone when a call returns.
 class NodeDelegate {
 public:
     /// To draw what the node's look does not show, by Node::Draw.
     virtual void OnDraw() = 0;
-    /// A cancelled finger is reported as released.
     virtual void OnFinger(const FingerEvent& event) = 0;
     virtual void OnBackKey(BackKeyPhase phase) = 0;
     /// A button was pressed, a switch turned by the user.
@@ -49,12 +51,39 @@ protected:
     ~NodeDelegate() = default;
 };
 
-/// A place on the screen: what every control, form and popup is behind the framework. It has a tree, integer bounds in
-/// the phone's pixels, a look, and its own retained surface at the window's true scale. The surface is made when it is
-/// first of use: not for a plain colour, and not before the same content is composed a second time. UI thread only.
+class Node;
+
+/// What a node tells whoever shows it. UI thread.
+class NodeHost {
+public:
+    /// The node is to be asked for its look and OnDraw at the next frame.
+    virtual void OnNodeMarked(const Node& node) = 0;
+    /// Drawn over what the node shows. Within NodeDelegate::OnDraw the operations make up the node's new content; at
+    /// other times they add to the present one.
+    virtual void OnNodeDrawn(const Node& node, DrawOperation operation) = 0;
+    /// What the node covers, or covered, must be painted again.
+    virtual void OnNodeDamaged(const Node& node) = 0;
+    virtual void OnNodeShownOrHidden(const Node& node) = 0;
+    virtual void OnNodeGone(const Node& node) = 0;
+    /// The node wants its FlushReports called before the next frame, or before the next thing that the user does.
+    virtual void OnReportWanted(const Node& node) = 0;
+
+protected:
+    ~NodeHost() = default;
+};
+
+/// What a node needs to describe its look for the present display.
+struct LookContext {
+    Painter& painter;
+    double scale;  ///< device pixels per pixel of the phone
+};
+
+/// What every control, form and popup is behind the framework: a tree, integer bounds in the phone's pixels and a look.
+/// A new control overrides DescribeLook and, where it reacts, OnFinger and OnFocusKey. UI thread only.
 class Node {
 public:
-    explicit Node(Screen& screen);
+    /// `host` outlives the node.
+    explicit Node(NodeHost& host);
     virtual ~Node();
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
@@ -63,7 +92,6 @@ public:
     void SetDelegate(NodeDelegate* delegate) { delegate_ = delegate; }
     /// Expires with the node.
     [[nodiscard]] std::weak_ptr<Node> Token() const { return token_; }
-    [[nodiscard]] Screen& GetScreen() const { return screen_; }
 
     /// On top of the children that are there. A child is not owned; it leaves by itself when it is destroyed.
     void AddChild(Node& child);
@@ -100,8 +128,6 @@ public:
     enum class Extent { kNode, kTree };
     /// Asks for the look and OnDraw at the next frame.
     void RequestRedraw(Extent extent);
-    /// Draws over what the node shows. Within OnDraw the operations make up the node's new content; at other times they
-    /// add to the present one.
     void Draw(DrawOperation operation);
 
     /// Called by whoever captured the finger for this node. May destroy the node.
@@ -110,27 +136,27 @@ public:
     /// A key for the focused node. False when it means nothing to it. May destroy the node.
     virtual bool OnFocusKey(const FocusKeyEvent&) { return false; }
     /// The activating key was lifted, or taken away. May destroy the node.
-    virtual void OnActivateKeyLifted(bool isCancelled) { static_cast<void>(isCancelled); }
+    virtual void OnActivateKeyEnded(KeyEnd) {}
     /// The focus ring has come or gone.
-    virtual void OnFocusChanged(bool hasFocus) { static_cast<void>(hasFocus); }
+    virtual void OnFocusChanged(FocusState) {}
     /// May destroy the node.
     void OnBackKey(BackKeyPhase phase);
-    /// Tells listeners what they have not been told yet of a change that the user goes on making.
+    /// Reports a change still in progress (a drag) that has not been reported yet.
     virtual void FlushReports() {}
     /// Corner radius of the outline, for the focus ring.
     [[nodiscard]] virtual double Corner() const { return 0; }
 
-protected:
     /// Adds the standard look to an empty list.
-    virtual void DescribeLook(DrawList&) {}
+    virtual void DescribeLook(DrawList&, const LookContext&) {}
     [[nodiscard]] NodeDelegate* Delegate() const { return delegate_; }
+
+protected:
     /// A mark for a change of the look.
     void LookChanged() { RequestRedraw(Extent::kNode); }
+    void WantReport() { host_.OnReportWanted(*this); }
 
 private:
-    friend class Compositor;
-
-    Screen& screen_;
+    NodeHost& host_;
     NodeDelegate* delegate_ = nullptr;
     std::shared_ptr<Node> token_;
     Node* parent_ = nullptr;
@@ -140,16 +166,6 @@ private:
     bool isVisible_ = true;
     bool takesTouches_ = true;
     bool isMultipoint_ = false;
-
-    // The compositor's part.
-    bool isMarked_ = true;   ///< to be asked for its drawing
-    bool isChanged_ = true;  ///< shows something else than was last composed
-    bool isNew_ = false;     ///< in the frame that is being composed, for the first time
-    bool isSurfaceFresh_ = false;
-    double shownScale_ = 0;
-    DrawList* recording_ = nullptr;
-    DrawList shown_;
-    std::unique_ptr<Surface> surface_;
 };
 
 }  // namespace host

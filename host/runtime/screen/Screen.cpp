@@ -3,11 +3,11 @@
 #include <utility>
 
 #include "backend/LoopDriver.h"
-#include "runtime/screen/ColorPickerNode.h"
-#include "runtime/screen/Compositor.h"
-#include "runtime/screen/Fingers.h"
-#include "runtime/screen/Keyboard.h"
 #include "runtime/screen/ScreenStack.h"
+#include "runtime/screen/composing/Compositor.h"
+#include "runtime/screen/controls/ColorPickerNode.h"
+#include "runtime/screen/input/Fingers.h"
+#include "runtime/screen/input/Keyboard.h"
 
 namespace host {
 
@@ -184,19 +184,19 @@ void Screen::OnTopmostChanged() {
     fingers_->CancelOutside(stack_->Topmost());
 }
 
-double Screen::GetScale() const {
-    return compositor_->Scale();
+void Screen::OnNodeMarked(const Node& node) {
+    compositor_->Mark(node);
 }
 
-void Screen::OnNodeMarked() {
-    compositor_->Mark();
+void Screen::OnNodeDrawn(const Node& node, DrawOperation operation) {
+    compositor_->Record(node, std::move(operation));
 }
 
 void Screen::OnNodeDamaged(const Node& node) {
     compositor_->AddDamage(node);
 }
 
-void Screen::OnNodeVisibility(const Node& node) {
+void Screen::OnNodeShownOrHidden(const Node& node) {
     const bool isScreen = stack_->ScreenOf(node) == &node;
     if (!node.IsVisible()) {
         fingers_->CancelWithin(node);
@@ -208,15 +208,16 @@ void Screen::OnNodeVisibility(const Node& node) {
 void Screen::OnNodeGone(const Node& node) {
     fingers_->Forget(node);
     keyboard_->OnNodeGone(node);
+    compositor_->Forget(node);
     if (stack_->Forget(node)) OnTopmostChanged();
 }
 
-void Screen::RequestReport(const Node& node) {
+void Screen::OnReportWanted(const Node& node) {
     // One node at a time is changed by the user; a second one only waits until the first has told.
     const auto before = reporting_.lock();
     if (before && before.get() != &node) FlushReports();
     reporting_ = node.Token();
-    compositor_->Mark();
+    compositor_->WantFrame();
 }
 
 void Screen::FlushReportsBefore(const FingerId& finger) {

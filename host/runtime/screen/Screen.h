@@ -10,7 +10,8 @@
 #include "backend/Window.h"
 #include "runtime/loop/EventLoop.h"
 #include "runtime/package/Package.h"
-#include "runtime/screen/PhoneKeyListener.h"
+#include "runtime/screen/Node.h"
+#include "runtime/screen/input/PhoneKeyListener.h"
 #include "runtime/trace/Trace.h"
 
 namespace host {
@@ -19,12 +20,11 @@ class Compositor;
 class Fingers;
 struct FingerId;
 class Keyboard;
-class Node;
 class ScreenStack;
 
 /// The phone's screen in the window: who is touched, which keys go where, what is painted. The phone's pixels are
 /// scaled uniformly and centred in the window; what is left over is black. UI thread only.
-class Screen final {
+class Screen final : public NodeHost {
 public:
     /// The window is open. Everything must outlive the screen.
     Screen(EventLoop& loop, const Clock& clock, Painter& painter, Window& window, Trace& trace, const Package& package,
@@ -73,17 +73,13 @@ public:
     [[nodiscard]] const Package& GetPackage() const { return package_; }
     [[nodiscard]] PixelSize GetPhoneScreen() const { return phoneScreen_; }
 
-    // For nodes.
-    /// Device pixels per pixel of the phone.
-    [[nodiscard]] double GetScale() const;
-    void OnNodeMarked();
-    /// What the node covers, or covered, must be painted again.
-    void OnNodeDamaged(const Node& node);
-    /// It was shown or hidden. Fingers on a hidden node are taken as lifted.
-    void OnNodeVisibility(const Node& node);
-    void OnNodeGone(const Node& node);
-    /// Has the node's FlushReports called before the next frame, or before the next thing that the user does.
-    void RequestReport(const Node& node);
+    // NodeHost
+    void OnNodeMarked(const Node& node) override;
+    void OnNodeDrawn(const Node& node, DrawOperation operation) override;
+    void OnNodeDamaged(const Node& node) override;
+    void OnNodeShownOrHidden(const Node& node) override;
+    void OnNodeGone(const Node& node) override;
+    void OnReportWanted(const Node& node) override;
 
 private:
     void PressFinger(const FingerId& finger, PointF place);

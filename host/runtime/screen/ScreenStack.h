@@ -14,6 +14,9 @@ namespace host {
 /// Which screens lie over one another: the current form, and the popups over it. UI thread only.
 class ScreenStack {
 public:
+    /// Lies over everything that is under a popup.
+    static constexpr Rgba kDimming{0, 0, 0, 128};
+
     void SetForm(Node* form) { form_ = form; }
     [[nodiscard]] Node* Form() const { return form_; }
 

@@ -2,8 +2,8 @@
 
 #include "Tizen/Ui/HostColor.h"
 #include "Tizen/Ui/IActionEventListener.h"
-#include "runtime/screen/ButtonNode.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/ButtonNode.h"
 
 namespace Tizen {
 namespace Ui {

@@ -2,7 +2,7 @@
 
 #include "Tizen/Ui/IActionEventListener.h"
 #include "runtime/screen/Screen.h"
-#include "runtime/screen/SwitchNode.h"
+#include "runtime/screen/controls/SwitchNode.h"
 
 namespace Tizen {
 namespace Ui {

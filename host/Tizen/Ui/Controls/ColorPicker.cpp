@@ -2,8 +2,8 @@
 
 #include "Tizen/Ui/HostColor.h"
 #include "Tizen/Ui/IColorChangeEventListener.h"
-#include "runtime/screen/ColorPickerNode.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/ColorPickerNode.h"
 
 namespace Tizen {
 namespace Ui {
@@ -12,7 +12,7 @@ namespace Controls {
 using host::ColorPickerNode;
 using Tizen::Graphics::Color;
 
-ColorPicker::ColorPicker() : Control(std::make_unique<ColorPickerNode>(GetScreen())) {}
+ColorPicker::ColorPicker() : Control(std::make_unique<ColorPickerNode>(GetScreen(), GetScreen().GetLoop())) {}
 
 ColorPicker::~ColorPicker() = default;
 

@@ -2,8 +2,8 @@
 
 #include "Tizen/Ui/Controls/IFormBackEventListener.h"
 #include "Tizen/Ui/HostColor.h"
-#include "runtime/screen/BoxNode.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/BoxNode.h"
 
 namespace Tizen {
 namespace Ui {
@@ -34,7 +34,8 @@ Rectangle Form::GetClientAreaBounds() const {
 
 result Form::SetBackgroundColor(const Color& color) {
     // A form has nothing under it to blend with. What is drawn on it in its own colour then looks like it.
-    static_cast<host::BoxNode&>(GetNode()).SetBackground(ToHost(Color(color.GetRed(), color.GetGreen(), color.GetBlue())));
+    static_cast<host::BoxNode&>(GetNode()).SetBackground(
+        ToHost(Color(color.GetRed(), color.GetGreen(), color.GetBlue())));
     return E_SUCCESS;
 }
 

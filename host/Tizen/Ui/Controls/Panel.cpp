@@ -1,7 +1,7 @@
 #include "Tizen/Ui/Controls/Panel.h"
 
-#include "runtime/screen/BoxNode.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/BoxNode.h"
 
 namespace Tizen {
 namespace Ui {

@@ -1,8 +1,8 @@
 #include "Tizen/Ui/Controls/Popup.h"
 
 #include "runtime/Runtime.h"
-#include "runtime/screen/BoxNode.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/BoxNode.h"
 
 namespace Tizen {
 namespace Ui {

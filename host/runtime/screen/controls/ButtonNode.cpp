@@ -1,12 +1,11 @@
-#include "runtime/screen/ButtonNode.h"
+#include "runtime/screen/controls/ButtonNode.h"
 
 #include <algorithm>
 #include <optional>
 #include <utility>
 
-#include "runtime/screen/BoxDrawing.h"
-#include "runtime/screen/Contrast.h"
-#include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/BoxDrawing.h"
+#include "runtime/screen/controls/Contrast.h"
 
 namespace host {
 
@@ -55,15 +54,14 @@ void ButtonNode::SetPicture(State state, std::shared_ptr<const Picture> picture)
     LookChanged();
 }
 
-void ButtonNode::DescribeLook(DrawList& list) {
-    const RectF whole{0, 0, list.Size().width, list.Size().height};
+void ButtonNode::DescribeLook(DrawList& list, const LookContext& context) {
     BoxLook look = look_;
     if (IsPressed()) {
         look.background = pressedColor_;
         look.gradientBottom.reset();
     }
     AddBox(list, look);
-    AddPicture(list, whole, IsPressed() && pressedPicture_ ? pressedPicture_ : picture_);
+    AddPicture(list, WholeOf(list), IsPressed() && pressedPicture_ ? pressedPicture_ : picture_);
 
     const Rgba textColor = IsPressed() ? pressedTextColor_ : textColor_;
     std::optional<Rgba> edge;
@@ -72,9 +70,7 @@ void ButtonNode::DescribeLook(DrawList& list) {
         if (look.gradientBottom) contrast = std::min(contrast, ContrastRatio(textColor, *look.gradientBottom));
         if (contrast < kReadableContrast) edge = BlackOrWhiteAgainst(look.background);
     }
-    const double inset = look.borderWidth + look.corner / 2;
-    const RectF inside{inset, look.borderWidth, whole.width - 2 * inset, whole.height - 2 * look.borderWidth};
-    text_.Describe(GetScreen().GetPainter(), GetScreen().GetScale(), inside, textColor, edge, list);
+    text_.Describe(context, TextAreaOf(list, look), textColor, edge, list);
 }
 
 }  // namespace host

@@ -10,11 +10,11 @@
 
 #include "backend/Window.h"
 #include "runtime/package/KeyBinding.h"
-#include "runtime/screen/Compositor.h"
-#include "runtime/screen/Fingers.h"
 #include "runtime/screen/Node.h"
-#include "runtime/screen/PhoneKeyListener.h"
 #include "runtime/screen/ScreenStack.h"
+#include "runtime/screen/composing/Compositor.h"
+#include "runtime/screen/input/Fingers.h"
+#include "runtime/screen/input/PhoneKeyListener.h"
 
 namespace host {
 
@@ -59,12 +59,11 @@ private:
     [[nodiscard]] Held Begin(const TouchBinding& binding);
     [[nodiscard]] Held Begin(const BreathBinding& binding);
     [[nodiscard]] Held Begin(PhoneKey key);
-    enum class HowEnded { kLifted, kCancelled };
-    void End(const Held& held, HowEnded how);
+    void End(const Held& held, KeyEnd how);
     template <typename Predicate>
     void CancelForFocus(Predicate predicate);
     /// False when the focused node has no use for the key.
-    bool TellFocused(std::string_view code, ShiftKey shift, bool isRepeat);
+    bool TellFocused(std::string_view code, ShiftKey shift, KeyStroke stroke);
     /// Whether the topmost screen shows a control that keys hold fingers on.
     [[nodiscard]] bool IsTopmostPlayedOn() const;
     void TellBreath();

@@ -1,4 +1,4 @@
-#include "runtime/screen/Compositor.h"
+#include "runtime/screen/composing/Compositor.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,29 +6,21 @@
 #include <utility>
 
 #include "backend/LoopDriver.h"
+#include "runtime/screen/composing/FocusRing.h"
+#include "runtime/screen/composing/Region.h"
 
 namespace host {
 
 namespace {
 
 constexpr Rgba kBlack{0, 0, 0, 255};
-constexpr Rgba kDimming{0, 0, 0, 128};
 constexpr std::uint8_t kOpaque = 255;
 
 // Leaving out what lies under a smaller opaque part costs more cuts than it saves pixels.
 constexpr std::int64_t kSmallestHidingPixels = std::int64_t{64} * 64;
 
-// The focus ring, in the phone's pixels: a light line within a dark one, so that it stands out from every colour.
-constexpr double kRingDistance = 3;
-constexpr double kRingDarkWidth = 7;
-constexpr double kRingLightWidth = 3;
-constexpr int kRingReach = 8;  ///< how far it extends beyond the node, with its antialiased edge
-constexpr Rgba kRingDark{24, 24, 24, 255};
-constexpr Rgba kRingLight{255, 255, 255, 255};
-
-std::int64_t Area(const PixelRect& rect) {
-    return rect.IsEmpty() ? 0 : std::int64_t{rect.width} * rect.height;
-}
+// A control that is drawn on without end keeps so many operations; then it is painted, and the painting kept instead.
+constexpr std::size_t kMostOperations = 256;
 
 }  // namespace
 
@@ -74,21 +66,35 @@ void Compositor::DamageAll() {
     isDirty_ = true;
 }
 
-template <typename Visit>
-void Compositor::VisitShown(Visit visit) const {
-    if (Node* form = stack_.Form()) visit(*form);
-    for (std::size_t i = 0; i < stack_.Popups().size(); ++i) {
-        if (stack_.Popups()[i]->isVisible_) visit(*stack_.Popups()[i]);
+void Compositor::Mark(const Node& node) {
+    records_[&node].isMarked = true;
+    isDirty_ = true;
+}
+
+void Compositor::Record(const Node& node, DrawOperation operation) {
+    NodeRecord& record = records_[&node];
+    if (record.recording != nullptr) {
+        record.recording->Add(std::move(operation));
+        return;
     }
+    if (record.shown.Size() != node.Size()) record.shown = DrawList(node.Size());
+    if (record.shown.Length() >= kMostOperations && scale_ > 0) {
+        const auto painted = std::shared_ptr<Surface>(painter_.CreateSurface(DeviceSize(node), scale_));
+        record.shown.Paint(*painted);
+        record.shown.ReplaceBy(painted);
+    }
+    record.shown.Add(std::move(operation));
+    record.isChanged = true;
+    isDirty_ = true;
+}
+
+PixelSize Compositor::DeviceSize(const Node& node) const {
+    const PixelRect place = ToDevice(node.ScreenBounds());
+    return {place.width, place.height};
 }
 
 void Compositor::RepaintAll() {
-    const auto spoil = [](auto& self, Node& node) -> void {
-        node.isMarked_ = true;
-        node.isChanged_ = true;
-        for (Node* child : node.children_) self(self, *child);
-    };
-    VisitShown([&spoil](Node& node) { spoil(spoil, node); });
+    for (auto& [node, record] : records_) record.isMarked = record.isChanged = true;
     DamageAll();
 }
 
@@ -118,7 +124,9 @@ void Compositor::Compose(Microseconds now) {
     isDirty_ = false;
     nextFrame_ = now + window_.FrameInterval();
     if (scale_ <= 0) return;
-    VisitShown([this](Node& node) { Draw(node, phoneArea_); });
+    if (Node* form = stack_.Form()) Draw(*form, phoneArea_);
+    // By number, for what is drawn may take popups away.
+    for (std::size_t i = 0; i < stack_.Popups().size(); ++i) Draw(*stack_.Popups()[i], phoneArea_);
     const PixelRect ring = RingPlace();
     if (ring != ringShown_) {
         damage_.Add(ringShown_);
@@ -132,8 +140,8 @@ void Compositor::Compose(Microseconds now) {
     AddColor({0, 0, size.width, size.height}, kBlack);
     if (Node* form = stack_.Form()) AddLayers(*form, phoneArea_);
     for (Node* popup : stack_.Popups()) {
-        if (!popup->isVisible_) continue;
-        AddColor(phoneArea_, kDimming);
+        if (!popup->IsVisible()) continue;
+        AddColor(phoneArea_, ScreenStack::kDimming);
         AddLayers(*popup, phoneArea_);
     }
     if (!ring.IsEmpty()) {
@@ -153,72 +161,70 @@ void Compositor::Compose(Microseconds now) {
 }
 
 void Compositor::Draw(Node& node, const PixelRect& clip) {
-    if (!node.isVisible_) return;
-    const PixelRect place = ToDevice(node.ScreenBounds());
-    const PixelRect visible = place.Intersection(clip);
+    if (!node.IsVisible()) return;
+    const PixelRect visible = ToDevice(node.ScreenBounds()).Intersection(clip);
     if (visible.IsEmpty()) return;
-    if (node.isMarked_ || node.shownScale_ != scale_) {
-        const std::weak_ptr<Node> token = node.Token();
-        AskForDrawing(node);
-        if (token.expired()) return;
-    }
-    node.isNew_ = std::exchange(node.isChanged_, false);
-    if (node.isNew_) {
-        node.isSurfaceFresh_ = false;
+    NodeRecord& record = records_[&node];
+    const bool isAsked = record.isMarked || record.shownScale != scale_;
+    if (isAsked && !AskForDrawing(node, record)) return;
+    record.isNew = std::exchange(record.isChanged, false);
+    if (record.isNew) {
+        record.isSurfaceFresh = false;
         damage_.Add(visible);
     }
     // OnDraw may change the tree; a child that is passed over by that is still marked for the next frame.
     const std::weak_ptr<Node> token = node.Token();
-    for (std::size_t i = 0; !token.expired() && i < node.children_.size(); ++i) Draw(*node.children_[i], visible);
+    for (std::size_t i = 0; !token.expired() && i < node.Children().size(); ++i) Draw(*node.Children()[i], visible);
 }
 
-void Compositor::AskForDrawing(Node& node) {
-    node.isMarked_ = false;
+bool Compositor::AskForDrawing(Node& node, NodeRecord& record) {
+    record.isMarked = false;
     DrawList list(node.Size());
-    node.DescribeLook(list);
-    if (node.delegate_ != nullptr) {
+    node.DescribeLook(list, {painter_, scale_});
+    if (NodeDelegate* delegate = node.Delegate()) {
         const std::weak_ptr<Node> token = node.Token();
-        node.recording_ = &list;
-        node.delegate_->OnDraw();
-        if (token.expired()) return;
-        node.recording_ = nullptr;
+        record.recording = &list;
+        delegate->OnDraw();
+        if (token.expired()) return false;
+        record.recording = nullptr;
     }
-    if (list == node.shown_ && node.shownScale_ == scale_) return;
-    node.shown_ = std::move(list);
-    node.shownScale_ = scale_;
-    node.isChanged_ = true;
+    if (list == record.shown && record.shownScale == scale_) return true;
+    record.shown = std::move(list);
+    record.shownScale = scale_;
+    record.isChanged = true;
+    return true;
 }
 
-const Surface& Compositor::SurfaceOf(Node& node, PixelSize size) {
-    const bool fits = node.surface_ && node.surface_->Size() == size && node.surface_->Scale() == scale_;
-    if (fits && node.isSurfaceFresh_) return *node.surface_;
-    if (!fits) node.surface_ = painter_.CreateSurface(size, scale_);
-    node.shown_.Paint(*node.surface_);
-    node.isSurfaceFresh_ = true;
-    return *node.surface_;
+const Surface& Compositor::SurfaceOf(NodeRecord& record, PixelSize size) {
+    const bool fits = record.surface && record.surface->Size() == size && record.surface->Scale() == scale_;
+    if (fits && record.isSurfaceFresh) return *record.surface;
+    if (!fits) record.surface = painter_.CreateSurface(size, scale_);
+    record.shown.Paint(*record.surface);
+    record.isSurfaceFresh = true;
+    return *record.surface;
 }
 
-void Compositor::AddLayers(Node& node, const PixelRect& clip) {
-    if (!node.isVisible_) return;
+void Compositor::AddLayers(const Node& node, const PixelRect& clip) {
+    if (!node.IsVisible()) return;
     Layer layer;
     layer.place = ToDevice(node.ScreenBounds());
     layer.visible = layer.place.Intersection(clip);
     if (layer.visible.IsEmpty()) return;
-    if (!node.shown_.IsEmpty()) {
-        const PixelSize size{layer.place.width, layer.place.height};
-        layer.node = &node;
-        const auto plain = node.shown_.PlainColor();
+    NodeRecord& record = records_[&node];
+    if (!record.shown.IsEmpty()) {
+        layer.record = &record;
+        const auto plain = record.shown.PlainColor();
         layer.isPlain = plain.has_value();
         layer.color = plain.value_or(Rgba{});
-        layer.opaque = node.shown_.OpaquePart(size, scale_);
+        layer.opaque = record.shown.OpaquePart({layer.place.width, layer.place.height}, scale_);
         layer.opaque.x += layer.place.x;
         layer.opaque.y += layer.place.y;
         layer.opaque = layer.opaque.Intersection(layer.visible);
         // What has just changed may change again at once, as a hole does: a surface would cost more than it saves.
-        layer.isPaintedOver = node.isNew_ && node.shown_.CanPaintOver(scale_);
+        layer.isPaintedOver = record.isNew && record.shown.CanPaintOver(scale_);
         layers_.push_back(layer);
     }
-    for (Node* child : node.children_) AddLayers(*child, layer.visible);
+    for (const Node* child : node.Children()) AddLayers(*child, layer.visible);
 }
 
 void Compositor::AddColor(const PixelRect& place, Rgba color) {
@@ -247,7 +253,7 @@ void Compositor::ComposeRect(const PixelRect& rect, Surface& pixels) {
             blended.Subtract(layer->opaque);
             for (const PixelRect& clip : blended.Rects()) steps_.push_back({&*layer, clip, Surface::Blend::kOver});
         }
-        if (Area(layer->opaque.Intersection(rect)) >= std::min(kSmallestHidingPixels, Area(rect))) {
+        if (layer->opaque.Intersection(rect).Area() >= std::min(kSmallestHidingPixels, rect.Area())) {
             rest.Subtract(layer->opaque);
         }
     }
@@ -259,7 +265,7 @@ void Compositor::Perform(const Step& step, Surface& pixels) {
     const PixelRect& clip = step.clip;
     pixels.SetClip(clip);
     if (layer.isRing) {
-        PaintRing(pixels);
+        PaintFocusRing(*focus_, ToDevice(focus_->ScreenBounds()), scale_, pixels);
     } else if (layer.isPlain && layer.color.alpha == kOpaque) {
         pixels.Clear(layer.color);
     } else if (layer.isPlain) {
@@ -267,30 +273,15 @@ void Compositor::Perform(const Step& step, Surface& pixels) {
                               static_cast<double>(clip.height)},
                              layer.color);
     } else if (layer.isPaintedOver) {
-        layer.node->shown_.PaintOver(pixels, layer.place, scale_);
+        layer.record->shown.PaintOver(pixels, layer.place, scale_);
     } else {
-        const Surface& surface = SurfaceOf(*layer.node, {layer.place.width, layer.place.height});
+        const Surface& surface = SurfaceOf(*layer.record, {layer.place.width, layer.place.height});
         pixels.Compose(surface, layer.place.x, layer.place.y, step.blend);
     }
 }
 
 PixelRect Compositor::RingPlace() const {
-    if (focus_ == nullptr || !focus_->IsVisibleInTree()) return {};
-    PixelRect place = focus_->ScreenBounds();
-    place.x -= kRingReach;
-    place.y -= kRingReach;
-    place.width += 2 * kRingReach;
-    place.height += 2 * kRingReach;
-    return ToDevice(place).Intersection(phoneArea_);
-}
-
-void Compositor::PaintRing(Surface& pixels) const {
-    const PixelRect place = ToDevice(focus_->ScreenBounds());
-    const double distance = kRingDistance * scale_;
-    const RectF ring{place.x - distance, place.y - distance, place.width + 2 * distance, place.height + 2 * distance};
-    const double arc = 2 * (focus_->Corner() * scale_ + distance);
-    pixels.StrokeRoundRectangle(ring, arc, arc, kRingDarkWidth * scale_, kRingDark);
-    pixels.StrokeRoundRectangle(ring, arc, arc, kRingLightWidth * scale_, kRingLight);
+    return focus_ == nullptr ? PixelRect{} : ToDevice(FocusRingPlace(*focus_)).Intersection(phoneArea_);
 }
 
 bool Compositor::SavePicture(const std::string& path) const {

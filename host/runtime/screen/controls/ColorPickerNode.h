@@ -4,10 +4,11 @@
 #include <memory>
 #include <string>
 
+#include "runtime/loop/EventLoop.h"
 #include "runtime/loop/TimerQueue.h"
 #include "runtime/screen/Node.h"
-#include "runtime/screen/PickedColor.h"
-#include "runtime/screen/TextBlock.h"
+#include "runtime/screen/controls/PickedColor.h"
+#include "runtime/screen/controls/TextBlock.h"
 
 namespace host {
 
@@ -33,7 +34,8 @@ struct ColorPickerParts {
 /// and hexadecimal digits type the value. UI thread only.
 class ColorPickerNode final : public Node {
 public:
-    explicit ColorPickerNode(Screen& screen);
+    /// `loop` outlives the node.
+    ColorPickerNode(NodeHost& host, EventLoop& loop);
     ~ColorPickerNode() override;
 
     /// Reports nothing. What a finger held of the former colour is let go.
@@ -45,19 +47,19 @@ public:
     void OnFinger(const FingerEvent& event) override;
     [[nodiscard]] bool IsFocusable() const override { return true; }
     bool OnFocusKey(const FocusKeyEvent& event) override;
-    void OnFocusChanged(bool hasFocus) override;
+    void OnFocusChanged(FocusState state) override;
     void FlushReports() override;
 
 private:
     enum class Part { kNone, kField, kSlider, kStepper };
 
-    void DescribeLook(DrawList& list) override;
-    void DescribeField(const ColorPickerParts& parts, DrawList& list);
+    void DescribeLook(DrawList& list, const LookContext& context) override;
+    void DescribeField(const ColorPickerParts& parts, const LookContext& context, DrawList& list);
     void DescribeSlider(const ColorPickerParts& parts, DrawList& list) const;
-    void DescribeValue(const ColorPickerParts& parts, DrawList& list);
-    void DescribeChannel(int channel, const ColorPickerParts& parts, DrawList& list);
+    void DescribeValue(const ColorPickerParts& parts, const LookContext& context, DrawList& list);
+    void DescribeChannel(int channel, const ColorPickerParts& parts, const LookContext& context, DrawList& list);
     void DescribeText(TextBlock& block, const std::string& text, const RectF& box, double size, HorizontalAlign align,
-                      DrawList& list);
+                      const LookContext& context, DrawList& list);
 
     void Press(const ColorPickerParts& parts, PointF place);
     void Drag(const ColorPickerParts& parts, PointF place);
@@ -69,6 +71,7 @@ private:
     void Changed();
     [[nodiscard]] std::string DigitsText() const;
 
+    EventLoop& loop_;
     PickedColor picked_;
     std::shared_ptr<const Picture> fieldPicture_;
 

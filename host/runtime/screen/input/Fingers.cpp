@@ -1,4 +1,4 @@
-#include "runtime/screen/Fingers.h"
+#include "runtime/screen/input/Fingers.h"
 
 #include <algorithm>
 
@@ -6,13 +6,9 @@ namespace host {
 
 namespace {
 
-bool Contains(const PixelRect& rect, PointF place) {
-    return place.x >= rect.x && place.y >= rect.y && place.x < rect.x + rect.width && place.y < rect.y + rect.height;
-}
-
 // The deepest visible node at `place`, which counts from the top left of the node's parent.
 Node* Find(Node& node, PointF place) {
-    if (!node.IsVisible() || !Contains(node.Bounds(), place)) return nullptr;
+    if (!node.IsVisible() || !node.Bounds().Contains(place)) return nullptr;
     const PointF inside{place.x - node.Bounds().x, place.y - node.Bounds().y};
     for (auto child = node.Children().rbegin(); child != node.Children().rend(); ++child) {
         if (Node* found = Find(**child, inside)) return found;

@@ -1,11 +1,10 @@
-#include "runtime/screen/ActionNode.h"
+#include "runtime/screen/controls/ActionNode.h"
 
 namespace host {
 
 void ActionNode::OnFinger(const FingerEvent& event) {
     const SizeF size = Size();
-    const bool isInside = event.position.x >= 0 && event.position.y >= 0 && event.position.x < size.width &&
-                          event.position.y < size.height;
+    const bool isInside = RectF{0, 0, size.width, size.height}.Contains(event.position);
     const bool isDown = event.phase == FingerEvent::Phase::kPress || event.phase == FingerEvent::Phase::kMove;
     SetPressed(isFingerInside_, isDown && isInside);
 
@@ -17,14 +16,14 @@ void ActionNode::OnFinger(const FingerEvent& event) {
 
 bool ActionNode::OnFocusKey(const FocusKeyEvent& event) {
     if (event.key != FocusKey::kActivate) return false;
-    if (!event.isRepeat) SetPressed(isKeyDown_, true);
+    if (event.stroke == KeyStroke::kFirst) SetPressed(isKeyDown_, true);
     return true;
 }
 
-void ActionNode::OnActivateKeyLifted(bool isCancelled) {
+void ActionNode::OnActivateKeyEnded(KeyEnd end) {
     if (!isKeyDown_) return;
     SetPressed(isKeyDown_, false);
-    if (!isCancelled) ActAndTell();
+    if (end == KeyEnd::kLifted) ActAndTell();
 }
 
 void ActionNode::SetPressed(bool& part, bool isPressed) {

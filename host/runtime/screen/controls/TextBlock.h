@@ -6,7 +6,8 @@
 
 #include "backend/Painter.h"
 #include "runtime/package/Layout.h"
-#include "runtime/screen/DrawList.h"
+#include "runtime/screen/Node.h"
+#include "runtime/screen/composing/DrawList.h"
 
 namespace host {
 
@@ -18,11 +19,10 @@ public:
     [[nodiscard]] const TextLook& Look() const { return look_; }
 
     /// Adds the text to `list` so that it lies in `box`, shrunk where it must be. With `edge`, its glyphs get an edge.
-    void Describe(Painter& painter, double scale, const RectF& box, Rgba color, std::optional<Rgba> edge,
-                  DrawList& list);
+    void Describe(const LookContext& context, const RectF& box, Rgba color, std::optional<Rgba> edge, DrawList& list);
 
 private:
-    void Shape(Painter& painter, double scale, SizeF box);
+    void Shape(const LookContext& context, SizeF box);
 
     TextLook look_;
     std::shared_ptr<const TextLayout> layout_;

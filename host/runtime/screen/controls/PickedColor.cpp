@@ -1,4 +1,4 @@
-#include "runtime/screen/PickedColor.h"
+#include "runtime/screen/controls/PickedColor.h"
 
 #include <algorithm>
 #include <cmath>

@@ -5,7 +5,7 @@
 
 #include "runtime/package/Layout.h"
 #include "runtime/screen/Node.h"
-#include "runtime/screen/TextBlock.h"
+#include "runtime/screen/controls/TextBlock.h"
 
 namespace host {
 
@@ -24,7 +24,7 @@ public:
     [[nodiscard]] const std::string& Text() const { return text_.Look().text; }
 
 private:
-    void DescribeLook(DrawList& list) override;
+    void DescribeLook(DrawList& list, const LookContext& context) override;
 
     BoxLook look_;
     std::shared_ptr<const Picture> picture_;

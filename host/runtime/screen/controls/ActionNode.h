@@ -16,7 +16,7 @@ public:
     void OnFinger(const FingerEvent& event) override;
     [[nodiscard]] bool IsFocusable() const override { return isActing_; }
     bool OnFocusKey(const FocusKeyEvent& event) override;
-    void OnActivateKeyLifted(bool isCancelled) override;
+    void OnActivateKeyEnded(KeyEnd end) override;
 
 protected:
     [[nodiscard]] bool IsPressed() const { return isFingerInside_ || isKeyDown_; }

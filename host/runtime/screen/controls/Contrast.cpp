@@ -1,4 +1,4 @@
-#include "runtime/screen/Contrast.h"
+#include "runtime/screen/controls/Contrast.h"
 
 #include <algorithm>
 #include <cmath>

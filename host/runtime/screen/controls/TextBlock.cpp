@@ -1,6 +1,7 @@
-#include "runtime/screen/TextBlock.h"
+#include "runtime/screen/controls/TextBlock.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace host {
 
@@ -48,28 +49,24 @@ void TextBlock::SetText(const std::string& text) {
     layout_.reset();
 }
 
-void TextBlock::Describe(Painter& painter, double scale, const RectF& box, Rgba color, std::optional<Rgba> edge,
+void TextBlock::Describe(const LookContext& context, const RectF& box, Rgba color, std::optional<Rgba> edge,
                          DrawList& list) {
     if (look_.text.empty() || box.width <= 0 || box.height <= 0) return;
     const bool fits =
-        layout_ && shapedScale_ == scale && shapedBox_.width == box.width && shapedBox_.height == box.height;
-    if (!fits) Shape(painter, scale, {box.width, box.height});
+        layout_ && shapedScale_ == context.scale && shapedBox_.width == box.width && shapedBox_.height == box.height;
+    if (!fits) Shape(context, {box.width, box.height});
 
     const SizeF extent = layout_->Measure();
-    DrawOperation operation;
-    operation.kind = DrawOperation::Kind::kText;
-    operation.rect.x = box.x + Lead(look_.align, std::max(0.0, box.width - extent.width));
-    operation.rect.y = box.y + Lead(look_.verticalAlign, std::max(0.0, box.height - extent.height));
-    operation.text = layout_;
-    operation.color = color;
-    if (edge) {
-        operation.lineWidth = shapedSize_ * kEdgePerSize;
-        operation.secondColor = *edge;
-    }
-    list.Add(std::move(operation));
+    DrawnText drawn;
+    drawn.text = layout_;
+    drawn.topLeft = {box.x + Lead(look_.align, std::max(0.0, box.width - extent.width)),
+                     box.y + Lead(look_.verticalAlign, std::max(0.0, box.height - extent.height))};
+    drawn.color = color;
+    if (edge) drawn.edge = TextEdge{shapedSize_ * kEdgePerSize, *edge};
+    list.Add(std::move(drawn));
 }
 
-void TextBlock::Shape(Painter& painter, double scale, SizeF box) {
+void TextBlock::Shape(const LookContext& context, SizeF box) {
     TextStyle style;
     style.weight = look_.weight;
     style.align = look_.align;
@@ -78,13 +75,13 @@ void TextBlock::Shape(Painter& painter, double scale, SizeF box) {
     style.maxHeight = box.height;
     style.size = look_.size;
     for (;;) {
-        layout_ = painter.CreateText(look_.text, style, scale);
+        layout_ = context.painter.CreateText(look_.text, style, context.scale);
         const bool fits = !layout_->IsEllipsized() && layout_->Measure().height <= box.height;
         if (fits || style.size <= look_.smallestSize) break;
         style.size = std::max(look_.smallestSize, style.size * kShrinkPerTry);
     }
     shapedSize_ = style.size;
-    shapedScale_ = scale;
+    shapedScale_ = context.scale;
     shapedBox_ = box;
 }
 

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "runtime/package/Layout.h"
-#include "runtime/screen/ActionNode.h"
-#include "runtime/screen/TextBlock.h"
+#include "runtime/screen/controls/ActionNode.h"
+#include "runtime/screen/controls/TextBlock.h"
 
 namespace host {
 
@@ -30,7 +30,7 @@ public:
     [[nodiscard]] double Corner() const override { return look_.corner; }
 
 private:
-    void DescribeLook(DrawList& list) override;
+    void DescribeLook(DrawList& list, const LookContext& context) override;
 
     BoxLook look_;
     Rgba pressedColor_;

@@ -1,41 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "backend/Painter.h"
+#include "runtime/screen/composing/DrawOperation.h"
 
 namespace host {
-
-/// One drawing operation on a control, in the control's own coordinates.
-struct DrawOperation {
-    enum class Kind {
-        kClear,
-        kFillRectangle,
-        kStrokeRectangle,
-        kFillEllipse,
-        kStrokeEllipse,
-        kFillRoundRectangle,
-        kStrokeRoundRectangle,
-        kFillGradient,
-        kLine,
-        kPicture,
-        kText,
-    };
-
-    Kind kind = Kind::kClear;
-    RectF rect;  ///< of a line: from its start by width and height to its end; of a text: its top left alone
-    double arcWidth = 0;
-    double arcHeight = 0;
-    double lineWidth = 0;  ///< of a text: the width of its edge, or 0
-    Rgba color;
-    Rgba secondColor;  ///< the gradient's lower colour, or the text's edge
-    std::shared_ptr<const Picture> picture;
-    std::shared_ptr<const TextLayout> text;
-
-    friend bool operator==(const DrawOperation& left, const DrawOperation& right);
-};
 
 /// What a control shows, as the operations that draw it. Two lists that are equal give the same pixels, so a control
 /// that is asked to draw itself and has nothing new to say costs neither painting nor presenting. A plain value.
@@ -45,7 +18,10 @@ public:
     explicit DrawList(SizeF size = {}) : size_(size) {}
 
     void Add(DrawOperation operation);
+    /// `painted` shows the list; from here on the list is that surface and what is added to it.
+    void ReplaceBy(std::shared_ptr<const Surface> painted);
     [[nodiscard]] bool IsEmpty() const { return operations_.empty(); }
+    [[nodiscard]] std::size_t Length() const { return operations_.size(); }
     [[nodiscard]] SizeF Size() const { return size_; }
 
     /// The one colour of the whole control, where the list says nothing else.
@@ -56,18 +32,20 @@ public:
 
     /// Makes the list the whole content of a surface of the control's own.
     void Paint(Surface& surface) const;
-    /// Whether PaintOver can be used at that scale: texts are shaped for surfaces of their own scale.
-    [[nodiscard]] bool CanPaintOver(double scale) const { return scale == 1 || !hasText_; }
+    /// Whether PaintOver can be used at that scale: texts are shaped, and earlier drawings painted, for surfaces of
+    /// their own scale.
+    [[nodiscard]] bool CanPaintOver(double scale) const;
     /// Paints the list over what `surface`, whose scale is 1, shows at `place`, `scale` pixels to a unit. The clip must
     /// lie within `place`.
     void PaintOver(Surface& surface, const PixelRect& place, double scale) const;
 
-    friend bool operator==(const DrawList& left, const DrawList& right);
+    friend bool operator==(const DrawList& left, const DrawList& right) = default;
 
 private:
     /// Whether the rectangle reaches to every edge of the control.
     [[nodiscard]] bool Covers(const RectF& rect) const;
-    [[nodiscard]] bool ReplacesEverything(const DrawOperation& operation) const;
+    /// The opaque colour that the operation gives to the whole control; null for every other operation.
+    [[nodiscard]] const Rgba* CoveringColor(const DrawOperation& operation) const;
 
     SizeF size_;
     bool hasText_ = false;

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "runtime/package/Layout.h"
-#include "runtime/screen/ActionNode.h"
-#include "runtime/screen/TextBlock.h"
+#include "runtime/screen/controls/ActionNode.h"
+#include "runtime/screen/controls/TextBlock.h"
 
 namespace host {
 
@@ -23,7 +23,7 @@ public:
 
 private:
     void Act() override { SetChecked(!isChecked_); }
-    void DescribeLook(DrawList& list) override;
+    void DescribeLook(DrawList& list, const LookContext& context) override;
 
     Rgba uncheckedColor_;
     Rgba checkedColor_;

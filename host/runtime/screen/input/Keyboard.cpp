@@ -1,4 +1,4 @@
-#include "runtime/screen/Keyboard.h"
+#include "runtime/screen/input/Keyboard.h"
 
 #include <algorithm>
 #include <array>
@@ -71,9 +71,9 @@ void Keyboard::Press(std::string_view code, ShiftKey shift) {
 void Keyboard::Repeat(std::string_view code, ShiftKey shift) {
     const auto held = held_.find(code);
     const auto* pressed = held == held_.end() ? nullptr : std::get_if<HeldForFocus>(&held->second);
-    // What the key does beside the focused control goes on by itself, and one that has got another focus is not meant.
+    // Only the focused control wants repeats; if the focus has moved since the press, the repeat is dropped.
     if (pressed != nullptr && pressed->node.lock() == focused_.lock())
-        static_cast<void>(TellFocused(code, shift, true));
+        static_cast<void>(TellFocused(code, shift, KeyStroke::kRepeated));
 }
 
 void Keyboard::Lift(std::string_view code) {
@@ -81,7 +81,7 @@ void Keyboard::Lift(std::string_view code) {
     if (found == held_.end()) return;
     const Held held = std::move(found->second);
     held_.erase(found);
-    End(held, HowEnded::kLifted);
+    End(held, KeyEnd::kLifted);
     TellBreath();
 }
 
@@ -97,14 +97,14 @@ void Keyboard::LiftPhoneKey(PhoneKey key) {
     if (held_.find(NameOf(key)) != held_.end()) {
         Lift(NameOf(key));
     } else if (key == PhoneKey::kBack) {
-        End(HeldBack{}, HowEnded::kLifted);
+        End(HeldBack{}, KeyEnd::kLifted);
     }
 }
 
 void Keyboard::CancelAll() {
     const auto held = std::move(held_);
     held_.clear();
-    for (const auto& [code, what] : held) End(what, HowEnded::kCancelled);
+    for (const auto& [code, what] : held) End(what, KeyEnd::kCancelled);
     TellBreath();
 }
 
@@ -116,7 +116,7 @@ Keyboard::Held Keyboard::Begin(std::string_view code, ShiftKey shift) {
     // Where keys play, they play whatever has the focus. Enter alone presses there too, on a ring that the user moved.
     const bool isForFocus = !isForPlaying || (isRingMovedByUser_ && IsEnter(code));
     const std::weak_ptr<Node> focused = focused_;
-    if (isForFocus && TellFocused(code, shift, false)) return HeldForFocus{focused};
+    if (isForFocus && TellFocused(code, shift, KeyStroke::kFirst)) return HeldForFocus{focused};
     if (isBound) return std::visit([this](const auto& effect) { return Begin(effect); }, binding->effect);
     if (code == "Tab") MoveFocus(shift);
     return {};
@@ -150,23 +150,23 @@ Keyboard::Held Keyboard::Begin(PhoneKey key) {
     return HeldBack{};
 }
 
-void Keyboard::End(const Held& held, HowEnded how) {
+void Keyboard::End(const Held& held, KeyEnd how) {
     if (const auto* finger = std::get_if<HeldFinger>(&held)) {
-        how == HowEnded::kLifted ? fingers_.Lift(finger->finger) : fingers_.Cancel(finger->finger);
+        how == KeyEnd::kLifted ? fingers_.Lift(finger->finger) : fingers_.Cancel(finger->finger);
     } else if (std::holds_alternative<HeldBack>(held)) {
         Node* topmost = stack_.Topmost();
-        if (how == HowEnded::kLifted && topmost != nullptr) topmost->OnBackKey(BackKeyPhase::kRelease);
+        if (how == KeyEnd::kLifted && topmost != nullptr) topmost->OnBackKey(BackKeyPhase::kRelease);
     } else if (const auto* activation = std::get_if<HeldForFocus>(&held)) {
-        if (const auto node = activation->node.lock()) node->OnActivateKeyLifted(how == HowEnded::kCancelled);
+        if (const auto node = activation->node.lock()) node->OnActivateKeyEnded(how);
     }
 }
 
-bool Keyboard::TellFocused(std::string_view code, ShiftKey shift, bool isRepeat) {
+bool Keyboard::TellFocused(std::string_view code, ShiftKey shift, KeyStroke stroke) {
     Node* focused = isInUse_ ? Focused() : nullptr;
     if (focused == nullptr) return false;
     FocusKeyEvent event;
-    event.isRepeat = isRepeat;
-    event.isShifted = shift == ShiftKey::kHeld;
+    event.stroke = stroke;
+    event.shift = shift;
     const auto named = std::find_if(kFocusCodes.begin(), kFocusCodes.end(),
                                     [code](const FocusCode& candidate) { return candidate.code == code; });
     if (named != kFocusCodes.end()) {
@@ -183,9 +183,9 @@ bool Keyboard::TellFocused(std::string_view code, ShiftKey shift, bool isRepeat)
 bool Keyboard::IsTopmostPlayedOn() const {
     Node* topmost = stack_.Topmost();
     return topmost != nullptr && std::any_of(bindings_.begin(), bindings_.end(), [topmost](const KeyBinding& binding) {
-        const auto* touch = std::get_if<TouchBinding>(&binding.effect);
-        return touch != nullptr && topmost->FindVisible(touch->control) != nullptr;
-    });
+               const auto* touch = std::get_if<TouchBinding>(&binding.effect);
+               return touch != nullptr && topmost->FindVisible(touch->control) != nullptr;
+           });
 }
 
 void Keyboard::TellBreath() {
@@ -238,7 +238,7 @@ void Keyboard::CancelForFocus(Predicate predicate) {
         const auto node = activation->node.lock();
         if (!node || !predicate(*node)) continue;
         held = {};
-        node->OnActivateKeyLifted(true);
+        node->OnActivateKeyEnded(KeyEnd::kCancelled);
     }
 }
 
@@ -272,8 +272,8 @@ void Keyboard::ShowRing() {
     const auto before = ringed_.lock();
     if (before == next) return;
     ringed_ = next;
-    if (before) before->OnFocusChanged(false);
-    if (next) next->OnFocusChanged(true);
+    if (before) before->OnFocusChanged(FocusState::kLost);
+    if (next) next->OnFocusChanged(FocusState::kGained);
 }
 
 std::vector<Node*> Keyboard::FocusOrder(Node& screen) {

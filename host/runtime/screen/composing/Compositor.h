@@ -3,20 +3,25 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "backend/Clock.h"
 #include "backend/Painter.h"
 #include "backend/Window.h"
 #include "runtime/screen/Node.h"
-#include "runtime/screen/Region.h"
 #include "runtime/screen/ScreenStack.h"
+#include "runtime/screen/composing/Damage.h"
+#include "runtime/screen/composing/DrawList.h"
 #include "runtime/trace/Trace.h"
 
 namespace host {
 
 /// Turns marked nodes into pixels of the window: asks them for their drawing, paints what has changed, and composes and
-/// presents the changed places alone. What lies wholly under something opaque is not touched. UI thread only.
+/// presents the changed places alone. What lies wholly under something opaque is not touched. What it has to know of a
+/// node it keeps by itself: the node's drawing, and a surface of it at the window's true scale. The surface is made
+/// when it is first of use: not for a plain colour, and not before the same content is composed a second time. UI
+/// thread only.
 class Compositor {
 public:
     Compositor(const Clock& clock, Painter& painter, Window& window, Trace& trace, const ScreenStack& stack,
@@ -28,7 +33,14 @@ public:
     /// Edges go to the nearest device pixel, so that neighbours still meet.
     [[nodiscard]] PixelRect ToDevice(const PixelRect& phoneRect) const;
 
-    void Mark() { isDirty_ = true; }
+    /// The node is asked for its drawing at the next frame.
+    void Mark(const Node& node);
+    /// Adds to what the node shows; while the node is asked for its drawing, to its new content.
+    void Record(const Node& node, DrawOperation operation);
+    /// A frame is wanted, whatever will have changed until then.
+    void WantFrame() { isDirty_ = true; }
+    /// The node is going.
+    void Forget(const Node& node) { records_.erase(&node); }
     void AddDamage(const Node& node);
     /// Everything that can be seen is composed again, from the surfaces that are there.
     void DamageAll();
@@ -52,13 +64,25 @@ public:
     [[nodiscard]] bool SavePicture(const std::string& path) const;
 
 private:
+    // What is known of one node.
+    struct NodeRecord {
+        bool isMarked = true;   ///< to be asked for its drawing
+        bool isChanged = true;  ///< shows something else than was last composed
+        bool isNew = false;     ///< its content changed in the frame that is being composed
+        bool isSurfaceFresh = false;
+        double shownScale = 0;
+        DrawList* recording = nullptr;  ///< while it is asked for its drawing
+        DrawList shown;
+        std::unique_ptr<Surface> surface;
+    };
+
     // One thing to compose, from the bottom up: a node, a plain colour or the ring.
     struct Layer {
-        PixelRect place;    ///< where the surface lies
-        PixelRect visible;  ///< the part of it that is not cut off
-        PixelRect opaque;   ///< the part of that which hides what is below
-        Node* node = nullptr;
-        Rgba color;  ///< where it is plain
+        PixelRect place;               ///< where the surface lies
+        PixelRect visible;             ///< the part of it that is not cut off
+        PixelRect opaque;              ///< the part of that which hides what is below
+        NodeRecord* record = nullptr;  ///< null for what is no node
+        Rgba color;                    ///< where it is plain
         bool isPlain = false;
         bool isPaintedOver = false;  ///< without a surface of its own
         bool isRing = false;
@@ -70,17 +94,17 @@ private:
     };
 
     void FitPhoneScreen();
-    template <typename Visit>
-    void VisitShown(Visit visit) const;
 
     void Draw(Node& node, const PixelRect& clip);
-    void AskForDrawing(Node& node);
-    [[nodiscard]] const Surface& SurfaceOf(Node& node, PixelSize size);
+    /// False when the node destroyed itself by that.
+    [[nodiscard]] bool AskForDrawing(Node& node, NodeRecord& record);
+    [[nodiscard]] const Surface& SurfaceOf(NodeRecord& record, PixelSize size);
+    /// The device pixels of a node of that size.
+    [[nodiscard]] PixelSize DeviceSize(const Node& node) const;
 
-    void AddLayers(Node& node, const PixelRect& clip);
+    void AddLayers(const Node& node, const PixelRect& clip);
     void AddColor(const PixelRect& place, Rgba color);
     [[nodiscard]] PixelRect RingPlace() const;
-    void PaintRing(Surface& pixels) const;
     void ComposeRect(const PixelRect& rect, Surface& pixels);
     void Perform(const Step& step, Surface& pixels);
 
@@ -97,6 +121,7 @@ private:
     bool isDirty_ = true;
     Microseconds nextFrame_ = INT64_MIN;
     std::uint64_t framesComposed_ = 0;
+    std::unordered_map<const Node*, NodeRecord> records_;
     Damage damage_;
     const Node* focus_ = nullptr;
     PixelRect ringShown_;

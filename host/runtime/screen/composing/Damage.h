@@ -6,20 +6,6 @@
 
 namespace host {
 
-/// A set of pixels as rectangles that do not overlap. A plain value.
-class Region {
-public:
-    Region() = default;
-    explicit Region(const PixelRect& rect);
-
-    void Subtract(const PixelRect& rect);
-    [[nodiscard]] bool IsEmpty() const { return rects_.empty(); }
-    [[nodiscard]] const std::vector<PixelRect>& Rects() const { return rects_; }
-
-private:
-    std::vector<PixelRect> rects_;
-};
-
 /// The changed places of the screen: a few rectangles, which may overlap. Ones that are close are taken together, for
 /// each costs a call of the window system. A plain value.
 class Damage {

@@ -1,11 +1,9 @@
-#include "runtime/screen/SwitchNode.h"
+#include "runtime/screen/controls/SwitchNode.h"
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 
-#include "runtime/screen/BoxDrawing.h"
-#include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/BoxDrawing.h"
 
 namespace host {
 
@@ -18,21 +16,6 @@ constexpr double kShadow = 0.06;              ///< the knob's shadow lies lower 
 constexpr double kPressedShade = 0.85;
 constexpr Rgba kKnobColor{255, 255, 255, 255};
 constexpr Rgba kShadowColor{0, 0, 0, 64};
-
-Rgba Shaded(Rgba color) {
-    const auto shade = [](std::uint8_t channel) {
-        return static_cast<std::uint8_t>(std::lround(channel * kPressedShade));
-    };
-    return {shade(color.red), shade(color.green), shade(color.blue), color.alpha};
-}
-
-void AddDisc(DrawList& list, const RectF& rect, Rgba color) {
-    DrawOperation operation;
-    operation.kind = DrawOperation::Kind::kFillEllipse;
-    operation.rect = rect;
-    operation.color = color;
-    list.Add(operation);
-}
 
 }  // namespace
 
@@ -58,24 +41,24 @@ void SwitchNode::SetChecked(bool isChecked) {
     LookChanged();
 }
 
-void SwitchNode::DescribeLook(DrawList& list) {
+void SwitchNode::DescribeLook(DrawList& list, const LookContext& context) {
     const SizeF size = list.Size();
     const double trackHeight = std::min(size.height * kTrackPerHeight, size.width / kTrackShape);
     const double trackWidth = trackHeight * kTrackShape;
     const RectF track{size.width - trackWidth, (size.height - trackHeight) / 2, trackWidth, trackHeight};
     const Rgba color = isChecked_ ? checkedColor_ : uncheckedColor_;
-    AddFilling(list, track, trackHeight / 2, IsPressed() ? Shaded(color) : color);
+    AddFilling(list, track, trackHeight / 2, IsPressed() ? Shaded(color, kPressedShade) : color);
 
     const double margin = trackHeight * kKnobMarginPerHeight;
     const double knob = trackHeight - 2 * margin;
     RectF place{isChecked_ ? track.x + track.width - margin - knob : track.x + margin, track.y + margin, knob, knob};
     RectF shadow = place;
     shadow.y += trackHeight * kShadow;
-    AddDisc(list, shadow, kShadowColor);
-    AddDisc(list, place, kKnobColor);
+    list.Add(FilledEllipse{shadow, kShadowColor});
+    list.Add(FilledEllipse{place, kKnobColor});
 
     const RectF left{0, 0, track.x - margin, size.height};
-    text_.Describe(GetScreen().GetPainter(), GetScreen().GetScale(), left, text_.Look().color, std::nullopt, list);
+    text_.Describe(context, left, text_.Look().color, std::nullopt, list);
 }
 
 }  // namespace host

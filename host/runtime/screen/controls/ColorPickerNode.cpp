@@ -1,4 +1,4 @@
-#include "runtime/screen/ColorPickerNode.h"
+#include "runtime/screen/controls/ColorPickerNode.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,9 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "runtime/screen/BoxDrawing.h"
-#include "runtime/screen/Contrast.h"
-#include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/BoxDrawing.h"
+#include "runtime/screen/controls/Contrast.h"
 
 namespace host {
 
@@ -56,18 +55,13 @@ constexpr int kShiftedStep = 16;
 constexpr std::size_t kHexDigits = 6;
 constexpr int kHexBase = 16;
 
-bool Contains(const RectF& rect, PointF place, double reach = 0) {
-    return place.x >= rect.x - reach && place.y >= rect.y - reach && place.x < rect.x + rect.width + reach &&
-           place.y < rect.y + rect.height + reach;
-}
-
 void AddCircle(DrawList& list, PointF center, double radius, double lineWidth, Rgba color) {
-    DrawOperation operation;
-    operation.kind = lineWidth > 0 ? DrawOperation::Kind::kStrokeEllipse : DrawOperation::Kind::kFillEllipse;
-    operation.rect = {center.x - radius, center.y - radius, 2 * radius, 2 * radius};
-    operation.lineWidth = lineWidth;
-    operation.color = color;
-    list.Add(operation);
+    const RectF rect{center.x - radius, center.y - radius, 2 * radius, 2 * radius};
+    if (lineWidth > 0) {
+        list.Add(StrokedEllipse{rect, lineWidth, color});
+    } else {
+        list.Add(FilledEllipse{rect, color});
+    }
 }
 
 }  // namespace
@@ -90,10 +84,10 @@ ColorPickerParts::ColorPickerParts(SizeF size) {
     }
 }
 
-ColorPickerNode::ColorPickerNode(Screen& screen) : Node(screen) {}
+ColorPickerNode::ColorPickerNode(NodeHost& host, EventLoop& loop) : Node(host), loop_(loop) {}
 
 ColorPickerNode::~ColorPickerNode() {
-    GetScreen().GetLoop().CancelTimer(repeatTimer_);
+    loop_.CancelTimer(repeatTimer_);
 }
 
 void ColorPickerNode::SetColor(Rgba color) {
@@ -133,9 +127,9 @@ void ColorPickerNode::OnFinger(const FingerEvent& event) {
 
 void ColorPickerNode::Press(const ColorPickerParts& parts, PointF place) {
     const double reach = kReach * parts.unit;
-    if (Contains(parts.field, place, reach)) {
+    if (parts.field.Grown(reach).Contains(place)) {
         held_ = Part::kField;
-    } else if (Contains(parts.slider, place, reach)) {
+    } else if (parts.slider.Grown(reach).Contains(place)) {
         held_ = Part::kSlider;
     }
     if (held_ != Part::kNone) {
@@ -144,8 +138,8 @@ void ColorPickerNode::Press(const ColorPickerParts& parts, PointF place) {
     }
     for (int channel = 0; channel < PickedColor::kChannels; ++channel) {
         const auto& part = parts.channels[static_cast<std::size_t>(channel)];
-        const bool isMinus = Contains(part.minus, place);
-        if (!isMinus && !Contains(part.plus, place)) continue;
+        const bool isMinus = part.minus.Contains(place);
+        if (!isMinus && !part.plus.Contains(place)) continue;
         held_ = Part::kStepper;
         heldChannel_ = channel;
         heldStep_ = isMinus ? -1 : 1;
@@ -170,7 +164,7 @@ void ColorPickerNode::Drag(const ColorPickerParts& parts, PointF place) {
             break;
         case Part::kStepper: {
             const auto& part = parts.channels[static_cast<std::size_t>(heldChannel_)];
-            isHeldInside_ = Contains(heldStep_ < 0 ? part.minus : part.plus, place);
+            isHeldInside_ = (heldStep_ < 0 ? part.minus : part.plus).Contains(place);
             LookChanged();
             break;
         }
@@ -179,7 +173,7 @@ void ColorPickerNode::Drag(const ColorPickerParts& parts, PointF place) {
 
 void ColorPickerNode::EndDrag() {
     held_ = Part::kNone;
-    GetScreen().GetLoop().CancelTimer(std::exchange(repeatTimer_, TimerQueue::kNone));
+    loop_.CancelTimer(std::exchange(repeatTimer_, TimerQueue::kNone));
     LookChanged();
     FlushReports();
 }
@@ -190,14 +184,14 @@ void ColorPickerNode::Step() {
 }
 
 void ColorPickerNode::RepeatStepAfter(Microseconds delay) {
-    repeatTimer_ = GetScreen().GetLoop().StartTimer(delay, [this] {
+    repeatTimer_ = loop_.StartTimer(delay, [this] {
         if (isHeldInside_) Step();
         RepeatStepAfter(kRepeatInterval);
     });
 }
 
 bool ColorPickerNode::OnFocusKey(const FocusKeyEvent& event) {
-    const int step = event.isShifted ? kShiftedStep : 1;
+    const int step = event.shift == ShiftKey::kHeld ? kShiftedStep : 1;
     switch (event.key) {
         case FocusKey::kActivate:
             return true;
@@ -217,7 +211,7 @@ bool ColorPickerNode::OnFocusKey(const FocusKeyEvent& event) {
             LookChanged();
             return true;
         case FocusKey::kDigit:
-            if (!event.isRepeat) Type(event.digit);
+            if (event.stroke == KeyStroke::kFirst) Type(event.digit);
             return true;
     }
     return false;
@@ -234,8 +228,8 @@ void ColorPickerNode::Type(int digit) {
     Changed();
 }
 
-void ColorPickerNode::OnFocusChanged(bool hasFocus) {
-    hasFocus_ = hasFocus;
+void ColorPickerNode::OnFocusChanged(FocusState state) {
+    hasFocus_ = state == FocusState::kGained;
     typed_.clear();
     LookChanged();
 }
@@ -243,7 +237,7 @@ void ColorPickerNode::OnFocusChanged(bool hasFocus) {
 void ColorPickerNode::Changed() {
     typed_.clear();
     isReportDue_ = true;
-    GetScreen().RequestReport(*this);
+    WantReport();
     LookChanged();
 }
 
@@ -261,15 +255,15 @@ std::string ColorPickerNode::DigitsText() const {
     return text.data();
 }
 
-void ColorPickerNode::DescribeLook(DrawList& list) {
+void ColorPickerNode::DescribeLook(DrawList& list, const LookContext& context) {
     const ColorPickerParts parts(list.Size());
-    DescribeField(parts, list);
+    DescribeField(parts, context, list);
     DescribeSlider(parts, list);
-    DescribeValue(parts, list);
-    for (int channel = 0; channel < PickedColor::kChannels; ++channel) DescribeChannel(channel, parts, list);
+    DescribeValue(parts, context, list);
+    for (int channel = 0; channel < PickedColor::kChannels; ++channel) DescribeChannel(channel, parts, context, list);
 }
 
-void ColorPickerNode::DescribeField(const ColorPickerParts& parts, DrawList& list) {
+void ColorPickerNode::DescribeField(const ColorPickerParts& parts, const LookContext& context, DrawList& list) {
     if (!fieldPicture_) {
         std::vector<Rgba> pixels;
         pixels.reserve(static_cast<std::size_t>(kFieldPoints.width) * kFieldPoints.height);
@@ -279,7 +273,7 @@ void ColorPickerNode::DescribeField(const ColorPickerParts& parts, DrawList& lis
                     PickedColor::FromHsv((x + 0.5) / kFieldPointsPerSixth, 1 - (y + 0.5) / kFieldPoints.height, 1));
             }
         }
-        fieldPicture_ = GetScreen().GetPainter().CreatePicture(kFieldPoints, pixels);
+        fieldPicture_ = context.painter.CreatePicture(kFieldPoints, pixels);
     }
     AddPicture(list, parts.field, fieldPicture_);
     AddOutline(list, parts.field, 0, kLine * parts.unit, kInk);
@@ -295,12 +289,7 @@ void ColorPickerNode::DescribeField(const ColorPickerParts& parts, DrawList& lis
 
 void ColorPickerNode::DescribeSlider(const ColorPickerParts& parts, DrawList& list) const {
     const double line = kLine * parts.unit;
-    DrawOperation gradient;
-    gradient.kind = DrawOperation::Kind::kFillGradient;
-    gradient.rect = parts.slider;
-    gradient.color = PickedColor::FromHsv(picked_.Hue(), picked_.Saturation(), 1);
-    gradient.secondColor = kBlack;
-    list.Add(gradient);
+    list.Add(FilledGradient{parts.slider, {}, PickedColor::FromHsv(picked_.Hue(), picked_.Saturation(), 1), kBlack});
     AddOutline(list, parts.slider, 0, line, kInk);
 
     const double overhang = kThumbOverhang * parts.unit;
@@ -311,17 +300,19 @@ void ColorPickerNode::DescribeSlider(const ColorPickerParts& parts, DrawList& li
     AddOutline(list, thumb, height / 2, line, kInk);
 }
 
-void ColorPickerNode::DescribeValue(const ColorPickerParts& parts, DrawList& list) {
+void ColorPickerNode::DescribeValue(const ColorPickerParts& parts, const LookContext& context, DrawList& list) {
     const double corner = kCorner * parts.unit;
     AddFilling(list, parts.swatch, corner, kPaper);
     AddFilling(list, parts.swatch, corner, picked_.Color());
     AddOutline(list, parts.swatch, corner, kLine * parts.unit, kInk);
     AddFilling(list, parts.digits, corner, kPaper);
     AddOutline(list, parts.digits, corner, kLine * parts.unit, kInk);
-    DescribeText(digitsText_, DigitsText(), parts.digits, kDigitsSize * parts.unit, HorizontalAlign::kCenter, list);
+    DescribeText(digitsText_, DigitsText(), parts.digits, kDigitsSize * parts.unit, HorizontalAlign::kCenter, context,
+                 list);
 }
 
-void ColorPickerNode::DescribeChannel(int channel, const ColorPickerParts& parts, DrawList& list) {
+void ColorPickerNode::DescribeChannel(int channel, const ColorPickerParts& parts, const LookContext& context,
+                                      DrawList& list) {
     const auto index = static_cast<std::size_t>(channel);
     const auto& part = parts.channels[index];
     const double corner = kCorner * parts.unit;
@@ -329,9 +320,10 @@ void ColorPickerNode::DescribeChannel(int channel, const ColorPickerParts& parts
     if (hasFocus_ && channel == keyChannel_) AddOutline(list, part.value, corner, 2 * line, kInk);
     const double inset = corner;
     const RectF inside{part.value.x + inset, part.value.y, part.value.width - 2 * inset, part.value.height};
-    DescribeText(nameTexts_[index], kChannelNames[index], inside, kNameSize * parts.unit, HorizontalAlign::kLeft, list);
+    DescribeText(nameTexts_[index], kChannelNames[index], inside, kNameSize * parts.unit, HorizontalAlign::kLeft,
+                 context, list);
     DescribeText(valueTexts_[index], std::to_string(picked_.Channel(channel)), inside, kValueSize * parts.unit,
-                 HorizontalAlign::kRight, list);
+                 HorizontalAlign::kRight, context, list);
 
     for (const int step : {-1, 1}) {
         const RectF& place = step < 0 ? part.minus : part.plus;
@@ -347,7 +339,7 @@ void ColorPickerNode::DescribeChannel(int channel, const ColorPickerParts& parts
 }
 
 void ColorPickerNode::DescribeText(TextBlock& block, const std::string& text, const RectF& box, double size,
-                                   HorizontalAlign align, DrawList& list) {
+                                   HorizontalAlign align, const LookContext& context, DrawList& list) {
     TextLook look;
     look.text = text;
     look.size = size;
@@ -356,7 +348,7 @@ void ColorPickerNode::DescribeText(TextBlock& block, const std::string& text, co
     look.align = align;
     look.color = kInk;
     block.SetLook(look);
-    block.Describe(GetScreen().GetPainter(), GetScreen().GetScale(), box, kInk, std::nullopt, list);
+    block.Describe(context, box, kInk, std::nullopt, list);
 }
 
 }  // namespace host

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "runtime/package/Layout.h"
-#include "runtime/screen/DrawList.h"
+#include "runtime/screen/composing/DrawList.h"
 
 namespace host {
 
@@ -17,5 +17,11 @@ void AddOutline(DrawList& list, const RectF& rect, double radius, double width, 
 void AddBox(DrawList& list, const BoxLook& look);
 /// The picture over `rect`; nothing when it is null.
 void AddPicture(DrawList& list, const RectF& rect, const std::shared_ptr<const Picture>& picture);
+/// The list's whole area.
+[[nodiscard]] RectF WholeOf(const DrawList& list);
+/// The part of the list's area where a text keeps clear of the border and of the rounded corners beside it.
+[[nodiscard]] RectF TextAreaOf(const DrawList& list, const BoxLook& look);
+/// The colour with `part` (0..1) of its light.
+[[nodiscard]] Rgba Shaded(Rgba color, double part);
 
 }  // namespace host

@@ -1,4 +1,4 @@
-#include "runtime/screen/Region.h"
+#include "runtime/screen/composing/Damage.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -10,48 +10,19 @@ namespace {
 
 constexpr std::size_t kMostDamageRects = 8;
 
-std::int64_t Area(const PixelRect& rect) {
-    return rect.IsEmpty() ? 0 : std::int64_t{rect.width} * rect.height;
-}
-
 // Pixels that a rectangle around both presents beyond what the two cover by themselves.
 std::int64_t Waste(const PixelRect& left, const PixelRect& right) {
-    return Area(left.Union(right)) - Area(left) - Area(right) + Area(left.Intersection(right));
+    return left.Union(right).Area() - left.Area() - right.Area() + left.Intersection(right).Area();
 }
 
 }  // namespace
-
-Region::Region(const PixelRect& rect) {
-    if (!rect.IsEmpty()) rects_.push_back(rect);
-}
-
-void Region::Subtract(const PixelRect& rect) {
-    std::vector<PixelRect> rest;
-    for (const PixelRect& piece : rects_) {
-        const PixelRect hole = piece.Intersection(rect);
-        if (hole.IsEmpty()) {
-            rest.push_back(piece);
-            continue;
-        }
-        const auto keep = [&rest](const PixelRect& part) {
-            if (!part.IsEmpty()) rest.push_back(part);
-        };
-        const int holeBottom = hole.y + hole.height;
-        const int holeRight = hole.x + hole.width;
-        keep({piece.x, piece.y, piece.width, hole.y - piece.y});
-        keep({piece.x, hole.y, hole.x - piece.x, hole.height});
-        keep({holeRight, hole.y, piece.x + piece.width - holeRight, hole.height});
-        keep({piece.x, holeBottom, piece.width, piece.y + piece.height - holeBottom});
-    }
-    rects_ = std::move(rest);
-}
 
 void Damage::Add(PixelRect rect) {
     if (rect.IsEmpty()) return;
     // A quarter more pixels is the price that one rectangle less is worth.
     constexpr std::int64_t kWorthPerWaste = 4;
     for (std::size_t i = 0; i < rects_.size();) {
-        if (Waste(rects_[i], rect) * kWorthPerWaste > Area(rects_[i]) + Area(rect)) {
+        if (Waste(rects_[i], rect) * kWorthPerWaste > rects_[i].Area() + rect.Area()) {
             ++i;
             continue;
         }

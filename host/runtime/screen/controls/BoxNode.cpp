@@ -1,0 +1,41 @@
+#include "runtime/screen/controls/BoxNode.h"
+
+#include <utility>
+
+#include "runtime/screen/controls/BoxDrawing.h"
+
+namespace host {
+
+void BoxNode::SetLook(const BoxLook& look) {
+    look_ = look;
+    LookChanged();
+}
+
+void BoxNode::SetBackground(Rgba color) {
+    look_.background = color;
+    look_.gradientBottom.reset();
+    LookChanged();
+}
+
+void BoxNode::SetPicture(std::shared_ptr<const Picture> picture) {
+    picture_ = std::move(picture);
+    LookChanged();
+}
+
+void BoxNode::SetTextLook(const TextLook& look) {
+    text_.SetLook(look);
+    LookChanged();
+}
+
+void BoxNode::SetText(const std::string& text) {
+    text_.SetText(text);
+    LookChanged();
+}
+
+void BoxNode::DescribeLook(DrawList& list, const LookContext& context) {
+    AddBox(list, look_);
+    AddPicture(list, WholeOf(list), picture_);
+    text_.Describe(context, TextAreaOf(list, look_), text_.Look().color, std::nullopt, list);
+}
+
+}  // namespace host
