@@ -127,6 +127,7 @@ TEST(ColorPicker, ReportsOnceAFrameAndTheLastColourAlways) {
               (std::vector<std::string>{rig.log_.end() - 2, rig.log_.end()}))
         << "told before another finger can confirm";
     rig.Put(TouchPhase::kUp, rig.At(rig.parts.field, 0.6, 0.3));
+    rig.TakeLog();
 
     rig.Recorder("picker").react_ = [&rig](const std::string&) { rig.Destroy("picker"); };
     rig.Put(TouchPhase::kDown, rig.At(rig.parts.channels[0].plus, 0.5, 0.5));
