@@ -150,6 +150,60 @@ TEST(ColorPicker, LetsGoOfTheFormerColourWhenItIsSetToAnother) {
     }
 }
 
+TEST(ColorPicker, RunsThroughAChannelInThreeSecondsWhileAStepperIsHeld) {
+    constexpr int kFrameMs = 16;
+    Picker rig;
+    rig.node->SetColor({0, 0, 0, 255});
+    rig.Put(TouchPhase::kDown, rig.At(rig.parts.channels[1].plus, 0.5, 0.5));
+    for (int ms = 0; ms < 1000; ms += kFrameMs) rig.Compose();
+    EXPECT_LE(rig.node->GetColor().green, 14) << "near values can be met";
+    for (int ms = 0; ms < 2000; ms += kFrameMs) rig.Compose();
+    EXPECT_EQ(255, rig.node->GetColor().green);
+    rig.Put(TouchPhase::kUp, rig.At(rig.parts.channels[1].plus, 0.5, 0.5));
+    const auto minus = rig.At(rig.parts.channels[1].minus, 0.5, 0.5);
+    rig.Tap(minus.x, minus.y);
+    EXPECT_EQ(254, rig.node->GetColor().green) << "a new press begins slowly again";
+}
+
+TEST(ColorPicker, TakesTheExactValueByTouch) {
+    Picker rig;
+    rig.node->SetColor({1, 2, 3, 9});
+    const auto tap = [&rig](const host::RectF& part) {
+        const auto place = rig.At(part, 0.5, 0.5);
+        rig.Tap(place.x, place.y);
+    };
+    const auto type = [&](std::initializer_list<int> digits) {
+        for (const int digit : digits) tap(rig.parts.keys[static_cast<std::size_t>(digit)]);
+    };
+    tap(rig.parts.digits);
+    type({1, 0, 2, 0xF});
+    tap(rig.parts.keys[ColorPickerParts::kEraseKey]);
+    type({0, 3});
+    EXPECT_EQ((Rgba{1, 2, 3, 9}), rig.node->GetColor()) << "five digits are no colour";
+    EXPECT_EQ(0U, rig.Reports());
+    type({0xF});
+    EXPECT_EQ((Rgba{0x10, 0x20, 0x3F, 9}), rig.node->GetColor());
+    rig.Compose();
+    EXPECT_EQ(1U, rig.Reports());
+
+    // The keys are gone again: where they were, the field takes the finger.
+    tap(rig.parts.field);
+    EXPECT_NE((Rgba{0x10, 0x20, 0x3F, 9}), rig.node->GetColor());
+
+    // Left without a colour, by its own key or by the digits again.
+    const Rgba before = rig.node->GetColor();
+    for (const host::RectF& way : {rig.parts.keys[ColorPickerParts::kLeaveKey], rig.parts.digits}) {
+        tap(rig.parts.digits);
+        type({5, 5});
+        tap(way);
+        EXPECT_EQ(before, rig.node->GetColor());
+        tap(rig.parts.digits);
+        type({1, 2, 3, 4, 5});
+        EXPECT_EQ(before, rig.node->GetColor()) << "what was typed before is forgotten";
+        tap(rig.parts.digits);
+    }
+}
+
 TEST(ColorPicker, StepsEachChannelAndRepeatsWhileHeld) {
     Picker rig;
     rig.node->SetColor({10, 20, 254, 255});

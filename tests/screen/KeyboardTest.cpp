@@ -43,7 +43,7 @@ struct Keys : ScreenRig {
     std::string Ringed() {
         Compose();
         for (const auto& [name, x, y] :
-             {std::tuple{"first", 20, 7}, {"second", 50, 7}, {"third", 20, 37}, {"inner", 65, 57}}) {
+             {std::tuple{"first", 20, 7}, {"second", 50, 11}, {"third", 20, 37}, {"inner", 65, 57}}) {
             if (Pixel(4 * x, 4 * y) == host::Rgba{255, 255, 255, 255}) return name;
         }
         return "none";
@@ -135,6 +135,22 @@ TEST(FocusRing, GoesFromControlToControlInTheDocumentsOrder) {
     rig.Destroy("inner");
     rig.Destroy("popup");
     EXPECT_EQ("first", rig.Ringed());
+}
+
+TEST(FocusRing, HasTheShapeOfWhatItGoesAround) {
+    constexpr host::Rgba kLight{255, 255, 255, 255};
+    Keys rig;
+    host::BoxLook round;
+    round.corner = 10;
+    rig.first->SetLook(round, std::nullopt);
+    rig.Stroke("Tab");
+    rig.Compose();
+    EXPECT_EQ(kLight, rig.Pixel(4 * 20, 4 * 7));
+    EXPECT_NE(kLight, rig.Pixel(4 * 7, 4 * 7)) << "a round button's ring is round";
+    rig.Stroke("Tab");
+    rig.Compose();
+    EXPECT_EQ(kLight, rig.Pixel(4 * 50, 4 * 11)) << "the switch's goes around its track";
+    EXPECT_NE(kLight, rig.Pixel(4 * 50, 4 * 7));
 }
 
 TEST(FocusRing, MakesEnterAndSpacePressTheFocusedControl) {

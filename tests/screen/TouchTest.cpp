@@ -155,7 +155,7 @@ TEST(Buttons, ActWhenTheFingerIsLiftedOnThemAndNotOtherwise) {
     auto& button = rig.Add<host::ButtonNode>("button", {10, 10, 50, 20}, &form);
     host::BoxLook look;
     look.background = {200, 0, 0, 255};
-    button.SetLook(look, {0, 200, 0, 255});
+    button.SetLook(look, host::Rgba{0, 200, 0, 255});
     const auto isPressed = [&rig] {
         rig.Compose();
         return rig.Pixel(20, 20) == host::Rgba{0, 200, 0, 255};
@@ -190,4 +190,60 @@ TEST(Buttons, ActWhenTheFingerIsLiftedOnThemAndNotOtherwise) {
     };
     rig.Tap(20, 20);
     EXPECT_EQ(1, actions()) << "which may be its end";
+}
+
+TEST(Buttons, DarkenTheirOwnColourUnlessTheyHaveAnotherForThePress) {
+    constexpr host::Rgba kBlue{0, 0, 200, 255};
+    constexpr host::Rgba kDarkBlue{0, 0, 160, 255};
+    constexpr host::Rgba kRed{200, 0, 0, 255};
+    ScreenRig rig;
+    auto& button = rig.Add<host::ButtonNode>("button", {10, 10, 50, 20}, &rig.ShowForm());
+    const auto colors = [&rig] {
+        std::vector<host::Rgba> seen;
+        for (const host::TouchPhase phase : {host::TouchPhase::kUp, host::TouchPhase::kDown}) {
+            rig.Touch(phase, 12, 12);
+            rig.Compose();
+            seen.push_back(rig.Pixel(20, 20));
+        }
+        rig.Touch(host::TouchPhase::kUp, 12, 12);
+        return seen;
+    };
+    host::BoxLook look;
+    look.background = kRed;
+    button.SetLook(look, std::nullopt);
+    button.SetColor(host::ButtonNode::State::kNormal, kBlue);
+    EXPECT_EQ((std::vector<host::Rgba>{kBlue, kDarkBlue}), colors());
+    button.SetColor(host::ButtonNode::State::kPressed, kRed);
+    EXPECT_EQ((std::vector<host::Rgba>{kBlue, kRed}), colors());
+}
+
+TEST(Buttons, GiveATextAnEdgeAsStrongAsItsContrastNeeds) {
+    constexpr host::Rgba kWhite{255, 255, 255, 255};
+    constexpr host::Rgba kReadable{0, 0, 0, 255};
+    constexpr host::Rgba kNearly{150, 150, 150, 255};
+    constexpr host::Rgba kHardly{230, 230, 230, 255};
+    ScreenRig rig({400, 800});
+    auto& button = rig.Add<host::ButtonNode>("button", {0, 0, 100, 40}, &rig.ShowForm());
+    host::BoxLook look;
+    look.background = kWhite;
+    button.SetLook(look, std::nullopt);
+    host::TextLook text;
+    text.text = "o";
+    text.size = 30;
+    // The pixels that are nearly black: with a readable text its own, with others the edge's.
+    const auto dark = [&](host::Rgba color) {
+        text.color = color;
+        button.SetTextLook(text, std::nullopt);
+        rig.Compose();
+        int count = 0;
+        for (int y = 0; y < 160; ++y) {
+            for (int x = 0; x < 400; ++x) count += rig.Pixel(x, y).red < 60 ? 1 : 0;
+        }
+        return count;
+    };
+    EXPECT_GT(dark(kReadable), 0);
+    const int nearly = dark(kNearly);
+    const int hardly = dark(kHardly);
+    EXPECT_GT(nearly, 0);
+    EXPECT_GT(hardly, nearly * 3 / 2);
 }

@@ -190,7 +190,7 @@ result Control::Destroy() {
 void Control::ApplyLayout(const host::LayoutControl& layout) {
     pNode_->SetName(layout.name);
     pNode_->SetBounds(layout.bounds);
-    pNode_->SetVisible(layout.isVisible);
+    pNode_->SetVisible(layout.isVisible && (!layout.needsKeyboard || !GetScreen().GetPackage().Keys().empty()));
     pNode_->SetTakesTouches(layout.takesTouches);
 }
 

@@ -44,12 +44,12 @@ struct LayoutControl {
     bool takesTouches = true;
     BoxLook box;
     TextLook text;
-    std::string picture;         ///< file name in images/; empty without one
-    std::string pressedPicture;  ///< Button
-    Rgba pressedColor;           ///< Button
-    Rgba pressedTextColor;       ///< Button
-    Rgba checkedColor;           ///< CheckButton
-    bool needsKeyboard = false;  ///< shown only where the back end has a keyboard
+    std::string picture;                   ///< file name in images/; empty without one
+    std::string pressedPicture;            ///< Button
+    std::optional<Rgba> pressedColor;      ///< Button
+    std::optional<Rgba> pressedTextColor;  ///< Button
+    Rgba checkedColor;                     ///< CheckButton
+    bool needsKeyboard = false;            ///< shown only where keys are bound
     std::vector<LayoutControl> children;
 };
 

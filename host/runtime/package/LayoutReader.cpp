@@ -79,16 +79,6 @@ constexpr std::array<AttributeRule, 30> kAttributes{{
     {"color-checked", kCheckButton},
 }};
 
-// A pressed button that the layout gives no colour of its own is a little darker.
-constexpr double kPressedShade = 0.8;
-
-Rgba Shaded(Rgba color) {
-    const auto shade = [](std::uint8_t channel) {
-        return static_cast<std::uint8_t>(std::lround(channel * kPressedShade));
-    };
-    return {shade(color.red), shade(color.green), shade(color.blue), color.alpha};
-}
-
 std::optional<ControlKind> KindOf(std::string_view elementName) {
     for (const KindName& candidate : kKindNames) {
         if (elementName == candidate.name) return candidate.kind;
@@ -274,9 +264,8 @@ bool LayoutReader::ReadLook(const pugi::xml_node& element, LayoutControl& contro
         ReadLength(element, "border-width", box.borderWidth) && ReadPicture(element, "picture", control.picture) &&
         ReadPicture(element, "picture-pressed", control.pressedPicture) && ReadGradient(element, box);
     if (!isRead) return false;
-    control.pressedColor = Shaded(box.background);
     control.checkedColor = box.background;
-    return ReadColor(element, "color-pressed", control.pressedColor) &&
+    return ReadOptionalColor(element, "color-pressed", control.pressedColor) &&
            ReadColor(element, "color-checked", control.checkedColor);
 }
 
@@ -307,8 +296,7 @@ bool LayoutReader::ReadText(const pugi::xml_node& element, LayoutControl& contro
     if (text.size <= 0 || text.smallestSize <= 0) return file_.Fail(element, "a text needs a size");
     text.weight = isBold ? FontWeight::kBold : FontWeight::kNormal;
     text.wrap = wraps ? TextWrap::kWords : TextWrap::kOneLine;
-    control.pressedTextColor = text.color;
-    return ReadColor(element, "text-color-pressed", control.pressedTextColor);
+    return ReadOptionalColor(element, "text-color-pressed", control.pressedTextColor);
 }
 
 bool LayoutReader::ReadColor(const pugi::xml_node& element, const char* name, Rgba& color) {
@@ -318,6 +306,11 @@ bool LayoutReader::ReadColor(const pugi::xml_node& element, const char* name, Rg
     if (!parsed) return FailValue(element, name, "#RRGGBB or #RRGGBBAA");
     color = *parsed;
     return true;
+}
+
+bool LayoutReader::ReadOptionalColor(const pugi::xml_node& element, const char* name, std::optional<Rgba>& color) {
+    if (!element.attribute(name)) return true;
+    return ReadColor(element, name, color.emplace());
 }
 
 bool LayoutReader::ReadLength(const pugi::xml_node& element, const char* name, double& length) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -71,6 +72,7 @@ private:
 
     // An attribute that is not there leaves the value as it is.
     [[nodiscard]] bool ReadColor(const pugi::xml_node& element, const char* name, Rgba& color);
+    [[nodiscard]] bool ReadOptionalColor(const pugi::xml_node& element, const char* name, std::optional<Rgba>& color);
     [[nodiscard]] bool ReadLength(const pugi::xml_node& element, const char* name, double& length);
     [[nodiscard]] bool ReadFlag(const pugi::xml_node& element, const char* name, bool& flag);
     [[nodiscard]] bool ReadPicture(const pugi::xml_node& element, const char* name, std::string& fileName);

@@ -143,8 +143,12 @@ public:
     void OnBackKey(BackKeyPhase phase);
     /// Reports a change still in progress (a drag) that has not been reported yet.
     virtual void FlushReports() {}
-    /// Corner radius of the outline, for the focus ring.
-    [[nodiscard]] virtual double Corner() const { return 0; }
+    /// What the focus ring goes around: by default the node's own edge, without round corners.
+    struct Outline {
+        RectF rect;  ///< in the node's own coordinates
+        double corner = 0;
+    };
+    [[nodiscard]] virtual Outline GetOutline() const { return {{0, 0, Size().width, Size().height}, 0}; }
 
     /// Adds the standard look to an empty list.
     virtual void DescribeLook(DrawList&, const LookContext&) {}

@@ -22,8 +22,11 @@ PixelRect FocusRingPlace(const Node& node) {
 
 void PaintFocusRing(const Node& node, const PixelRect& place, double scale, Surface& pixels) {
     const double distance = kDistance * scale;
-    const RectF ring{place.x - distance, place.y - distance, place.width + 2 * distance, place.height + 2 * distance};
-    const double arc = 2 * (node.Corner() * scale + distance);
+    const Node::Outline outline = node.GetOutline();
+    const RectF edge{place.x + outline.rect.x * scale, place.y + outline.rect.y * scale, outline.rect.width * scale,
+                     outline.rect.height * scale};
+    const RectF ring = edge.Grown(distance);
+    const double arc = 2 * (outline.corner * scale + distance);
     pixels.StrokeRoundRectangle(ring, arc, arc, kDarkWidth * scale, kDark);
     pixels.StrokeRoundRectangle(ring, arc, arc, kLightWidth * scale, kLight);
 }

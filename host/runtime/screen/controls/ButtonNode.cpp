@@ -1,6 +1,7 @@
 #include "runtime/screen/controls/ButtonNode.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <utility>
 
@@ -13,16 +14,26 @@ namespace {
 
 // What the W3C's guideline 1.4.3 asks of large texts; with less, a text gets an edge.
 constexpr double kReadableContrast = 3;
+constexpr double kNoContrast = 1;
+constexpr double kThinnestEdge = 0.15;  ///< of the widest, as soon as there has to be one
+constexpr double kPressedShade = 0.8;
+
+/// How strong an edge a text needs on this contrast, 0..1. A small lack needs little.
+double EdgeStrength(double contrast) {
+    if (contrast >= kReadableContrast) return 0;
+    const double lack = (kReadableContrast - contrast) / (kReadableContrast - kNoContrast);
+    return std::lerp(kThinnestEdge, 1.0, lack * lack);
+}
 
 }  // namespace
 
-void ButtonNode::SetLook(const BoxLook& look, Rgba pressedColor) {
+void ButtonNode::SetLook(const BoxLook& look, std::optional<Rgba> pressedColor) {
     look_ = look;
     pressedColor_ = pressedColor;
     LookChanged();
 }
 
-void ButtonNode::SetTextLook(const TextLook& look, Rgba pressedColor) {
+void ButtonNode::SetTextLook(const TextLook& look, std::optional<Rgba> pressedColor) {
     text_.SetLook(look);
     textColor_ = look.color;
     pressedTextColor_ = pressedColor;
@@ -40,7 +51,7 @@ void ButtonNode::SetColor(State state, Rgba color) {
 }
 
 void ButtonNode::SetTextColor(Rgba color) {
-    textColor_ = pressedTextColor_ = color;
+    textColor_ = color;
     LookChanged();
 }
 
@@ -57,18 +68,19 @@ void ButtonNode::SetPicture(State state, std::shared_ptr<const Picture> picture)
 void ButtonNode::DescribeLook(DrawList& list, const LookContext& context) {
     BoxLook look = look_;
     if (IsPressed()) {
-        look.background = pressedColor_;
+        look.background = pressedColor_.value_or(Shaded(look_.background, kPressedShade));
         look.gradientBottom.reset();
     }
     AddBox(list, look);
     AddPicture(list, WholeOf(list), IsPressed() && pressedPicture_ ? pressedPicture_ : picture_);
 
-    const Rgba textColor = IsPressed() ? pressedTextColor_ : textColor_;
-    std::optional<Rgba> edge;
+    const Rgba textColor = IsPressed() ? pressedTextColor_.value_or(textColor_) : textColor_;
+    std::optional<TextBlock::Edge> edge;
     if (look.background.alpha != 0) {
         double contrast = ContrastRatio(textColor, look.background);
         if (look.gradientBottom) contrast = std::min(contrast, ContrastRatio(textColor, *look.gradientBottom));
-        if (contrast < kReadableContrast) edge = BlackOrWhiteAgainst(look.background);
+        const double strength = EdgeStrength(contrast);
+        if (strength > 0) edge = {BlackOrWhiteAgainst(look.background), strength};
     }
     text_.Describe(context, TextAreaOf(list, look), textColor, edge, list);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "runtime/package/Layout.h"
@@ -17,26 +18,28 @@ public:
 
     enum class State { kNormal, kPressed };
 
-    void SetLook(const BoxLook& look, Rgba pressedColor);
-    void SetTextLook(const TextLook& look, Rgba pressedColor);
+    /// Without a colour of its own, the pressed button is a little darker than the other.
+    void SetLook(const BoxLook& look, std::optional<Rgba> pressedColor);
+    /// Without a colour of its own, the pressed button's text has that of the other.
+    void SetTextLook(const TextLook& look, std::optional<Rgba> pressedColor);
     void SetColor(State state, Rgba color);
-    /// In both states.
+    /// In both states, but for a pressed one that has a colour of its own.
     void SetTextColor(Rgba color);
     void SetText(const std::string& text);
     [[nodiscard]] const std::string& Text() const { return text_.Look().text; }
     /// Without one for kPressed that of kNormal shows.
     void SetPicture(State state, std::shared_ptr<const Picture> picture);
 
-    [[nodiscard]] double Corner() const override { return look_.corner; }
+    [[nodiscard]] Outline GetOutline() const override { return {{0, 0, Size().width, Size().height}, look_.corner}; }
 
 private:
     void DescribeLook(DrawList& list, const LookContext& context) override;
 
     BoxLook look_;
-    Rgba pressedColor_;
+    std::optional<Rgba> pressedColor_;
     TextBlock text_;
     Rgba textColor_;
-    Rgba pressedTextColor_;
+    std::optional<Rgba> pressedTextColor_;
     std::shared_ptr<const Picture> picture_;
     std::shared_ptr<const Picture> pressedPicture_;
 };

@@ -26,6 +26,11 @@ constexpr RectF kValue{32, 488, 160, 60};
 constexpr RectF kMinus{16, 552, 92, 92};
 constexpr RectF kPlus{116, 552, 92, 92};
 
+constexpr RectF kKeys{16, 16, 608, 340};
+constexpr std::size_t kKeyColumns = 6;
+constexpr std::size_t kKeyRows = 3;
+constexpr double kKeyGap = 10;
+
 constexpr double kReach = 16;  ///< how far beside field and slider a finger still means them
 constexpr double kCorner = 14;
 constexpr double kLine = 3;
@@ -52,8 +57,22 @@ constexpr PixelSize kFieldPoints{6 * kFieldPointsPerSixth, 64};
 constexpr Microseconds kRepeatDelay = 400 * kMicrosecondsPerMillisecond;
 constexpr Microseconds kRepeatInterval = 60 * kMicrosecondsPerMillisecond;
 constexpr int kShiftedStep = 16;
+// A held stepper takes its time for the first few values and then hurries, so that it is through all 256 in 3 s: even
+// with timers that fire a frame late 40 repeats fit in after the delay, and 1 + 12 * 1 + 12 * 4 + 16 * 13 = 269.
+constexpr int kSlowRepeats = 12;
+constexpr int kQuickRepeats = 24;
+constexpr int kQuickStep = 4;
+constexpr int kHurriedStep = 13;
 constexpr std::size_t kHexDigits = 6;
 constexpr int kHexBase = 16;
+
+constexpr const char* kHexDigitNames = "0123456789ABCDEF";
+
+std::string NameOfKey(std::size_t key) {
+    if (key == ColorPickerParts::kEraseKey) return "←";
+    if (key == ColorPickerParts::kLeaveKey) return "×";
+    return std::string(1, kHexDigitNames[key]);
+}
 
 void AddCircle(DrawList& list, PointF center, double radius, double lineWidth, Rgba color) {
     const RectF rect{center.x - radius, center.y - radius, 2 * radius, 2 * radius};
@@ -77,6 +96,14 @@ ColorPickerParts::ColorPickerParts(SizeF size) {
     slider = scaled(kSlider);
     swatch = scaled(kSwatch);
     digits = scaled(kDigits);
+    constexpr double kKeyWidth = (kKeys.width - (kKeyColumns - 1) * kKeyGap) / kKeyColumns;
+    constexpr double kKeyHeight = (kKeys.height - (kKeyRows - 1) * kKeyGap) / kKeyRows;
+    for (std::size_t key = 0; key < keys.size(); ++key) {
+        const double column = static_cast<double>(key % kKeyColumns);
+        const double row = static_cast<double>(key / kKeyColumns);
+        keys[key] = scaled(
+            {kKeys.x + column * (kKeyWidth + kKeyGap), kKeys.y + row * (kKeyHeight + kKeyGap), kKeyWidth, kKeyHeight});
+    }
     double shift = 0;
     for (Channel& channel : channels) {
         channel = {scaled(kValue, shift), scaled(kMinus, shift), scaled(kPlus, shift)};
@@ -94,8 +121,7 @@ void ColorPickerNode::SetColor(Rgba color) {
     isReportDue_ = false;
     EndDrag();
     picked_.Set(color);
-    typed_.clear();
-    LookChanged();
+    ShowKeys(false);
 }
 
 void ColorPickerNode::Pick(Rgba color) {
@@ -126,8 +152,22 @@ void ColorPickerNode::OnFinger(const FingerEvent& event) {
 }
 
 void ColorPickerNode::Press(const ColorPickerParts& parts, PointF place) {
+    if (parts.digits.Contains(place)) {
+        ShowKeys(!areKeysShown_);
+        return;
+    }
+    if (areKeysShown_) {
+        const auto key =
+            std::find_if(parts.keys.begin(), parts.keys.end(), [&](const RectF& rect) { return rect.Contains(place); });
+        if (key != parts.keys.end()) {
+            PressKey(static_cast<std::size_t>(key - parts.keys.begin()));
+            return;
+        }
+    }
     const double reach = kReach * parts.unit;
-    if (parts.field.Grown(reach).Contains(place)) {
+    if (areKeysShown_) {
+        // Neither field nor slider is there.
+    } else if (parts.field.Grown(reach).Contains(place)) {
         held_ = Part::kField;
     } else if (parts.slider.Grown(reach).Contains(place)) {
         held_ = Part::kSlider;
@@ -144,14 +184,35 @@ void ColorPickerNode::Press(const ColorPickerParts& parts, PointF place) {
         heldChannel_ = channel;
         heldStep_ = isMinus ? -1 : 1;
         isHeldInside_ = true;
+        repeats_ = 0;
         Step();
         RepeatStepAfter(kRepeatDelay);
     }
 }
 
+void ColorPickerNode::PressKey(std::size_t key) {
+    held_ = Part::kKey;
+    heldKey_ = key;
+    LookChanged();
+    if (key == ColorPickerParts::kLeaveKey) {
+        ShowKeys(false);
+    } else if (key == ColorPickerParts::kEraseKey) {
+        if (!typed_.empty()) typed_.pop_back();
+    } else {
+        Type(static_cast<int>(key));
+    }
+}
+
+void ColorPickerNode::ShowKeys(bool areShown) {
+    areKeysShown_ = areShown;
+    typed_.clear();
+    LookChanged();
+}
+
 void ColorPickerNode::Drag(const ColorPickerParts& parts, PointF place) {
     switch (held_) {
         case Part::kNone:
+        case Part::kKey:
             break;
         case Part::kField:
             picked_.SetHueAndSaturation((place.x - parts.field.x) / parts.field.width * PickedColor::kHueEnd,
@@ -179,13 +240,17 @@ void ColorPickerNode::EndDrag() {
 }
 
 void ColorPickerNode::Step() {
-    picked_.SetChannel(heldChannel_, picked_.Channel(heldChannel_) + heldStep_);
+    const int pace = repeats_ <= kSlowRepeats ? 1 : repeats_ <= kQuickRepeats ? kQuickStep : kHurriedStep;
+    picked_.SetChannel(heldChannel_, picked_.Channel(heldChannel_) + heldStep_ * pace);
     Changed();
 }
 
 void ColorPickerNode::RepeatStepAfter(Microseconds delay) {
     repeatTimer_ = loop_.StartTimer(delay, [this] {
-        if (isHeldInside_) Step();
+        if (isHeldInside_) {
+            ++repeats_;
+            Step();
+        }
         RepeatStepAfter(kRepeatInterval);
     });
 }
@@ -218,13 +283,14 @@ bool ColorPickerNode::OnFocusKey(const FocusKeyEvent& event) {
 }
 
 void ColorPickerNode::Type(int digit) {
-    typed_ += "0123456789ABCDEF"[digit];
+    typed_ += kHexDigitNames[digit];
     LookChanged();
     if (typed_.size() < kHexDigits) return;
     const auto channel = [this](std::size_t first) {
         return static_cast<std::uint8_t>(std::stoi(typed_.substr(first, 2), nullptr, kHexBase));
     };
     picked_.Set({channel(0), channel(2), channel(4), picked_.Color().alpha});
+    areKeysShown_ = false;
     Changed();
 }
 
@@ -247,7 +313,7 @@ void ColorPickerNode::FlushReports() {
 }
 
 std::string ColorPickerNode::DigitsText() const {
-    if (!typed_.empty()) return '#' + typed_ + std::string(kHexDigits - typed_.size(), '_');
+    if (areKeysShown_ || !typed_.empty()) return '#' + typed_ + std::string(kHexDigits - typed_.size(), '_');
     const Rgba color = picked_.Color();
     std::array<char, 8> text{};
     std::snprintf(text.data(), text.size(), "#%02X%02X%02X", unsigned{color.red}, unsigned{color.green},
@@ -257,8 +323,12 @@ std::string ColorPickerNode::DigitsText() const {
 
 void ColorPickerNode::DescribeLook(DrawList& list, const LookContext& context) {
     const ColorPickerParts parts(list.Size());
-    DescribeField(parts, context, list);
-    DescribeSlider(parts, list);
+    if (areKeysShown_) {
+        DescribeKeys(parts, context, list);
+    } else {
+        DescribeField(parts, context, list);
+        DescribeSlider(parts, list);
+    }
     DescribeValue(parts, context, list);
     for (int channel = 0; channel < PickedColor::kChannels; ++channel) DescribeChannel(channel, parts, context, list);
 }
@@ -309,6 +379,17 @@ void ColorPickerNode::DescribeValue(const ColorPickerParts& parts, const LookCon
     AddOutline(list, parts.digits, corner, kLine * parts.unit, kInk);
     DescribeText(digitsText_, DigitsText(), parts.digits, kDigitsSize * parts.unit, HorizontalAlign::kCenter, context,
                  list);
+}
+
+void ColorPickerNode::DescribeKeys(const ColorPickerParts& parts, const LookContext& context, DrawList& list) {
+    const double corner = kCorner * parts.unit;
+    for (std::size_t key = 0; key < parts.keys.size(); ++key) {
+        const bool isPressed = held_ == Part::kKey && heldKey_ == key;
+        AddFilling(list, parts.keys[key], corner, isPressed ? kPressedPaper : kPaper);
+        AddOutline(list, parts.keys[key], corner, kLine * parts.unit, kInk);
+        DescribeText(keyTexts_[key], NameOfKey(key), parts.keys[key], kDigitsSize * parts.unit,
+                     HorizontalAlign::kCenter, context, list);
+    }
 }
 
 void ColorPickerNode::DescribeChannel(int channel, const ColorPickerParts& parts, const LookContext& context,

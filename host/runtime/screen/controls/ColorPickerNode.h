@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -27,11 +28,17 @@ struct ColorPickerParts {
         RectF plus;
     };
     std::array<Channel, PickedColor::kChannels> channels;
+    /// The keys for typing the value, which take the place of field and slider: the sixteen digits, then the two below.
+    static constexpr std::size_t kEraseKey = 16;
+    static constexpr std::size_t kLeaveKey = 17;
+    static constexpr std::size_t kKeyCount = 18;
+    std::array<RectF, kKeyCount> keys;
 };
 
 /// Picks a colour: a field for hue and saturation, a slider for brightness, a swatch with the value in hexadecimal, and
-/// steppers for red, green and blue that repeat while they are held. With the focus, arrows choose and move a channel
-/// and hexadecimal digits type the value. UI thread only.
+/// steppers for red, green and blue that repeat while they are held, faster with time. A touch of the value brings keys
+/// to type another. With the focus, arrows choose and move a channel and hexadecimal digits type the value. UI thread
+/// only.
 class ColorPickerNode final : public Node {
 public:
     /// `loop` outlives the node.
@@ -51,7 +58,7 @@ public:
     void FlushReports() override;
 
 private:
-    enum class Part { kNone, kField, kSlider, kStepper };
+    enum class Part { kNone, kField, kSlider, kStepper, kKey };
 
     void DescribeLook(DrawList& list, const LookContext& context) override;
     void DescribeField(const ColorPickerParts& parts, const LookContext& context, DrawList& list);
@@ -61,7 +68,11 @@ private:
     void DescribeText(TextBlock& block, const std::string& text, const RectF& box, double size, HorizontalAlign align,
                       const LookContext& context, DrawList& list);
 
+    void DescribeKeys(const ColorPickerParts& parts, const LookContext& context, DrawList& list);
     void Press(const ColorPickerParts& parts, PointF place);
+    void PressKey(std::size_t key);
+    /// Shows or hides the keys; what was typed so far is dropped.
+    void ShowKeys(bool areShown);
     void Drag(const ColorPickerParts& parts, PointF place);
     void EndDrag();
     void Step();
@@ -78,6 +89,8 @@ private:
     Part held_ = Part::kNone;
     int heldChannel_ = 0;
     int heldStep_ = 0;
+    int repeats_ = 0;  ///< of the held stepper
+    std::size_t heldKey_ = 0;
     bool isHeldInside_ = false;
     TimerQueue::Id repeatTimer_ = TimerQueue::kNone;
 
@@ -85,8 +98,10 @@ private:
     bool hasFocus_ = false;
     int keyChannel_ = 0;
     std::string typed_;  ///< hexadecimal digits, until there are six
+    bool areKeysShown_ = false;
 
     TextBlock digitsText_;
+    std::array<TextBlock, ColorPickerParts::kKeyCount> keyTexts_;
     std::array<TextBlock, PickedColor::kChannels> nameTexts_;
     std::array<TextBlock, PickedColor::kChannels> valueTexts_;
 };

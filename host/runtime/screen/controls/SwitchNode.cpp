@@ -17,6 +17,13 @@ constexpr double kPressedShade = 0.85;
 constexpr Rgba kKnobColor{255, 255, 255, 255};
 constexpr Rgba kShadowColor{0, 0, 0, 64};
 
+// Where the track lies in a switch of that size.
+RectF TrackIn(SizeF size) {
+    const double height = std::min(size.height * kTrackPerHeight, size.width / kTrackShape);
+    const double width = height * kTrackShape;
+    return {size.width - width, (size.height - height) / 2, width, height};
+}
+
 }  // namespace
 
 void SwitchNode::SetColors(Rgba uncheckedColor, Rgba checkedColor) {
@@ -41,11 +48,15 @@ void SwitchNode::SetChecked(bool isChecked) {
     LookChanged();
 }
 
+Node::Outline SwitchNode::GetOutline() const {
+    const RectF track = TrackIn(Size());
+    return {track, track.height / 2};
+}
+
 void SwitchNode::DescribeLook(DrawList& list, const LookContext& context) {
     const SizeF size = list.Size();
-    const double trackHeight = std::min(size.height * kTrackPerHeight, size.width / kTrackShape);
-    const double trackWidth = trackHeight * kTrackShape;
-    const RectF track{size.width - trackWidth, (size.height - trackHeight) / 2, trackWidth, trackHeight};
+    const RectF track = TrackIn(size);
+    const double trackHeight = track.height;
     const Rgba color = isChecked_ ? checkedColor_ : uncheckedColor_;
     AddFilling(list, track, trackHeight / 2, IsPressed() ? Shaded(color, kPressedShade) : color);
 

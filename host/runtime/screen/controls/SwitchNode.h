@@ -19,7 +19,8 @@ public:
     void SetChecked(bool isChecked);
     [[nodiscard]] bool IsChecked() const { return isChecked_; }
 
-    [[nodiscard]] double Corner() const override { return Size().height / 2; }
+    /// The track's.
+    [[nodiscard]] Outline GetOutline() const override;
 
 private:
     void Act() override { SetChecked(!isChecked_); }

@@ -8,7 +8,7 @@ namespace host {
 namespace {
 
 constexpr double kShrinkPerTry = 0.94;
-constexpr double kEdgePerSize = 0.12;  ///< width of the glyphs' edge, of the text's size
+constexpr double kEdgePerSize = 0.12;  ///< width of the strongest edge, of the text's size
 
 // What is left between a box and the text in it, by the alignment.
 double Lead(HorizontalAlign align, double space) {
@@ -49,7 +49,7 @@ void TextBlock::SetText(const std::string& text) {
     layout_.reset();
 }
 
-void TextBlock::Describe(const LookContext& context, const RectF& box, Rgba color, std::optional<Rgba> edge,
+void TextBlock::Describe(const LookContext& context, const RectF& box, Rgba color, std::optional<Edge> edge,
                          DrawList& list) {
     if (look_.text.empty() || box.width <= 0 || box.height <= 0) return;
     const bool fits =
@@ -62,7 +62,7 @@ void TextBlock::Describe(const LookContext& context, const RectF& box, Rgba colo
     drawn.topLeft = {box.x + Lead(look_.align, std::max(0.0, box.width - extent.width)),
                      box.y + Lead(look_.verticalAlign, std::max(0.0, box.height - extent.height))};
     drawn.color = color;
-    if (edge) drawn.edge = TextEdge{shapedSize_ * kEdgePerSize, *edge};
+    if (edge) drawn.edge = TextEdge{shapedSize_ * kEdgePerSize * edge->strength, edge->color};
     list.Add(std::move(drawn));
 }
 

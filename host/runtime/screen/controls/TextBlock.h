@@ -18,8 +18,13 @@ public:
     void SetText(const std::string& text);
     [[nodiscard]] const TextLook& Look() const { return look_; }
 
+    /// The edge of a text's glyphs.
+    struct Edge {
+        Rgba color;
+        double strength = 1;  ///< share of the widest that looks good, 0..1
+    };
     /// Adds the text to `list` so that it lies in `box`, shrunk where it must be. With `edge`, its glyphs get an edge.
-    void Describe(const LookContext& context, const RectF& box, Rgba color, std::optional<Rgba> edge, DrawList& list);
+    void Describe(const LookContext& context, const RectF& box, Rgba color, std::optional<Edge> edge, DrawList& list);
 
 private:
     void Shape(const LookContext& context, SizeF box);
