@@ -107,9 +107,11 @@ void Scene(benchmark::State& state) {
     TestPhone phone({}, package.Path());
     phone.At(1000, [&] {
         MeasureFrames(state, phone);
-        phone.GetRuntime().RequestEnd();
+        phone.GetPhone().RequestEnd();
     });
-    Tizen::App::UiApp::Execute(SceneApp::CreateInstance, nullptr);
+    phone.GetPhone().Run(
+        [](int, char**) { return static_cast<int>(Tizen::App::UiApp::Execute(SceneApp::CreateInstance, nullptr)); },
+        [](int) {});
 }
 BENCHMARK(Scene)->Name("frame|ours");
 

@@ -11,7 +11,7 @@
 #include "Tizen/Ui/Controls/Frame.h"
 #include "backend/desktop/DesktopBackend.h"
 #include "play/JHole.h"
-#include "runtime/Runtime.h"
+#include "runtime/Phone.h"
 #include "runtime/screen/Screen.h"
 #include "shared/ResourceIds.h"
 #include "support/TemporaryFolder.h"
@@ -33,12 +33,14 @@ JHole& FirstHole() {
 
 void RedrawHole(benchmark::State& state) {
     const TemporaryFolder data;
-    const auto backend = host::CreateDesktopBackend({BREVANT_PACKAGE, data.Path()});
-    host::RuntimeOptions options;
-    options.isMicrophoneSimulated = true;
-    host::Runtime runtime(*backend, options);
+    const host::BackendEntry entry{"bench", host::Attendance::kAttended, host::MicrophoneSupport::kNone,
+                                   host::IsDesktopAvailable, host::CreateDesktopBackend};
+    host::Options options;
+    options.rest = {"brevant"};
+    host::Phone phone(entry, {BREVANT_PACKAGE, data.Path()}, options);
+    host::Runtime& runtime = phone.GetRuntime();
     std::string problem;
-    if (!runtime.Open(problem)) return state.SkipWithError(problem.c_str());
+    if (!phone.Open(problem)) return state.SkipWithError(problem.c_str());
 
     runtime.GetLoop().StartTimer(kPlayScreenShown, [&] {
         const std::array<Tizen::Graphics::Color, 2> colors{Tizen::Graphics::Color(255, 194, 48, 255),
@@ -56,11 +58,9 @@ void RedrawHole(benchmark::State& state) {
                 screen.ComposeIfDue(now);
             });
         if (screen.FramesComposed() != before + asked) state.SkipWithError("a frame was left out");
-        runtime.RequestEnd();
+        phone.RequestEnd();
     });
-    std::array<char, 8> name{"brevant"};
-    std::array<char*, 2> arguments{name.data(), nullptr};
-    OspMain(1, arguments.data());
+    phone.Run(OspMain, [](int) {});
 }
 // The play screen is there after seconds only: the number of redraws is not sought by trying.
 BENCHMARK(RedrawHole)->Name("hole|ours")->Iterations(3000);

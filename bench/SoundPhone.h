@@ -18,11 +18,8 @@
 class SoundPhone {
 public:
     SoundPhone() : backend_({BREVANT_PACKAGE, data_.Path()}) {
-        host::RuntimeOptions options;
-        options.isMicrophoneSimulated = true;
-        runtime_ = std::make_unique<host::Runtime>(backend_, options);
         std::string problem;
-        if (!runtime_->Open(problem)) throw std::runtime_error(problem);
+        if (!runtime_.Prepare(problem) || !runtime_.Open(listener_, problem)) throw std::runtime_error(problem);
     }
 
     /// A folder that is gone with the phone.
@@ -34,7 +31,7 @@ public:
         std::array<float, kPeriodFrames> frames{};
         backend_.speaker.Pull(frames);
         now_ += kPeriodFrames * host::kMicrosecondsPerSecond / kRate;
-        runtime_->GetLoop().RunDue(now_, kIsEnding);
+        runtime_.GetLoop().RunDue(now_, kIsEnding);
         return std::any_of(frames.begin(), frames.end(), [](float frame) { return frame != 0; });
     }
     void RunPeriods(int count) {
@@ -60,13 +57,10 @@ private:
     struct ByHand final : host::Backend, host::LoopDriver {
         explicit ByHand(const host::BackendOptions& options) : headless(host::CreateHeadlessBackend(options)) {}
 
-        host::Clock& GetClock() override { return headless->GetClock(); }
-        host::LoopDriver& GetLoopDriver() override { return *this; }
-        host::Window& GetWindow() override { return headless->GetWindow(); }
-        host::Painter& GetPainter() override { return headless->GetPainter(); }
-        host::Speaker& GetSpeaker() override { return speaker; }
-        host::Microphone& GetMicrophone() override { return headless->GetMicrophone(); }
-        host::Storage& GetStorage() override { return headless->GetStorage(); }
+        host::BackendParts Parts() override {
+            const host::BackendParts parts = headless->Parts();
+            return {parts.clock, *this, parts.window, parts.painter, speaker, parts.microphone, parts.storage};
+        }
 
         void Run(host::LoopClient&) override {}
         void Wake() noexcept override {}
@@ -77,6 +71,11 @@ private:
 
     TemporaryFolder data_;
     ByHand backend_;
-    std::unique_ptr<host::Runtime> runtime_;
+    struct : host::WindowListener {
+        void OnVisibilityChanged(host::Visibility) override {}
+        void OnCloseRequested() override {}
+    } listener_;
+    const host::Options options_;
+    host::Runtime runtime_{backend_.Parts(), options_, host::MicrophoneSupport::kNone};
     host::Microseconds now_ = 0;
 };

@@ -14,32 +14,44 @@
 
 namespace host {
 
-/// Everything that differs between a desktop, a test and a browser, as one set made by one factory. The runtime takes
-/// references and never outlives it.
+/// The parts of a back end. They live as long as it does.
+struct BackendParts {
+    Clock& clock;
+    LoopDriver& loopDriver;
+    Window& window;
+    Painter& painter;
+    Speaker& speaker;
+    Microphone& microphone;
+    Storage& storage;
+};
+
+/// Everything that differs between a desktop, a test and a browser, as one set made by one factory.
 class Backend {
 public:
     virtual ~Backend() = default;
 
-    [[nodiscard]] virtual Clock& GetClock() = 0;
-    [[nodiscard]] virtual LoopDriver& GetLoopDriver() = 0;
-    [[nodiscard]] virtual Window& GetWindow() = 0;
-    [[nodiscard]] virtual Painter& GetPainter() = 0;
-    [[nodiscard]] virtual Speaker& GetSpeaker() = 0;
-    [[nodiscard]] virtual Microphone& GetMicrophone() = 0;
-    [[nodiscard]] virtual Storage& GetStorage() = 0;
+    [[nodiscard]] virtual BackendParts Parts() = 0;
 };
 
 struct BackendOptions {
     std::string packageRoot;  ///< with a separator at its end
-    std::string dataRoot;     ///< with a separator at its end
+    std::string dataRoot;     ///< with a separator at its end; empty when nothing can be kept
 };
+
+/// Whether a person is in front of it, who ends the program. Nobody ends an unattended one: it ends by itself after its
+/// performance.
+enum class Attendance { kAttended, kUnattended };
+/// Whether it has a microphone of its own. One without hears performances and breath files.
+enum class MicrophoneSupport { kDevice, kNone };
 
 /// A row of the launcher's table of back ends.
 struct BackendEntry {
     std::string_view name;
+    Attendance attendance = Attendance::kAttended;
+    MicrophoneSupport microphone = MicrophoneSupport::kDevice;
     /// Whether it can work on this machine now.
-    bool (*isAvailable)();
-    std::unique_ptr<Backend> (*create)(const BackendOptions& options);
+    bool (*isAvailable)() = nullptr;
+    std::unique_ptr<Backend> (*create)(const BackendOptions& options) = nullptr;
 };
 
 }  // namespace host

@@ -64,7 +64,8 @@ public:
 
     /// The folder of the package, with a separator at its end.
     [[nodiscard]] virtual const std::string& PackageRoot() const = 0;
-    /// The folder of the user's data, with a separator at its end. It is made when something is first written to it.
+    /// The folder of the user's data, with a separator at its end; empty when there is none. It is made when something
+    /// is first written to it.
     [[nodiscard]] virtual const std::string& DataRoot() const = 0;
 
     /// Empty when there is no regular file of that path.
@@ -79,6 +80,8 @@ public:
     /// Opens a file for writing, and makes it when it is missing; its folder must be there. Null with the reason in
     /// `problem` when it cannot be written. Nothing that the path held is lost before the first Append.
     [[nodiscard]] virtual std::unique_ptr<OutputFile> OpenOutput(const std::string& path, std::string& problem) = 0;
+    /// Makes the folder, and those above it, where they are missing; false when it cannot be.
+    [[nodiscard]] virtual bool MakeFolder(const std::string& folder) = 0;
     /// Puts `content` in the file's place whole and durably: at any moment, also after a kill or with a full disk, the
     /// path holds either the old or the new content. False when the old one is still there.
     [[nodiscard]] virtual bool Replace(const std::string& path, std::span<const std::byte> content) = 0;

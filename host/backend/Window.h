@@ -30,8 +30,8 @@ struct KeyInput {
     ShiftKey shift = ShiftKey::kReleased;
 };
 
-/// Receives what happens to a window, on the UI thread.
-class WindowListener {
+/// Receives what is done on a window and what becomes of its pixels, on the UI thread.
+class InputListener {
 public:
     virtual void OnTouch(const TouchInput& touch) = 0;
     virtual void OnKey(const KeyInput& key) = 0;
@@ -41,7 +41,17 @@ public:
     virtual void OnResized() = 0;
     /// The window's pixels were lost; all of it must be presented again.
     virtual void OnExposed() = 0;
-    virtual void OnVisibilityChanged(bool isVisible) = 0;
+
+protected:
+    ~InputListener() = default;
+};
+
+enum class Visibility { kHidden, kVisible };
+
+/// Receives what becomes of a window as a whole, on the UI thread.
+class WindowListener {
+public:
+    virtual void OnVisibilityChanged(Visibility visibility) = 0;
     virtual void OnCloseRequested() = 0;
 
 protected:
@@ -54,7 +64,8 @@ public:
     virtual ~Window() = default;
 
     /// Opens the window for a phone screen of `screen` pixels; false when there is no display for it.
-    [[nodiscard]] virtual bool Open(std::string_view title, PixelSize screen, WindowListener& listener) = 0;
+    [[nodiscard]] virtual bool Open(std::string_view title, PixelSize screen, WindowListener& listener,
+                                    InputListener& input) = 0;
     /// No listener is called after this.
     virtual void Close() = 0;
 

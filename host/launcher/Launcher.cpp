@@ -4,17 +4,15 @@
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "backend/Backend.h"
 #include "backend/headless/HeadlessBackend.h"
-#include "launcher/Options.h"
+#include "launcher/CommandLine.h"
 #include "launcher/Surroundings.h"
-#include "runtime/Runtime.h"
-#include "runtime/performance/Performance.h"
 #ifdef BREVANT_DESKTOP
 #include "backend/desktop/DesktopBackend.h"
 #endif
@@ -28,15 +26,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr int kNeverEnded = 1;
 constexpr int kRefused = 2;
-constexpr std::string_view kHeadless = "headless";
 
 // In the order in which they are tried when no name was given. Headless works everywhere, so it comes last.
 constexpr auto kBackends = std::to_array<BackendEntry>({
 #ifdef BREVANT_DESKTOP
-    {"desktop", IsDesktopAvailable, CreateDesktopBackend},
+    {"desktop", Attendance::kAttended, MicrophoneSupport::kDevice, IsDesktopAvailable, CreateDesktopBackend},
 #endif
-    {kHeadless, IsHeadlessAvailable, CreateHeadlessBackend},
+    {"headless", Attendance::kUnattended, MicrophoneSupport::kNone, IsHeadlessAvailable, CreateHeadlessBackend},
 });
 
 std::vector<std::string> BackendNames() {
@@ -46,20 +44,30 @@ std::vector<std::string> BackendNames() {
     return names;
 }
 
+// The one of that name, or the first that works here; null when that is none.
 const BackendEntry* FindBackend(const std::optional<std::string>& name) {
     for (const BackendEntry& entry : kBackends) {
-        if (name ? entry.name == *name : entry.isAvailable()) return &entry;
+        if ((!name || entry.name == *name) && entry.isAvailable()) return &entry;
     }
     return nullptr;
 }
 
+void Say(const std::string& line) {
+    std::fprintf(stderr, "brevant: %s\n", line.c_str());
+}
+
 int Refuse(const std::string& reason) {
-    std::fprintf(stderr, "brevant: %s\n", reason.c_str());
+    Say(reason);
     return kRefused;
 }
 
+int Show(const std::string& text) {
+    const bool isShown = std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+    return isShown ? 0 : Refuse("the standard output cannot be written");
+}
+
 std::string WithSeparator(const std::string& folder) {
-    return !folder.empty() && folder.back() == '/' ? folder : folder + '/';
+    return folder.empty() || folder.back() == '/' ? folder : folder + '/';
 }
 
 // A folder that may still have to be made: empty, or the reason why it cannot be one.
@@ -82,73 +90,35 @@ void KeepLargeBlocks() {
 #endif
 }
 
-bool TakesScreenshots(const Performance& performance) {
-    for (const Performance::Step& step : performance.Steps()) {
-        if (std::holds_alternative<ScreenshotAction>(step.action)) return true;
-    }
-    return false;
-}
-
-bool MakeFolder(const std::string& folder) {
-    std::error_code error;
-    fs::create_directories(folder, error);
-    return fs::is_directory(folder, error);
-}
-
 }  // namespace
 
 int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     KeepLargeBlocks();
-    OptionsOutcome outcome = ReadOptions(argc, argv, BackendNames());
-    if (outcome.kind == OptionsOutcome::Kind::kRefuse) return Refuse(outcome.text);
-    if (outcome.kind == OptionsOutcome::Kind::kShow) {
-        std::fputs(outcome.text.c_str(), stdout);
-        return 0;
-    }
-    Options& options = outcome.options;
+    CommandLine line = ReadCommandLine(argc, argv, BackendNames());
+    if (line.kind == CommandLine::Kind::kRefuse) return Refuse(line.text);
+    if (line.kind == CommandLine::Kind::kShow) return Show(line.text);
+    Options& options = line.options;
+    options.preferredLanguage = LocaleLanguage();
 
-    const std::string dataFolder = options.dataFolder ? *options.dataFolder : DefaultDataFolder();
-    std::string problem = ReasonAgainstFolder(dataFolder, "--data");
+    std::string problem;
+    if (options.dataFolder) problem = ReasonAgainstFolder(*options.dataFolder, "--data");
     if (problem.empty()) problem = ReasonAgainstFolder(options.screenshots, "--screenshots");
     if (!problem.empty()) return Refuse(problem);
     const std::string packageRoot = FindPackageRoot();
-    if (packageRoot.empty()) return Refuse("the package's files are not in share/brevant beside the program or one folder above it");
-
-    RuntimeOptions runtimeOptions;
-    runtimeOptions.screen = options.screen;
-    runtimeOptions.language = options.language ? *options.language : LocaleLanguage();
-    runtimeOptions.languageChoice = options.language ? LanguageChoice::kAskedFor : LanguageChoice::kPreferred;
-    runtimeOptions.ringtoneVolume = options.ringtoneVolume;
-    runtimeOptions.recordPath = options.record;
-    runtimeOptions.breathPath = options.breath;
-    runtimeOptions.tracePath = options.trace;
-    runtimeOptions.hasTraceTimers = options.hasTraceTimers;
-    runtimeOptions.screenshotFolder = options.screenshots;
-    if (options.performance) {
-        runtimeOptions.performance = Performance::Load(*options.performance, problem);
-        if (!runtimeOptions.performance) return Refuse(problem);
-        if (TakesScreenshots(*runtimeOptions.performance) && !MakeFolder(options.screenshots)) {
-            return Refuse(options.screenshots + ": the folder for the screenshots cannot be made");
-        }
+    if (packageRoot.empty()) {
+        return Refuse("the package's files are not in share/brevant beside the program or one folder above it");
     }
-
     const BackendEntry* entry = FindBackend(options.backend);
-    if (entry == nullptr || !entry->isAvailable())
-        return Refuse("no display can be reached; --backend headless needs none");
-    const bool isHeadless = entry->name == kHeadless;
-    if (isHeadless && !runtimeOptions.performance) runtimeOptions.performance = std::make_shared<const Performance>();
-    runtimeOptions.endsAfterPerformance = isHeadless;
-    runtimeOptions.isMicrophoneSimulated = isHeadless || options.breath || options.performance;
+    if (entry == nullptr) return Refuse("no display can be reached; --backend headless needs none");
 
-    const auto backend = entry->create({packageRoot, WithSeparator(dataFolder)});
-    Runtime runtime(*backend, std::move(runtimeOptions));
-    if (!runtime.Open(problem)) return Refuse(problem);
+    const std::string dataFolder = options.dataFolder ? *options.dataFolder : DefaultDataFolder();
+    Phone phone(*entry, {packageRoot, WithSeparator(dataFolder)}, std::move(options));
+    if (!phone.Open(problem)) return Refuse(problem);
+    if (dataFolder.empty()) Say("settings are not kept: HOME is not set, and no --data DIR is given");
 
-    std::vector<char*> rest;
-    for (std::string& argument : options.rest) rest.push_back(argument.data());
-    const int restCount = static_cast<int>(rest.size());
-    rest.push_back(nullptr);
-    return entryPoint(restCount, rest.data());
+    int status = kNeverEnded;
+    phone.Run(entryPoint, [&status](int exitStatus) { status = exitStatus; });
+    return status;
 }
 
 }  // namespace host

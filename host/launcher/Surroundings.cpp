@@ -41,7 +41,8 @@ std::string DefaultDataFolder() {
     const std::string data = Environment("XDG_DATA_HOME");
     // "All paths set in these environment variables must be absolute": freedesktop.org, XDG base directories 0.8.
     if (!data.empty() && data.front() == '/') return data + "/brevant/";
-    return Environment("HOME") + "/.local/share/brevant/";
+    const std::string home = Environment("HOME");
+    return home.empty() ? home : home + "/.local/share/brevant/";
 }
 
 std::string LocaleLanguage() {

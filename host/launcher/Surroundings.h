@@ -9,7 +9,8 @@ namespace host {
 /// The package's folder with a separator at its end: share/brevant in the program's own folder or the one above it.
 /// Empty when there is none.
 [[nodiscard]] std::string FindPackageRoot();
-/// $XDG_DATA_HOME/brevant/, or what freedesktop.org's XDG base directories put in its place.
+/// $XDG_DATA_HOME/brevant/, or what freedesktop.org's XDG base directories put in its place; empty when the environment
+/// names no place.
 [[nodiscard]] std::string DefaultDataFolder();
 /// The two letters of the locale's language, "en" where it has none.
 [[nodiscard]] std::string LocaleLanguage();

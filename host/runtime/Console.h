@@ -14,7 +14,7 @@ public:
         if (!said_.insert(line).second) return;
         std::fprintf(stderr, "brevant: %s\n", line.c_str());
     }
-    /// Something that was asked for got lost on the way: the program ends with a failure.
+    /// As SayOnce, of something that was asked for and is lost: the program's exit status tells of it, too.
     void ReportLoss(const std::string& line) {
         hasLoss_ = true;
         SayOnce(line);
@@ -22,8 +22,8 @@ public:
     [[nodiscard]] bool HasLoss() const noexcept { return hasLoss_; }
 
 private:
-    bool hasLoss_ = false;
     std::set<std::string> said_;
+    bool hasLoss_ = false;
 };
 
 }  // namespace host

@@ -52,14 +52,14 @@ private:
 class HeadlessTest : public ::testing::Test {
 protected:
     std::unique_ptr<Backend> backend_ = CreateHeadlessBackend({"/package/", "/data/"});
-    LoopDriver& driver_ = backend_->GetLoopDriver();
-    Speaker& speaker_ = backend_->GetSpeaker();
-    TimingClient heard_{backend_->GetClock()};
+    LoopDriver& driver_ = backend_->Parts().loopDriver;
+    Speaker& speaker_ = backend_->Parts().speaker;
+    TimingClient heard_{backend_->Parts().clock};
 };
 
 TEST_F(HeadlessTest, JumpsFromOneDueTimeToTheNextAndStopsWhenNothingIsDue) {
     ScriptedClient client([&](Microseconds now) {
-        EXPECT_EQ(backend_->GetClock().Now(), now);
+        EXPECT_EQ(backend_->Parts().clock.Now(), now);
         if (now == 0) return Microseconds{30'000};
         if (now == 30'000) return Microseconds{3'600'000'000};
         return LoopClient::kNever;
@@ -137,24 +137,24 @@ TEST_F(HeadlessTest, IsUnharmedByThreadsThatWakeIt) {
 }
 
 TEST_F(HeadlessTest, HasAWindowOfThePhonesSizeThatKeepsItsPixels) {
-    class : public WindowListener {
+    class : public WindowListener, public InputListener {
         void OnTouch(const TouchInput&) override {}
         void OnKey(const KeyInput&) override {}
         void OnInputLost() override {}
         void OnResized() override {}
         void OnExposed() override {}
-        void OnVisibilityChanged(bool) override {}
+        void OnVisibilityChanged(Visibility) override {}
         void OnCloseRequested() override {}
     } listener;
-    Window& window = backend_->GetWindow();
-    ASSERT_TRUE(window.Open("Brevant", {48, 80}, listener));
+    Window& window = backend_->Parts().window;
+    ASSERT_TRUE(window.Open("Brevant", {48, 80}, listener, listener));
     EXPECT_EQ(window.Size(), (PixelSize{48, 80}));
     EXPECT_EQ(window.FrameInterval(), 16'667);
     EXPECT_EQ(window.Pixels().PixelAt(0, 0), (Rgba{0, 0, 0, 255}));
     window.Pixels().Clear({1, 2, 3, 255});
     window.Present(std::vector<PixelRect>{{0, 0, 10, 10}});
     EXPECT_EQ(window.Pixels().PixelAt(47, 79), (Rgba{1, 2, 3, 255}));
-    EXPECT_FALSE(window.Open("Brevant", {100'000, 100'000}, listener));
+    EXPECT_FALSE(window.Open("Brevant", {100'000, 100'000}, listener, listener));
 }
 
 }  // namespace

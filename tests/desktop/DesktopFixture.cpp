@@ -29,13 +29,13 @@ private:
 }  // namespace
 
 bool DesktopFixture::RunUntil(const std::function<bool()>& isDone) {
-    Waiting client(isDone, backend_->GetClock().Now() + kPatience);
-    backend_->GetLoopDriver().Run(client);
+    Waiting client(isDone, parts_.clock.Now() + kPatience);
+    parts_.loopDriver.Run(client);
     return client.HasSucceeded();
 }
 
 void DesktopFixture::OpenWindow(host::PixelSize screen) {
-    ASSERT_TRUE(backend_->GetWindow().Open(kTitle, screen, news_));
+    ASSERT_TRUE(parts_.window.Open(kTitle, screen, news_, news_));
     // A first round takes what opening itself has caused.
     int rounds = 0;
     ASSERT_TRUE(RunUntil([&] { return ++rounds > 10; }));

@@ -10,13 +10,15 @@
 #include "backend/desktop/DesktopBackend.h"
 
 /// What a window tells.
-struct WindowNews final : host::WindowListener {
+struct WindowNews final : host::WindowListener, host::InputListener {
     void OnTouch(const host::TouchInput& touch) override { touches.push_back(touch); }
     void OnKey(const host::KeyInput& key) override { keys.push_back(key); }
     void OnInputLost() override { ++inputLosses; }
     void OnResized() override { ++resizes; }
     void OnExposed() override {}
-    void OnVisibilityChanged(bool isVisible) override { visibilities.push_back(isVisible); }
+    void OnVisibilityChanged(host::Visibility visibility) override {
+        visibilities.push_back(visibility == host::Visibility::kVisible);
+    }
     void OnCloseRequested() override { ++closeRequests; }
 
     std::vector<host::TouchInput> touches;
@@ -38,5 +40,6 @@ protected:
     void OpenWindow(host::PixelSize screen);
 
     std::unique_ptr<host::Backend> backend_ = host::CreateDesktopBackend({"/", "/"});
+    host::BackendParts parts_ = backend_->Parts();
     WindowNews news_;
 };

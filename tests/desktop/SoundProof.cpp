@@ -92,7 +92,7 @@ protected:
 TEST_F(SoundProof, PlaysEveryFrameOnceAndNoneAfterTheClose) {
     Set("SDL_AUDIODRIVER", "disk");
     Set("SDL_DISKAUDIOFILE", folder_ / "played");
-    Speaker& speaker = backend_->GetSpeaker();
+    Speaker& speaker = parts_.speaker;
     speaker.Open(speakerClient_);
     PlayCounting(speaker);
     EXPECT_EQ(speaker.PeriodFrames(), 256);
@@ -119,7 +119,7 @@ TEST_F(SoundProof, PlaysEveryFrameOnceAndNoneAfterTheClose) {
 TEST_F(SoundProof, GoesOnPullingWhenTheDeviceIsLostAndPlaysOnTheNextOne) {
     Set("SDL_AUDIODRIVER", "disk");
     Set("SDL_DISKAUDIOFILE", "/dev/full");  // A device that fails as soon as something is written.
-    Speaker& speaker = backend_->GetSpeaker();
+    Speaker& speaker = parts_.speaker;
     speaker.Open(speakerClient_);
     PlayCounting(speaker);
     const int rate = speaker.Rate();
@@ -138,14 +138,14 @@ TEST_F(SoundProof, GoesOnPullingWhenTheDeviceIsLostAndPlaysOnTheNextOne) {
 
 TEST_F(SoundProof, PullsInTimeWithoutAnyDevice) {
     Set("SDL_AUDIODRIVER", "there is no such driver");
-    Speaker& speaker = backend_->GetSpeaker();
-    const Microseconds start = backend_->GetClock().Now();
+    Speaker& speaker = parts_.speaker;
+    const Microseconds start = parts_.clock.Now();
     speaker.Open(speakerClient_);
     EXPECT_EQ(speakerClient_.losses, 1);
     const int periods = 20;
     ASSERT_TRUE(RunUntil([&] { return speakerClient_.framesPlayed >= periods * speaker.PeriodFrames(); }));
     const Microseconds least = (periods - 2) * kMicrosecondsPerSecond * speaker.PeriodFrames() / speaker.Rate();
-    EXPECT_GE(backend_->GetClock().Now() - start, least);
+    EXPECT_GE(parts_.clock.Now() - start, least);
     EXPECT_EQ(speaker.Underruns(), 0U);
     speaker.Close();
 }
@@ -156,7 +156,7 @@ TEST_F(SoundProof, HearsEveryFrameInOrderAndFindsALostMicrophoneAgain) {
     folder_.Write("breath", {reinterpret_cast<const char*>(breath.data()), breath.size() * sizeof(float)});
     Set("SDL_AUDIODRIVER", "there is no such driver");
     Set("SDL_DISKAUDIOFILEIN", folder_ / "breath");
-    Microphone& microphone = backend_->GetMicrophone();
+    Microphone& microphone = parts_.microphone;
     microphone.Start(microphoneClient_);
     EXPECT_EQ(microphoneClient_.losses, 1);
     Set("SDL_AUDIODRIVER", "disk");

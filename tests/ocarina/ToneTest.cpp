@@ -12,6 +12,7 @@
 #include "Tizen/Ui/Controls/Frame.h"
 #include "play/BrevantForm.h"
 #include "play/FingeringTable.h"
+#include "runtime/sound/Sound.h"
 #include "shared/JLib.h"
 #include "sound/PitchPlayer.h"
 #include "support/TestPhone.h"
@@ -22,9 +23,9 @@ using Tizen::Base::String;
 
 constexpr int kPlayingMs = 2600;  // the splash is over by then
 
-host::RuntimeOptions TracedInto(const TemporaryFolder& folder) {
-    host::RuntimeOptions options;
-    options.tracePath = folder / "trace.jsonl";
+host::Options TracedInto(const TemporaryFolder& folder) {
+    host::Options options;
+    options.trace = folder / "trace.jsonl";
     return options;
 }
 
@@ -70,13 +71,13 @@ TEST(PlayVolume, FollowsTheRingtoneVolume) {
     const int volumes[] = {0, 6, 13, 19, 26, 33, 39, 46, 52, 59, 66, 72, 79, 85, 92, 99};
     TestPhone phone;
     for (int setting = 0; setting < 16; ++setting) {
-        phone.GetRuntime().SetRingtoneVolume(setting);
+        phone.GetRuntime().GetSound().SetRingtoneVolume(setting);
         EXPECT_EQ(volumes[setting], JLib::GetPlayVolume()) << setting;
     }
 }
 
 TEST(ScreenMetrics, FollowTheScreen) {
-    host::RuntimeOptions options;
+    host::Options options;
     options.screen = {1080, 2400};
     const TestPhone phone(options);
     JLib::InitScreenMetrics();
@@ -119,7 +120,7 @@ TEST(Breath, SoundsAboveAFifthOfFullScaleAndOnlyOnceWhileItLasts) {
             });
         };
         // Nothing but these reports: the microphone stops in the background.
-        phone.At(kPlayingMs, [&phone] { phone.GetRuntime().SetForeground(false); });
+        phone.At(kPlayingMs, [&phone] { phone.GetPhone().EnterBackground(); });
         int ms = kPlayingMs;
         for (const int peak : {152, 153, 200, 200, 152, 247, 255, 246, 135, 100, 0}) {
             report(ms += 100, static_cast<unsigned char>(peak));

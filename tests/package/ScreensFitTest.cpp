@@ -44,8 +44,8 @@ protected:
             for (const host::PixelSize screen : kScreens) {
                 host::Package package;
                 std::string problem;
-                ASSERT_TRUE(
-                    package.Load(backend_->GetStorage(), backend_->GetPainter(), language, screen, console_, problem))
+                ASSERT_TRUE(package.Load(backend_->Parts().storage, backend_->Parts().painter, language, screen,
+                                         console_, problem))
                     << problem;
                 for (const char* name : kLayouts) {
                     SCOPED_TRACE(std::string(name) + " in " + language + " at " + std::to_string(screen.width));
@@ -76,7 +76,7 @@ TEST_F(ScreensFit, NoTextIsCutOff) {
             style.maxHeight = control.bounds.height - 2 * control.box.borderWidth;
             // Beside a switch's text lies the switch, which is at most twice as wide as high.
             if (control.kind == ControlKind::kCheckButton) style.maxWidth -= 2 * control.bounds.height;
-            const auto text = backend_->GetPainter().CreateText(control.text.text, style, 1);
+            const auto text = backend_->Parts().painter.CreateText(control.text.text, style, 1);
             EXPECT_FALSE(text->IsEllipsized()) << control.name << ": " << control.text.text;
             EXPECT_LE(text->Measure().height, style.maxHeight + 0.5) << control.name;
         }
@@ -169,7 +169,7 @@ TEST_F(ScreensFit, EveryLanguageNamesItsNotes) {
     for (const Case& each : cases) {
         host::Package package;
         std::string problem;
-        ASSERT_TRUE(package.Load(backend_->GetStorage(), backend_->GetPainter(), each.language, {720, 1280}, console_,
+        ASSERT_TRUE(package.Load(backend_->Parts().storage, backend_->Parts().painter, each.language, {720, 1280}, console_,
                                  problem));
         const LayoutControl& help = *package.FindLayout("IDP_POPUP_HELP");
         for (std::size_t i = 0; i < each.names.size(); ++i) {

@@ -141,11 +141,11 @@ TEST(Composition, TakesPlaceAtOnceAndThenOnceADisplayFrame) {
     EXPECT_EQ(host::LoopClient::kNever, rig.screen_.ComposeIfDue(1000 + 5 * frame)) << "after a pause at once again";
     EXPECT_EQ(3U, rig.screen_.FramesComposed());
 
-    rig.screen_.OnVisibilityChanged(false);
+    rig.screen_.SetVisibility(host::Visibility::kHidden);
     change();
     EXPECT_EQ(host::LoopClient::kNever, rig.screen_.ComposeIfDue(1000 + 9 * frame));
     EXPECT_EQ(3U, rig.screen_.FramesComposed()) << "nobody would see it";
-    rig.screen_.OnVisibilityChanged(true);
+    rig.screen_.SetVisibility(host::Visibility::kVisible);
     rig.screen_.ComposeIfDue(1000 + 9 * frame);
     EXPECT_EQ(4U, rig.screen_.FramesComposed());
     EXPECT_EQ((std::vector<PixelRect>{{0, 0, 100, 200}}), rig.window_.presented_);
@@ -228,11 +228,11 @@ TEST(DrawList, StandsForManyOperationsByTheirPainting) {
     host::DrawList list({10, 10});
     for (int i = 0; i < 5; ++i) list.Add(host::FilledEllipse{{0, 0, 10, 10}, kGreen});
     EXPECT_EQ(5U, list.Length());
-    std::shared_ptr<host::Surface> painted = rig.backend_->GetPainter().CreateSurface({10, 10}, 1);
+    std::shared_ptr<host::Surface> painted = rig.backend_->Parts().painter.CreateSurface({10, 10}, 1);
     list.Paint(*painted);
     list.ReplaceBy(painted);
     EXPECT_EQ(1U, list.Length());
-    const auto again = rig.backend_->GetPainter().CreateSurface({10, 10}, 1);
+    const auto again = rig.backend_->Parts().painter.CreateSurface({10, 10}, 1);
     list.Paint(*again);
     for (int x = 0; x < 10; ++x) EXPECT_EQ(painted->PixelAt(x, 0), again->PixelAt(x, 0)) << x;
 }

@@ -69,9 +69,9 @@ Recorded<Base>* Made(const char* pName) {
 
 struct Phone {
     Phone() : pPhone(std::make_unique<TestPhone>(Options(trace))), phone(*pPhone) { calls.clear(); }
-    static host::RuntimeOptions Options(const TemporaryFolder& folder) {
-        host::RuntimeOptions options;
-        options.tracePath = folder / "trace";
+    static host::Options Options(const TemporaryFolder& folder) {
+        host::Options options;
+        options.trace = folder / "trace";
         return options;
     }
     host::EventLoop& Loop() { return phone.GetRuntime().GetLoop(); }
@@ -160,7 +160,7 @@ TEST(UserEvents, AreDeliveredAfterTheirSenderHasReturnedOrDroppedWithTheReceiver
         calls.push_back("returned");
         pOther->Destroy();
     });
-    rig.Loop().RunPosted();
+    rig.Loop().BeginInput();
     EXPECT_EQ((Log{"returned", "event 7 receiver"}), Log({calls[0], calls.back()}));
     pReceiver->Destroy();
     EXPECT_EQ((Log{"sent 7", "sent 8", "delivered 7", "dropped 8"}), rig.Trace("user-event"));

@@ -26,7 +26,8 @@ struct Files {
     bool Load(const char* language = "en", host::PixelSize screen = {720, 1280}) {
         problem_.clear();
         package_ = host::Package();
-        return package_.Load(backend_->GetStorage(), backend_->GetPainter(), language, screen, console_, problem_);
+        return package_.Load(backend_->Parts().storage, backend_->Parts().painter, language, screen, console_,
+                             problem_);
     }
 
     TemporaryFolder folder_;
@@ -207,9 +208,9 @@ TEST(Strings, ComeInTheChosenLanguageAndElseInEnglish) {
 
 TEST(Pictures, AreSharedAndComeFromTheImagesAlone) {
     Files files;
-    const auto surface = files.backend_->GetPainter().CreateSurface({3, 2}, 1);
-    ASSERT_TRUE(files.backend_->GetPainter().WritePng(*surface, files.folder_ / "images/a.png"));
-    ASSERT_TRUE(files.backend_->GetPainter().WritePng(*surface, files.folder_ / "outside.png"));
+    const auto surface = files.backend_->Parts().painter.CreateSurface({3, 2}, 1);
+    ASSERT_TRUE(files.backend_->Parts().painter.WritePng(*surface, files.folder_ / "images/a.png"));
+    ASSERT_TRUE(files.backend_->Parts().painter.WritePng(*surface, files.folder_ / "outside.png"));
     files.folder_.Write("images/broken.png", files.folder_.Read("images/a.png").substr(0, 40));
     ASSERT_TRUE(files.Load()) << files.problem_;
     const auto picture = files.package_.FindPicture("a.png");
@@ -228,7 +229,8 @@ TEST(Package, OfTheProgramLoadsInEveryLanguageForEveryScreen) {
             host::Console console;
             host::Package package;
             std::string problem;
-            EXPECT_TRUE(package.Load(backend->GetStorage(), backend->GetPainter(), language, screen, console, problem))
+            EXPECT_TRUE(
+                package.Load(backend->Parts().storage, backend->Parts().painter, language, screen, console, problem))
                 << problem;
         }
     }

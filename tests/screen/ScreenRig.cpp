@@ -24,18 +24,18 @@ void RecordingNode::Write(const std::string& what) {
 
 ScreenRig::ScreenRig(host::PixelSize window, const std::string& keys)
     : backend_(MakeBackend(folder_, keys)),
-      loop_(backend_->GetClock(), backend_->GetLoopDriver()),
-      trace_(loop_),
-      window_(backend_->GetPainter(), window),
+      loop_(backend_->Parts().clock, backend_->Parts().loopDriver),
+      trace_(loop_, console_),
+      window_(backend_->Parts().painter, window),
       package_([this] {
           host::Package package;
           std::string problem;
-          if (!package.Load(backend_->GetStorage(), backend_->GetPainter(), "en", kPhone, console_, problem)) {
+          if (!package.Load(backend_->Parts().storage, backend_->Parts().painter, "en", kPhone, console_, problem)) {
               throw std::runtime_error(problem);
           }
           return package;
       }()),
-      screen_(loop_, backend_->GetClock(), backend_->GetPainter(), window_, trace_, package_, *this, kPhone) {}
+      screen_(loop_, backend_->Parts().clock, backend_->Parts().painter, window_, trace_, package_, *this, kPhone) {}
 
 std::unique_ptr<host::Backend> ScreenRig::MakeBackend(const TemporaryFolder& folder, const std::string& keys) {
     std::filesystem::create_directory(folder / "layouts");

@@ -23,7 +23,7 @@ public:
     TestWindow(host::Painter& painter, host::PixelSize size) : painter_(painter) { Resize(size); }
 
     void Resize(host::PixelSize size) { pixels_ = painter_.CreateSurface(size, 1); }
-    bool Open(std::string_view, host::PixelSize, host::WindowListener&) override { return true; }
+    bool Open(std::string_view, host::PixelSize, host::WindowListener&, host::InputListener&) override { return true; }
     void Close() override {}
     host::PixelSize Size() const override { return pixels_->Size(); }
     host::Surface& Pixels() override { return *pixels_; }
@@ -101,9 +101,9 @@ public:
     TemporaryFolder folder_;
     std::unique_ptr<host::Backend> backend_;
     host::EventLoop loop_;
+    host::Console console_;
     host::Trace trace_;
     TestWindow window_;
-    host::Console console_;
     host::Package package_;
     std::vector<std::string> log_;
 

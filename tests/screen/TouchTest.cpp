@@ -87,7 +87,11 @@ TEST(Fingers, AreLiftedByWhateverTakesThemAway) {
     const Case cases[] = {
         {"cancel", [](Holes& rig) { rig.Touch(TouchPhase::kCancel, 0, 0); }},
         {"input lost", [](Holes& rig) { rig.screen_.OnInputLost(); }},
-        {"window hidden", [](Holes& rig) { rig.screen_.OnVisibilityChanged(false); }},
+        {"the foreground again",
+         [](Holes& rig) {
+             rig.screen_.SuspendInput();
+             rig.screen_.ResumeInput();
+         }},
         {"control hidden", [](Holes& rig) { rig.left->SetVisible(false); }},
         {"form hidden", [](Holes& rig) { rig.form->SetVisible(false); }},
         {"another form", [](Holes& rig) { rig.ShowForm("other"); }},

@@ -67,10 +67,10 @@ public:
     std::function<void()> meanwhile;
 };
 
-host::SoundOptions Simulated(const std::string& breathPath = "") {
-    host::SoundOptions options;
-    options.microphoneSource = host::MicrophoneSource::kSimulated;
-    if (!breathPath.empty()) options.breathPath = breathPath;
+host::Options Simulated(const std::string& breathPath = "") {
+    host::Options options;
+    options.performance = "none";  // A performance breathes; here the test does.
+    if (!breathPath.empty()) options.breath = breathPath;
     return options;
 }
 
@@ -416,7 +416,7 @@ TEST(Microphone, HearsSilenceWhileItIsLostAndPicksTheDeviceUpAgain) {
 TEST(Microphone, MayBeStoppedOrDestroyedWhereItDelivers) {
     for (const bool isSimulated : {true, false}) {
         for (int way = 0; way < 4; ++way) {
-            Rig rig(isSimulated ? Simulated() : host::SoundOptions{});
+            Rig rig(isSimulated ? Simulated() : host::Options{});
             rig.microphone.isPresent = way != 3;
             Listener listener(rig);
             listener.audioIn->Start();

@@ -470,8 +470,8 @@ TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
     const auto hear = [&](const std::vector<float>& more) { heard.insert(heard.end(), more.begin(), more.end()); };
     std::filesystem::create_directories(BREVANT_TEST_OUTPUT "sound");
     {
-        host::SoundOptions options;
-        options.recordPath = path;
+        host::Options options;
+        options.record = path;
         Rig rig(options);
         TestPlayer user;
         hear(rig.Hear(10));
@@ -500,10 +500,10 @@ TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
     const auto expected = From16Bit(heard);
     EXPECT_EQ(recorded, expected);
 
-    host::SoundOptions options;
-    options.recordPath = BREVANT_TEST_OUTPUT "no-such-folder/record.wav";
+    host::Options options;
+    options.record = BREVANT_TEST_OUTPUT "no-such-folder/record.wav";
     Rig rig(options);
-    EXPECT_EQ(rig.problem, *options.recordPath + ": No such file or directory");
+    EXPECT_EQ(rig.problem, *options.record + ": No such file or directory");
     EXPECT_FALSE(rig.speaker.IsMixing());
 }
 

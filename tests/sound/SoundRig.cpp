@@ -19,16 +19,19 @@ constexpr float kFullScale = 32767;
 
 }  // namespace
 
-Rig::Rig(host::SoundOptions options, int rate, int periodFrames)
-    : storage(BREVANT_PACKAGE, BREVANT_TEST_OUTPUT),
+Rig::Rig(host::Options asked, int rate, int periodFrames)
+    : options(std::move(asked)),
+      storage(BREVANT_PACKAGE, BREVANT_TEST_OUTPUT),
       folder_(std::filesystem::path(BREVANT_TEST_OUTPUT) / "sound" /
               testing::UnitTest::GetInstance()->current_test_info()->name()) {
     std::filesystem::create_directories(folder_);
-    EXPECT_TRUE(trace.Open(Path("trace"), host::Trace::Timers::kOmitted));
+    trace.Open(storage.OpenOutput(Path("trace"), problem), "trace", host::Trace::Timers::kOmitted);
     speaker.rate = rate;
     speaker.periodFrames = periodFrames;
     const host::SoundServices services{loop, storage, speaker, microphone, trace, console};
-    sound = std::make_unique<host::Sound>(services, options);
+    sound = std::make_unique<host::Sound>(
+        services, options,
+        options.breath || options.performance ? host::MicrophoneSupport::kNone : host::MicrophoneSupport::kDevice);
     const bool isPrepared = sound->Prepare(problem);
     EXPECT_EQ(isPrepared, problem.empty());
     if (isPrepared) sound->Open();
@@ -73,8 +76,7 @@ void Rig::Run(host::Microseconds duration) {
 }
 
 std::vector<std::string> Rig::CloseEvents() {
-    // Opening another file closes the first one.
-    EXPECT_TRUE(trace.Open(Path("trace-after"), host::Trace::Timers::kOmitted));
+    trace.Close();
     std::vector<std::string> events;
     std::ifstream file(Path("trace"));
     for (std::string line; std::getline(file, line);) {

@@ -59,7 +59,8 @@ struct TestMicrophone final : public host::Microphone {
 
 class Rig {
 public:
-    explicit Rig(host::SoundOptions options = {}, int rate = 44100, int periodFrames = 256);
+    /// With a breath file or a performance in the options the microphone is simulated.
+    explicit Rig(host::Options options = {}, int rate = 44100, int periodFrames = 256);
     ~Rig();
 
     /// Runs what is due now; then the speaker asks for its next period. Returns all that it was given.
@@ -74,11 +75,12 @@ public:
     /// A file in the test's own folder.
     std::string Path(const std::string& name) const { return (folder_ / name).string(); }
 
+    host::Options options;
     host::VirtualClock clock;
     Driver driver;
     host::EventLoop loop{clock, driver};
-    host::Trace trace{loop};
     host::Console console;
+    host::Trace trace{loop, console};
     host::PosixStorage storage;
     TestSpeaker speaker;
     TestMicrophone microphone;

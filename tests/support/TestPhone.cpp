@@ -1,6 +1,5 @@
 #include "support/TestPhone.h"
 
-#include <array>
 #include <stdexcept>
 #include <utility>
 
@@ -30,30 +29,34 @@ public:
 
 }  // namespace
 
-TestPhone::TestPhone(host::RuntimeOptions options, const std::string& packageRoot) {
-    options.isMicrophoneSimulated = true;
+TestPhone::TestPhone(host::Options options, const std::string& packageRoot) {
     // The ocarina keeps the settings' path for the life of the process; a test's process has several phones.
     JLib::__strRegFilePath.Clear();
-    backend_ = host::CreateHeadlessBackend({packageRoot, data_.Path()});
-    runtime_ = std::make_unique<host::Runtime>(*backend_, std::move(options));
+    options.rest = {"brevant"};
+    // Attended: without a performance a test says when it ends.
+    const host::BackendEntry entry{"test", host::Attendance::kAttended, host::MicrophoneSupport::kNone,
+                                   host::IsHeadlessAvailable, host::CreateHeadlessBackend};
+    phone_ = std::make_unique<host::Phone>(entry, host::BackendOptions{packageRoot, data_.Path()}, std::move(options));
     std::string problem;
-    if (!runtime_->Open(problem)) throw std::runtime_error(problem);
+    if (!phone_->Open(problem)) throw std::runtime_error(problem);
 }
 
 TestPhone::~TestPhone() = default;
 
 void TestPhone::At(int ms, std::function<void()> action) {
-    runtime_->GetLoop().StartTimer(ms * host::kMicrosecondsPerMillisecond, std::move(action));
+    GetRuntime().GetLoop().StartTimer(ms * host::kMicrosecondsPerMillisecond, std::move(action));
 }
 
 void TestPhone::RunOcarina(int ms) {
-    At(ms, [this] { runtime_->RequestEnd(); });
-    std::array<char, 8> name{"brevant"};
-    std::array<char*, 2> arguments{name.data(), nullptr};
-    OspMain(1, arguments.data());
+    Run(OspMain, ms);
 }
 
 void TestPhone::RunEmpty(int ms) {
-    At(ms, [this] { runtime_->RequestEnd(); });
-    Tizen::App::UiApp::Execute(EmptyApp::CreateInstance, nullptr);
+    Run([](int, char**) { return static_cast<int>(Tizen::App::UiApp::Execute(EmptyApp::CreateInstance, nullptr)); },
+        ms);
+}
+
+void TestPhone::Run(host::EntryPoint entryPoint, int ms) {
+    At(ms, [this] { phone_->RequestEnd(); });
+    phone_->Run(entryPoint, [](int) {});
 }

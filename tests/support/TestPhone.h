@@ -4,18 +4,19 @@
 #include <memory>
 #include <string>
 
-#include "runtime/Runtime.h"
+#include "runtime/Phone.h"
 #include "support/TemporaryFolder.h"
 
 /// A phone without a display, with a virtual clock and a data folder of its own, inside the test's process. A test says
 /// what is to happen when, then runs an application on it; nothing waits for real time.
 class TestPhone {
 public:
-    explicit TestPhone(host::RuntimeOptions options = {}, const std::string& packageRoot = BREVANT_PACKAGE);
+    explicit TestPhone(host::Options options = {}, const std::string& packageRoot = BREVANT_PACKAGE);
     ~TestPhone();
 
-    [[nodiscard]] host::Runtime& GetRuntime() { return *runtime_; }
-    [[nodiscard]] host::Screen& GetScreen() { return runtime_->GetScreen(); }
+    [[nodiscard]] host::Phone& GetPhone() { return *phone_; }
+    [[nodiscard]] host::Runtime& GetRuntime() { return phone_->GetRuntime(); }
+    [[nodiscard]] host::Screen& GetScreen() { return GetRuntime().GetScreen(); }
     [[nodiscard]] const TemporaryFolder& Data() const { return data_; }
 
     /// Runs `action` that many milliseconds after the start.
@@ -26,7 +27,8 @@ public:
     void RunEmpty(int ms);
 
 private:
+    void Run(host::EntryPoint entryPoint, int ms);
+
     TemporaryFolder data_;
-    std::unique_ptr<host::Backend> backend_;
-    std::unique_ptr<host::Runtime> runtime_;
+    std::unique_ptr<host::Phone> phone_;
 };

@@ -1,7 +1,7 @@
 #include "Tizen/App/App.h"
 
 #include "Tizen/App/UiApp.h"
-#include "runtime/Runtime.h"
+#include "runtime/Phone.h"
 
 namespace Tizen {
 namespace App {
@@ -29,7 +29,7 @@ void App::OnBatteryLevelChanged(Tizen::System::BatteryLevel) {}
 void App::OnUserEventReceivedN(long, Tizen::Base::Collection::IList*) {}
 
 result App::Terminate() {
-    host::Runtime::Current().RequestEnd();
+    host::Phone::Current().RequestEnd();
     return E_SUCCESS;
 }
 

@@ -1,9 +1,10 @@
 #include "Tizen/App/UiApp.h"
 
 #include <memory>
+#include <utility>
 
 #include "Tizen/System/IScreenEventListener.h"
-#include "runtime/Runtime.h"
+#include "runtime/Phone.h"
 
 namespace Tizen {
 namespace App {
@@ -17,7 +18,7 @@ UiApp* pInstance = nullptr;
 }  // namespace
 
 // Stands between the phone and the application: passes its news on and owns the application until it has ended.
-class UiApp::Runner final : public host::ApplicationListener {
+class UiApp::Runner final : public host::Application {
 public:
     explicit Runner(UiApp* pApp)
         : app_(pApp), pScreenListener_(dynamic_cast<Tizen::System::IScreenEventListener*>(pApp)) {}
@@ -63,10 +64,10 @@ result UiApp::Execute(UiAppInstanceFactory pFactory, const Tizen::Base::Collecti
     if (pFactory == nullptr) return E_INVALID_ARG;
     UiApp* pApp = pFactory();
     if (pApp == nullptr) return E_FAILURE;
-    Runner runner(pApp);
-    if (!runner.Start()) return E_FAILURE;
+    auto pRunner = std::make_unique<Runner>(pApp);
+    if (!pRunner->Start()) return E_FAILURE;
     host::Runtime::Current().GetTrace().Add("app", "initialized");
-    host::Runtime::Current().Run(runner);
+    host::Phone::Current().Start(std::move(pRunner));
     return E_SUCCESS;
 }
 

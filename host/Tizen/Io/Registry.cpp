@@ -69,6 +69,7 @@ result Registry::Construct(const String& path, bool createIfMissing) {
     auto pOpened = std::make_unique<Opened>();
     pOpened->path = path.ToUtf8();
     host::Storage& storage = Runtime::Current().GetStorage();
+    if (storage.DataRoot().empty()) return E_IO;  // There is no place for files, which was told at the start.
     std::vector<std::byte> content;
     switch (storage.Read(pOpened->path, kMostBytes, content)) {
         case host::ReadOutcome::kRead:

@@ -1,6 +1,7 @@
 #include "Tizen/System/SettingInfo.h"
 
 #include "runtime/Runtime.h"
+#include "runtime/sound/Sound.h"
 
 namespace Tizen {
 namespace System {
@@ -10,7 +11,7 @@ using Tizen::Base::String;
 result SettingInfo::GetValue(const String& key, int& value) {
     const wchar_t* pRingtoneVolume = L"setting/sound.ringtone.volume";
     if (key != pRingtoneVolume && !key.EndsWith(String(L"/") + pRingtoneVolume)) return E_OBJ_NOT_FOUND;
-    value = host::Runtime::Current().GetRingtoneVolume();
+    value = host::Runtime::Current().GetSound().GetRingtoneVolume();
     return E_SUCCESS;
 }
 

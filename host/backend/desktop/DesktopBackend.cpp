@@ -31,13 +31,9 @@ public:
     DesktopBackend(const BackendOptions& options, std::unique_ptr<SdlSubsystem> video)
         : video_(std::move(video)), storage_(options.packageRoot, options.dataRoot) {}
 
-    [[nodiscard]] Clock& GetClock() override { return clock_; }
-    [[nodiscard]] LoopDriver& GetLoopDriver() override { return loopDriver_; }
-    [[nodiscard]] Window& GetWindow() override { return window_; }
-    [[nodiscard]] Painter& GetPainter() override { return painter_; }
-    [[nodiscard]] Speaker& GetSpeaker() override { return speaker_; }
-    [[nodiscard]] Microphone& GetMicrophone() override { return microphone_; }
-    [[nodiscard]] Storage& GetStorage() override { return storage_; }
+    [[nodiscard]] BackendParts Parts() override {
+        return {clock_, loopDriver_, window_, painter_, speaker_, microphone_, storage_};
+    }
 
 private:
     std::unique_ptr<SdlSubsystem> video_;  ///< null without a display; the window then does not open

@@ -8,11 +8,16 @@
 #include "backend/headless/VirtualClock.h"
 #include "backend/posix/PosixStorage.h"
 
+// clang-format off
 // What the headless back end supports:
-//   clock        virtual: it stands still within a step and jumps between steps; a run is the same to the byte every
-//   time loop driver  one thread, never waits window       a picture in memory of the phone's own size; no input,
-//   always visible, 60 frames a second painter      Cairo and Pango, as on the desktop speaker      44100 Hz in periods
-//   of 256 frames, pulled on the UI thread, unheard microphone   always there, never delivers storage      files
+//   clock        virtual: it stands still within a step and jumps between steps; a run is the same to the byte every time
+//   loop driver  one thread, never waits
+//   window       a picture in memory of the phone's own size; no input, always visible, 60 frames a second
+//   painter      Cairo and Pango, as on the desktop
+//   speaker      44100 Hz in periods of 256 frames, pulled on the UI thread, unheard
+//   microphone   none: what is heard comes from performances and breath files
+//   storage      files
+// clang-format on
 
 namespace host {
 
@@ -22,13 +27,9 @@ class HeadlessBackend final : public Backend {
 public:
     explicit HeadlessBackend(const BackendOptions& options) : storage_(options.packageRoot, options.dataRoot) {}
 
-    [[nodiscard]] Clock& GetClock() override { return clock_; }
-    [[nodiscard]] LoopDriver& GetLoopDriver() override { return loopDriver_; }
-    [[nodiscard]] Window& GetWindow() override { return window_; }
-    [[nodiscard]] Painter& GetPainter() override { return painter_; }
-    [[nodiscard]] Speaker& GetSpeaker() override { return speaker_; }
-    [[nodiscard]] Microphone& GetMicrophone() override { return microphone_; }
-    [[nodiscard]] Storage& GetStorage() override { return storage_; }
+    [[nodiscard]] BackendParts Parts() override {
+        return {clock_, loopDriver_, window_, painter_, speaker_, microphone_, storage_};
+    }
 
 private:
     VirtualClock clock_;

@@ -2,7 +2,8 @@
 
 namespace host {
 
-bool HeadlessWindow::Open(std::string_view /*title*/, PixelSize screen, WindowListener& /*listener*/) {
+bool HeadlessWindow::Open(std::string_view /*title*/, PixelSize screen, WindowListener& /*listener*/,
+                          InputListener& /*input*/) {
     pixels_ = painter_.CreateOpaqueSurface(screen);
     return pixels_->Size() == screen;
 }

@@ -13,7 +13,8 @@ class HeadlessWindow final : public Window {
 public:
     explicit HeadlessWindow(CairoPainter& painter) : painter_(painter), pixels_(painter.CreateOpaqueSurface({})) {}
 
-    [[nodiscard]] bool Open(std::string_view title, PixelSize screen, WindowListener& listener) override;
+    [[nodiscard]] bool Open(std::string_view title, PixelSize screen, WindowListener& listener,
+                            InputListener& input) override;
     void Close() override {}
 
     [[nodiscard]] PixelSize Size() const override { return pixels_->Size(); }

@@ -22,7 +22,8 @@ namespace host {
 
 namespace {
 
-constexpr mode_t kNewFolderMode = 0700;  // As freedesktop.org's base directories ask for.
+constexpr mode_t kNewFolderMode = 0700;    // For data, as freedesktop.org's base directories ask for.
+constexpr mode_t kUsualFolderMode = 0777;  // Less what the user's mask takes away.
 constexpr mode_t kPermissionBits = 07777;
 constexpr int kMostLinks = 40;  // As many as Linux follows.
 // A file in the making is `.NAME.new-` and six letters of mkstemp's, in the folder of the file that it will replace.
@@ -63,10 +64,10 @@ std::string FollowLinks(std::string path) {
     return {};
 }
 
-void MakeFolders(const std::string& folder) {
+void MakeFolders(const std::string& folder, mode_t mode) {
     for (std::size_t end = folder.find('/', 1); end != std::string::npos; end = folder.find('/', end + 1)) {
         // One that is there already is as good; one that cannot be made shows when the file is to be made in it.
-        ::mkdir(folder.substr(0, end).c_str(), kNewFolderMode);
+        ::mkdir(folder.substr(0, end).c_str(), mode);
     }
 }
 
@@ -210,6 +211,13 @@ std::unique_ptr<OutputFile> PosixStorage::OpenOutput(const std::string& path, st
     return nullptr;
 }
 
+bool PosixStorage::MakeFolder(const std::string& folder) {
+    if (!IsPath(folder)) return false;
+    MakeFolders(folder + '/', kUsualFolderMode);
+    struct stat status {};
+    return ::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 bool PosixStorage::Replace(const std::string& path, std::span<const std::byte> content) {
     const std::string target = IsPath(path) ? FollowLinks(path) : std::string();
     const std::string name = NameOf(target);
@@ -223,7 +231,7 @@ bool PosixStorage::Replace(const std::string& path, std::span<const std::byte> c
     if (isThere && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return false;
 
     const std::string folder = FolderOf(target);
-    if (!isThere) MakeFolders(folder);
+    if (!isThere) MakeFolders(folder, kNewFolderMode);
     const std::string prefix = "." + name + std::string(kNewFileMark);
     RemoveLeftovers(folder, prefix);
 

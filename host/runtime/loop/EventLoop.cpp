@@ -31,6 +31,11 @@ void EventLoop::RunDue(Microseconds now, const bool& isEnding) {
     } while (!isEnding && timers_.FireFirstExpired(now_));
 }
 
+void EventLoop::BeginInput() {
+    SetNow(clock_.Now());
+    RunPosted();
+}
+
 void EventLoop::RunPosted() {
     DeliverThreadMessages();
     while (!posted_.empty()) {

@@ -15,7 +15,7 @@ namespace host {
 /// a handler posts runs after that handler has returned.
 class EventLoop {
 public:
-    EventLoop(const Clock& clock, LoopDriver& driver) : driver_(driver), now_(clock.Now()) {}
+    EventLoop(const Clock& clock, LoopDriver& driver) : clock_(clock), driver_(driver), now_(clock.Now()) {}
 
     /// The time of the current step. It stands still within a step, so that timers that expire together and are started
     /// again in their handlers go on expiring together.
@@ -41,15 +41,18 @@ public:
     void RunPosted();
     /// LoopClient::kNever when nothing is waiting.
     [[nodiscard]] Microseconds NextDue() const;
-    /// Lets input that arrives between two steps see its own time.
-    void SetNow(Microseconds now) noexcept { now_ = now > now_ ? now : now_; }
+    /// Called before input that arrives between two steps is delivered: advances the time to the input's, and delivers
+    /// what was posted before it.
+    void BeginInput();
 
     /// Drops all that is queued and cancels every timer, unfired.
     void Clear();
 
 private:
     void DeliverThreadMessages();
+    void SetNow(Microseconds now) noexcept { now_ = now > now_ ? now : now_; }
 
+    const Clock& clock_;
     LoopDriver& driver_;
     Microseconds now_;
     TimerQueue timers_;

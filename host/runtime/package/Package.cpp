@@ -95,6 +95,25 @@ bool ReadEffect(XmlFile& file, const pugi::xml_node& element, KeyBinding& bindin
 
 }  // namespace
 
+bool Package::ChooseLanguage(const Storage& storage, const Options& options, std::string& language,
+                             std::string& problem) {
+    const std::vector<std::string> files = storage.List(storage.PackageRoot() + "strings/");
+    const auto hasTexts = [&files](const std::string& name) {
+        return std::find(files.begin(), files.end(), name + std::string(kXmlSuffix)) != files.end();
+    };
+    language = options.language ? *options.language : options.preferredLanguage;
+    if (hasTexts(language)) return true;
+    if (!options.language) {
+        language = kFallbackLanguage;
+        return true;
+    }
+    problem = "--language: there are no texts in \"" + language + "\"; there are";
+    for (const std::string& file : files) {
+        if (file.size() > kXmlSuffix.size()) problem += ' ' + file.substr(0, file.size() - kXmlSuffix.size());
+    }
+    return false;
+}
+
 bool Package::Load(Storage& storage, Painter& painter, std::string_view language, PixelSize screen, Console& console,
                    std::string& problem) {
     storage_ = &storage;

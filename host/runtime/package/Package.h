@@ -9,6 +9,7 @@
 #include "backend/Painter.h"
 #include "backend/Storage.h"
 #include "runtime/Console.h"
+#include "runtime/Options.h"
 #include "runtime/package/KeyBinding.h"
 #include "runtime/package/Layout.h"
 
@@ -18,6 +19,10 @@ namespace host {
 /// pixels is read and checked when it is loaded. UI thread only.
 class Package {
 public:
+    /// The language of the texts: the one that was asked for, or the preferred one where it has texts, or English.
+    /// False with one line in `problem` when one was asked for that has none.
+    [[nodiscard]] static bool ChooseLanguage(const Storage& storage, const Options& options, std::string& language,
+                                             std::string& problem);
     /// Reads layouts/*.xml for a phone screen of `screen` pixels, the texts of `language` (English for what is not
     /// there) and keys.xml. False with one line "FILE:LINE: reason" in `problem`. The references must outlive the
     /// package.

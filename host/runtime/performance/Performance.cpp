@@ -1,8 +1,6 @@
 #include "runtime/performance/Performance.h"
 
 #include <charconv>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <limits>
 #include <map>
@@ -14,6 +12,9 @@
 namespace host {
 
 namespace {
+
+// A performance of hours has some hundred thousand bytes; this only keeps a stray file from being taken for one.
+constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 
 constexpr int kLastFinger = 9;
 constexpr int kLoudestRingtone = 15;
@@ -337,19 +338,15 @@ std::shared_ptr<const Performance> Performance::Parse(std::string_view text, con
     return performance;
 }
 
-std::shared_ptr<const Performance> Performance::Load(const std::string& path, std::string& problem) {
-    std::error_code error;
-    if (!std::filesystem::exists(path, error)) {
-        problem = path + ": there is no such performance file";
+std::shared_ptr<const Performance> Performance::Load(const Storage& storage, const std::string& path,
+                                                     std::string& problem) {
+    std::vector<std::byte> content;
+    const ReadOutcome outcome = storage.Read(path, kLargestFile, content);
+    if (outcome != ReadOutcome::kRead) {
+        problem = path + ": the performance cannot be played: " + std::string(ReasonOf(outcome));
         return nullptr;
     }
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream content;
-    if (std::filesystem::is_directory(path, error) || !file || !(content << file.rdbuf() || file.peek() == EOF)) {
-        problem = path + ": the performance file cannot be read";
-        return nullptr;
-    }
-    return Parse(content.str(), path, problem);
+    return Parse({reinterpret_cast<const char*>(content.data()), content.size()}, path, problem);
 }
 
 const std::string* Performance::ControlOf(const PerformanceAction& action) {

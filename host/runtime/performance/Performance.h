@@ -9,6 +9,7 @@
 
 #include "backend/Clock.h"
 #include "backend/Geometry.h"
+#include "backend/Storage.h"
 #include "backend/Window.h"
 
 namespace host {
@@ -78,7 +79,8 @@ public:
     [[nodiscard]] static std::shared_ptr<const Performance> Parse(std::string_view text, const std::string& name,
                                                                   std::string& problem);
     /// Reads a performance file. Null with one line that names the file in `problem` when that fails.
-    [[nodiscard]] static std::shared_ptr<const Performance> Load(const std::string& path, std::string& problem);
+    [[nodiscard]] static std::shared_ptr<const Performance> Load(const Storage& storage, const std::string& path,
+                                                                 std::string& problem);
 
     [[nodiscard]] const std::vector<Step>& Steps() const noexcept { return steps_; }
     [[nodiscard]] const std::string& Name() const noexcept { return name_; }

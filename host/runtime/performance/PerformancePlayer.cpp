@@ -2,7 +2,8 @@
 
 #include <utility>
 
-#include "runtime/Runtime.h"
+#include "runtime/Phone.h"
+#include "runtime/package/Package.h"
 #include "runtime/screen/Screen.h"
 #include "runtime/sound/Sound.h"
 
@@ -16,9 +17,25 @@ constexpr std::int64_t kFirstNamedFinger = 1'000'000;
 
 }  // namespace
 
-PerformancePlayer::PerformancePlayer(Runtime& runtime, std::shared_ptr<const Performance> performance,
+bool PerformancePlayer::Check(const Performance& performance, const Package& package, Storage& storage,
+                              const std::string& screenshotFolder, std::string& problem) {
+    bool takesScreenshots = false;
+    for (const Performance::Step& step : performance.Steps()) {
+        takesScreenshots = takesScreenshots || std::holds_alternative<ScreenshotAction>(step.action);
+        const std::string* control = Performance::ControlOf(step.action);
+        if (control == nullptr || package.HasControl(*control)) continue;
+        problem = performance.Name() + ':' + std::to_string(step.line) + ": no layout has a control " + *control;
+        return false;
+    }
+    if (!takesScreenshots || storage.MakeFolder(screenshotFolder)) return true;
+    problem = screenshotFolder + ": the folder for the screenshots cannot be made";
+    return false;
+}
+
+PerformancePlayer::PerformancePlayer(Phone& phone, std::shared_ptr<const Performance> performance,
                                      std::string screenshotFolder, AtEnd atEnd)
-    : runtime_(runtime),
+    : phone_(phone),
+      runtime_(phone.GetRuntime()),
       performance_(std::move(performance)),
       screenshotFolder_(std::move(screenshotFolder)),
       atEnd_(atEnd) {}
@@ -31,7 +48,7 @@ void PerformancePlayer::Start() {
 void PerformancePlayer::ArmNext() {
     EventLoop& loop = runtime_.GetLoop();
     if (next_ == performance_->Steps().size()) {
-        if (atEnd_ == AtEnd::kEndProgram) loop.StartTimer(kEndsAfterLastAction, [this] { runtime_.RequestEnd(); });
+        if (atEnd_ == AtEnd::kEndProgram) loop.StartTimer(kEndsAfterLastAction, [this] { phone_.RequestEnd(); });
         return;
     }
     const Microseconds due = start_ + performance_->Steps()[next_].time;
@@ -79,7 +96,7 @@ void PerformancePlayer::Do(const BreathAction& action, int) {
 }
 
 void PerformancePlayer::Do(const RingtoneAction& action, int) {
-    runtime_.SetRingtoneVolume(action.volume);
+    runtime_.GetSound().SetRingtoneVolume(action.volume);
 }
 
 void PerformancePlayer::Do(const PickAction& action, int line) {
@@ -91,16 +108,16 @@ void PerformancePlayer::Do(const PickAction& action, int line) {
 void PerformancePlayer::Do(const StateAction& action, int) {
     switch (action.change) {
         case StateChange::kBackground:
-            runtime_.SetForeground(false);
+            phone_.EnterBackground();
             break;
         case StateChange::kForeground:
-            runtime_.SetForeground(true);
+            phone_.EnterForeground();
             break;
         case StateChange::kScreenOff:
-            runtime_.SetScreenOn(false);
+            phone_.TurnScreenOff();
             break;
         case StateChange::kScreenOn:
-            runtime_.SetScreenOn(true);
+            phone_.TurnScreenOn();
             break;
     }
 }
@@ -116,16 +133,22 @@ void PerformancePlayer::Do(const DeviceAction& action, int) {
 }
 
 void PerformancePlayer::Do(const ScreenshotAction& action, int line) {
-    const std::string path = screenshotFolder_ + '/' + action.file;
-    if (!runtime_.GetScreen().SavePicture(path)) Complain(line, "cannot write the screenshot " + path);
+    const bool isAbsolute = action.file.front() == '/';
+    const std::string path = isAbsolute ? action.file : screenshotFolder_ + '/' + action.file;
+    if (runtime_.GetScreen().SavePicture(path)) return;
+    runtime_.GetConsole().ReportLoss(Place(line) + "cannot write the screenshot " + path);
 }
 
 void PerformancePlayer::Do(const QuitAction&, int) {
-    runtime_.RequestEnd();
+    phone_.RequestEnd();
 }
 
 void PerformancePlayer::Complain(int line, const std::string& reason) {
-    runtime_.GetConsole().SayOnce(performance_->Name() + ':' + std::to_string(line) + ": " + reason);
+    runtime_.GetConsole().SayOnce(Place(line) + reason);
+}
+
+std::string PerformancePlayer::Place(int line) const {
+    return performance_->Name() + ':' + std::to_string(line) + ": ";
 }
 
 std::int64_t PerformancePlayer::FingerFor(const std::string& control) {

@@ -5,10 +5,13 @@
 #include <memory>
 #include <string>
 
+#include "backend/Storage.h"
 #include "runtime/performance/Performance.h"
 
 namespace host {
 
+class Package;
+class Phone;
 class Runtime;
 
 /// Does a performance's actions to the phone at their times. UI thread only.
@@ -16,7 +19,12 @@ class PerformancePlayer {
 public:
     enum class AtEnd { kEndProgram, kGoOn };
 
-    PerformancePlayer(Runtime& runtime, std::shared_ptr<const Performance> performance, std::string screenshotFolder,
+    /// Whether every named control is in the package and screenshots have a folder, which is made when it is missing.
+    /// False with one line in `problem`.
+    [[nodiscard]] static bool Check(const Performance& performance, const Package& package, Storage& storage,
+                                    const std::string& screenshotFolder, std::string& problem);
+
+    PerformancePlayer(Phone& phone, std::shared_ptr<const Performance> performance, std::string screenshotFolder,
                       AtEnd atEnd);
     PerformancePlayer(const PerformancePlayer&) = delete;
     PerformancePlayer& operator=(const PerformancePlayer&) = delete;
@@ -42,9 +50,11 @@ private:
     void Do(const QuitAction& action, int line);
 
     void Complain(int line, const std::string& reason);
+    [[nodiscard]] std::string Place(int line) const;
     // The number of the finger that presses the named control; one a name, beside the ten that a file numbers itself.
     [[nodiscard]] std::int64_t FingerFor(const std::string& control);
 
+    Phone& phone_;
     Runtime& runtime_;
     std::shared_ptr<const Performance> performance_;
     std::string screenshotFolder_;

@@ -36,6 +36,8 @@ Screen::Screen(EventLoop& loop, const Clock& clock, Painter& painter, Window& wi
 Screen::~Screen() = default;
 
 void Screen::OnTouch(const TouchInput& touch) {
+    loop_.BeginInput();
+    if (isInputSuspended_) return;
     const FingerId finger{FingerSource::kWindow, touch.finger};
     const PointF place = compositor_->ToPhone(touch.x, touch.y);
     FlushReportsBefore(finger);
@@ -56,6 +58,7 @@ void Screen::OnTouch(const TouchInput& touch) {
 }
 
 void Screen::Touch(std::int64_t number, TouchPhase phase, PointF position) {
+    if (isInputSuspended_) return;
     const FingerId finger{FingerSource::kPerformance, number};
     FlushReportsBefore(finger);
     switch (phase) {
@@ -80,6 +83,8 @@ void Screen::PressFinger(const FingerId& finger, PointF place) {
 }
 
 void Screen::OnKey(const KeyInput& key) {
+    loop_.BeginInput();
+    if (isInputSuspended_) return;
     FlushReports();
     switch (key.phase) {
         case KeyPhase::kDown:
@@ -95,6 +100,7 @@ void Screen::OnKey(const KeyInput& key) {
 }
 
 void Screen::PressKey(std::string_view key) {
+    if (isInputSuspended_) return;
     FlushReports();
     if (const auto phoneKey = PhoneKeyOf(key)) {
         keyboard_->PressPhoneKey(*phoneKey);
@@ -104,6 +110,7 @@ void Screen::PressKey(std::string_view key) {
 }
 
 void Screen::ReleaseKey(std::string_view key) {
+    if (isInputSuspended_) return;
     FlushReports();
     if (const auto phoneKey = PhoneKeyOf(key)) {
         keyboard_->LiftPhoneKey(*phoneKey);
@@ -113,6 +120,19 @@ void Screen::ReleaseKey(std::string_view key) {
 }
 
 void Screen::OnInputLost() {
+    loop_.BeginInput();
+    if (!isInputSuspended_) LiftAll();
+}
+
+void Screen::SuspendInput() {
+    isInputSuspended_ = true;
+}
+
+void Screen::ResumeInput() {
+    if (std::exchange(isInputSuspended_, false)) LiftAll();
+}
+
+void Screen::LiftAll() {
     fingers_->CancelAll();
     keyboard_->CancelAll();
 }
@@ -125,9 +145,8 @@ void Screen::OnExposed() {
     compositor_->DamageAll();
 }
 
-void Screen::OnVisibilityChanged(bool isVisible) {
-    if (!isVisible) OnInputLost();
-    compositor_->SetVisible(isVisible);
+void Screen::SetVisibility(Visibility visibility) {
+    compositor_->SetVisible(visibility == Visibility::kVisible);
 }
 
 std::optional<PointF> Screen::PointOn(std::string_view name, double fractionX, double fractionY) const {

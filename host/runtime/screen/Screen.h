@@ -24,26 +24,32 @@ class ScreenStack;
 
 /// The phone's screen in the window: who is touched, which keys go where, what is painted. The phone's pixels are
 /// scaled uniformly and centred in the window; what is left over is black. UI thread only.
-class Screen final : public NodeHost {
+class Screen final : public InputListener, public NodeHost {
 public:
-    /// The window is open. Everything must outlive the screen.
+    /// Everything must outlive the screen. The window may be opened later, and OnResized be called then.
     Screen(EventLoop& loop, const Clock& clock, Painter& painter, Window& window, Trace& trace, const Package& package,
            PhoneKeyListener& keyListener, PixelSize phoneScreen);
     ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
 
-    // From the window, in its device pixels.
-    void OnTouch(const TouchInput& touch);
-    void OnKey(const KeyInput& key);
+    // InputListener: from the window, in its device pixels.
+    void OnTouch(const TouchInput& touch) override;
+    void OnKey(const KeyInput& key) override;
     /// Lifts every finger and every key.
-    void OnInputLost();
-    void OnResized();
-    void OnExposed();
-    void OnVisibilityChanged(bool isVisible);
+    void OnInputLost() override;
+    void OnResized() override;
+    void OnExposed() override;
+
+    /// Nothing is composed while the window is hidden.
+    void SetVisibility(Visibility visibility);
+    /// The application is in the background: what is down stays down, and nothing is delivered of fingers and keys.
+    void SuspendInput();
+    /// It is in the foreground again: first everything that was down is lifted.
+    void ResumeInput();
 
     // From a performance, in the phone's pixels.
-    /// A lifted finger lifts where it last was: `position` is not looked at then.
+    /// A lifted finger lifts where it last was: `position` is not looked at then. Passed over while input is suspended.
     void Touch(std::int64_t finger, TouchPhase phase, PointF position);
     /// A point on the named control of the topmost screen, at the fraction (0..1) of its size; empty when there is no
     /// such visible control.
@@ -83,6 +89,7 @@ public:
 
 private:
     void PressFinger(const FingerId& finger, PointF place);
+    void LiftAll();
     void OnTopmostChanged();
     void Compose(Microseconds now);
     void FlushReportsBefore(const FingerId& finger);
@@ -97,6 +104,7 @@ private:
     std::unique_ptr<Compositor> compositor_;
     std::unique_ptr<Keyboard> keyboard_;
     std::weak_ptr<Node> reporting_;
+    bool isInputSuspended_ = false;
 };
 
 }  // namespace host

@@ -13,7 +13,7 @@ Sound* current = nullptr;
 
 }  // namespace
 
-Sound::Sound(const SoundServices& services, const SoundOptions& options)
+Sound::Sound(const SoundServices& services, const Options& options, MicrophoneSupport microphone)
     : services_(services),
       options_(options),
       desk_(services.speaker, services.loop),
@@ -21,11 +21,10 @@ Sound::Sound(const SoundServices& services, const SoundOptions& options)
       output_(desk_, services.loop, services.console),
       simulatedMicrophone_(services.loop),
       deviceSource_(services.microphone, services.loop),
-      capture_(options.microphoneSource == MicrophoneSource::kSimulated
-                   ? static_cast<BlockSource&>(simulatedMicrophone_)
-                   : deviceSource_,
+      capture_(microphone == MicrophoneSupport::kNone ? static_cast<BlockSource&>(simulatedMicrophone_) : deviceSource_,
                services.loop, services.trace, services.console) {
     current = this;
+    SetRingtoneVolume(options.ringtoneVolume);
 }
 
 Sound::~Sound() {
@@ -37,21 +36,24 @@ Sound* Sound::Current() noexcept {
     return current;
 }
 
+void Sound::SetRingtoneVolume(int volume) noexcept {
+    ringtoneVolume_ = std::clamp(volume, 0, kLoudestRingtone);
+}
+
 bool Sound::Prepare(std::string& problem) {
-    if (options_.breathPath) {
-        auto file = BreathFile::Open(services_.storage, *options_.breathPath, problem);
+    if (options_.breath) {
+        auto file = BreathFile::Open(services_.storage, *options_.breath, problem);
         if (file == nullptr) return false;
         simulatedMicrophone_.SetBreathFile(std::move(file));
     }
-    if (options_.recordPath) {
+    if (options_.record) {
         std::string reason;
-        auto file = services_.storage.OpenOutput(*options_.recordPath, reason);
+        auto file = services_.storage.OpenOutput(*options_.record, reason);
         if (file == nullptr) {
-            problem = *options_.recordPath + ": " + reason;
+            problem = *options_.record + ": " + reason;
             return false;
         }
-        recorder_ =
-            std::make_unique<Recorder>(services_.loop, services_.console, std::move(file), *options_.recordPath);
+        recorder_ = std::make_unique<Recorder>(services_.loop, services_.console, std::move(file), *options_.record);
         output_.SetTap(&recorder_->GetTap());
     }
     return true;

@@ -5,11 +5,13 @@
 #include <optional>
 #include <string>
 
-#include "backend/Microphone.h"
+#include "backend/Backend.h"
 #include "backend/Speaker.h"
 #include "backend/Storage.h"
 #include "runtime/Console.h"
+#include "runtime/Options.h"
 #include "runtime/loop/EventLoop.h"
+#include "runtime/screen/input/PhoneKeyListener.h"
 #include "runtime/sound/Capture.h"
 #include "runtime/sound/ClipCache.h"
 #include "runtime/sound/DeviceSource.h"
@@ -31,20 +33,13 @@ struct SoundServices {
     Console& console;
 };
 
-enum class MicrophoneSource { kDevice, kSimulated };
-
-struct SoundOptions {
-    std::optional<std::string> recordPath;  ///< where to write what the speaker plays
-    std::optional<std::string> breathPath;  ///< what a simulated microphone hears from its first start
-    MicrophoneSource microphoneSource = MicrophoneSource::kDevice;
-};
-
 /// The phone's ears and voice: it owns what lies between the framework's players and the speaker, and between the
 /// microphone and the framework's captures. One object a process at a time; UI thread only. It must outlive the event
 /// loop's last delivery. Players and captures may outlive it; they go on without a sound once it is closed.
-class Sound final {
+class Sound final : public PhoneKeyListener {
 public:
-    Sound(const SoundServices& services, const SoundOptions& options);
+    /// Without a microphone of the back end's a simulated one takes its place. The options must outlive the object.
+    Sound(const SoundServices& services, const Options& options, MicrophoneSupport microphone);
     ~Sound();
     Sound(const Sound&) = delete;
     Sound& operator=(const Sound&) = delete;
@@ -56,6 +51,14 @@ public:
     void Open();
     /// The speaker silent first, then the microphone; nothing is delivered to anybody afterwards.
     void Close() noexcept;
+
+    /// 0..1: as if blown, whatever the microphone hears; 0 ends it.
+    void OnKeyBreath(double level) override { capture_.SetKeyBreath(level); }
+    void OnVolumeKey(int step) override { SetRingtoneVolume(ringtoneVolume_ + step); }
+    /// The phone's ringtone volume, 0..kLoudestRingtone.
+    [[nodiscard]] int GetRingtoneVolume() const noexcept { return ringtoneVolume_; }
+    /// Values outside of the range are brought to its nearer end. Tones that sound keep theirs.
+    void SetRingtoneVolume(int volume) noexcept;
 
     [[nodiscard]] SpeakerOutput& GetOutput() noexcept { return output_; }
     /// What is heard where no device is asked; a real microphone is only lost by being unplugged.
@@ -73,7 +76,7 @@ public:
 
 private:
     SoundServices services_;
-    SoundOptions options_;
+    const Options& options_;
     MixDesk desk_;
     ClipCache clips_;
     SpeakerOutput output_;
@@ -81,6 +84,7 @@ private:
     SimulatedMicrophone simulatedMicrophone_;
     DeviceSource deviceSource_;
     Capture capture_;
+    int ringtoneVolume_ = 0;
     bool isOpen_ = false;
 };
 

@@ -1,6 +1,8 @@
 #include "runtime/trace/Trace.h"
 
 #include <array>
+#include <cstdio>
+#include <span>
 #include <utility>
 
 namespace host {
@@ -42,14 +44,27 @@ void AppendMilliseconds(std::string& line, Microseconds time) {
 
 }  // namespace
 
-bool Trace::Open(const std::string& path, Timers timers) {
-    file_.reset(std::fopen(path.c_str(), "wb"));
+void Trace::Open(std::unique_ptr<OutputFile> file, std::string name, Timers timers) {
+    file_ = std::move(file);
+    name_ = std::move(name);
     timers_ = timers;
-    return IsOn();
 }
 
 void Trace::Flush() {
-    if (std::exchange(hasUnflushed_, false)) std::fflush(file_.get());
+    if (unwritten_.empty()) return;
+    const std::string lines = std::exchange(unwritten_, {});
+    if (!file_->Append(std::as_bytes(std::span(lines)))) EndWithLoss();
+}
+
+void Trace::Close() {
+    Flush();
+    if (IsOn() && !file_->Close()) EndWithLoss();
+    file_.reset();
+}
+
+void Trace::EndWithLoss() {
+    console_.ReportLoss(name_ + ": the rest of the trace is lost: " + file_->Problem());
+    file_.reset();
 }
 
 Trace::Record::Record(Trace* trace, std::string_view what) : trace_(trace) {
@@ -66,8 +81,7 @@ Trace::Record::Record(Trace* trace, std::string_view what, std::string_view even
 Trace::Record::~Record() {
     if (trace_ == nullptr) return;
     line_ += "}\n";
-    std::fwrite(line_.data(), 1, line_.size(), trace_->file_.get());
-    trace_->hasUnflushed_ = true;
+    trace_->unwritten_ += line_;
 }
 
 void Trace::Record::Member(std::string_view member) {

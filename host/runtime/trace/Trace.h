@@ -1,12 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "backend/Geometry.h"
+#include "backend/Storage.h"
+#include "runtime/Console.h"
 #include "runtime/loop/EventLoop.h"
 
 namespace host {
@@ -14,13 +15,19 @@ namespace host {
 /// Writes one JSON object a line for each thing that happens, when a file was asked for. UI thread only.
 class Trace {
 public:
-    explicit Trace(const EventLoop& loop) : loop_(loop) {}
+    Trace(const EventLoop& loop, Console& console) : loop_(loop), console_(console) {}
+    ~Trace() { Close(); }
+    Trace(const Trace&) = delete;
+    Trace& operator=(const Trace&) = delete;
 
     enum class Timers { kOmitted, kIncluded };
-    /// False when the file cannot be made.
-    [[nodiscard]] bool Open(const std::string& path, Timers timers);
-    /// Hands the lines so far to the file, so that they can be read even if the program is killed.
+    /// From now on lines are kept, which the next Flush writes at the end of `file`. `name` is said when it is lost.
+    void Open(std::unique_ptr<OutputFile> file, std::string name, Timers timers);
+    /// Hands the lines so far to the file, so that they can be read even if the program is killed. After a failure,
+    /// which is told, the trace is off.
     void Flush();
+    /// Flushes, and is off from then on.
+    void Close();
     [[nodiscard]] bool IsOn() const noexcept { return file_ != nullptr; }
     [[nodiscard]] bool HasTimers() const noexcept { return IsOn() && timers_ == Timers::kIncluded; }
 
@@ -54,13 +61,13 @@ public:
     Record Add(std::string_view what, std::string_view event) { return Record(IsOn() ? this : nullptr, what, event); }
 
 private:
-    struct FileCloser {
-        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-    };
+    void EndWithLoss();
 
     const EventLoop& loop_;
-    std::unique_ptr<std::FILE, FileCloser> file_;
-    bool hasUnflushed_ = false;
+    Console& console_;
+    std::unique_ptr<OutputFile> file_;
+    std::string name_;
+    std::string unwritten_;
     Timers timers_ = Timers::kOmitted;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "backend/desktop/window/KeyCodes.h"
 
@@ -40,7 +41,7 @@ DesktopWindow::~DesktopWindow() {
     Close();
 }
 
-bool DesktopWindow::Open(std::string_view title, PixelSize screen, WindowListener& listener) {
+bool DesktopWindow::Open(std::string_view title, PixelSize screen, WindowListener& listener, InputListener& input) {
     Close();
     if (SDL_WasInit(SDL_INIT_VIDEO) == 0) return false;
     // By default SDL sends a window's pixels through OpenGL, which takes ten times as long for a part of the window and
@@ -64,13 +65,15 @@ bool DesktopWindow::Open(std::string_view title, PixelSize screen, WindowListene
     MeasureFrameInterval();
     visibility_ = Visibility::kVisible;
     listener_ = &listener;
+    input_ = &input;
     return true;
 }
 
 void DesktopWindow::Close() {
     listener_ = nullptr;
+    input_ = nullptr;
     fingers_.LiftAll();
-    isMouseDown_ = isResized_ = isExposed_ = false;
+    isMouseDown_ = isInputLost_ = isResized_ = isExposed_ = false;
     pixels_ = painter_.CreateOpaqueSurface({});
     shadowSurface_.reset();
     target_ = nullptr;
@@ -108,10 +111,12 @@ void DesktopWindow::HandleEvent(const SDL_Event& event) {
         case SDL_FINGERDOWN:
         case SDL_FINGERMOTION:
         case SDL_FINGERUP:
+            FlushLostInput();
             HandleFinger(event.tfinger);
             break;
         case SDL_MOUSEBUTTONDOWN:
         case SDL_MOUSEBUTTONUP:
+            FlushLostInput();
             HandleMouseButton(event.button);
             break;
         case SDL_MOUSEMOTION:
@@ -121,6 +126,7 @@ void DesktopWindow::HandleEvent(const SDL_Event& event) {
             break;
         case SDL_KEYDOWN:
         case SDL_KEYUP:
+            FlushLostInput();
             HandleKey(event.key);
             break;
         case SDL_RENDER_TARGETS_RESET:
@@ -137,17 +143,18 @@ void DesktopWindow::HandleEvent(const SDL_Event& event) {
 
 void DesktopWindow::FinishEvents() {
     if (listener_ == nullptr) return;
+    FlushLostInput();
     while (const auto orphan = fingers_.TakeOrphan()) {
-        listener_->OnTouch({orphan->number, TouchPhase::kCancel, orphan->at.x, orphan->at.y});
+        input_->OnTouch({orphan->number, TouchPhase::kCancel, orphan->at.x, orphan->at.y});
     }
     if (isResized_) {
         isResized_ = isExposed_ = false;
         TakePixels();
         MeasureFrameInterval();
-        listener_->OnResized();
+        input_->OnResized();
     } else if (isExposed_) {
         isExposed_ = false;
-        listener_->OnExposed();
+        input_->OnExposed();
     }
 }
 
@@ -173,14 +180,14 @@ void DesktopWindow::HandleWindowEvent(const SDL_WindowEvent& event) {
             SetVisibility(Visibility::kHidden);
             break;
         case SDL_WINDOWEVENT_FOCUS_LOST:
-            LoseInput();
+            isInputLost_ = visibility_ == Visibility::kVisible;
             break;
         case SDL_WINDOWEVENT_LEAVE:
             // While a button is held the mouse belongs to the window wherever it goes; if it is not held any more, its
             // release went elsewhere.
             if (isMouseDown_ && (SDL_GetGlobalMouseState(nullptr, nullptr) & SDL_BUTTON_LMASK) == 0) {
                 isMouseDown_ = false;
-                listener_->OnTouch({kMouseFinger, TouchPhase::kCancel, mouseAt_.x, mouseAt_.y});
+                input_->OnTouch({kMouseFinger, TouchPhase::kCancel, mouseAt_.x, mouseAt_.y});
             }
             break;
         case SDL_WINDOWEVENT_DISPLAY_CHANGED:
@@ -198,7 +205,7 @@ void DesktopWindow::HandleFinger(const SDL_TouchFingerEvent& event) {
     if (event.type == SDL_FINGERDOWN) {
         FingerTable::Finger& finger = fingers_.Press(event.touchId, event.fingerId);
         finger.at = at;
-        listener_->OnTouch({finger.number, TouchPhase::kDown, at.x, at.y});
+        input_->OnTouch({finger.number, TouchPhase::kDown, at.x, at.y});
         return;
     }
     FingerTable::Finger* const finger = fingers_.Find(event.touchId, event.fingerId);
@@ -206,10 +213,10 @@ void DesktopWindow::HandleFinger(const SDL_TouchFingerEvent& event) {
     finger->at = at;
     const std::int64_t number = finger->number;
     if (event.type == SDL_FINGERMOTION) {
-        listener_->OnTouch({number, TouchPhase::kMove, at.x, at.y});
+        input_->OnTouch({number, TouchPhase::kMove, at.x, at.y});
     } else {
         fingers_.Lift(number);
-        listener_->OnTouch({number, TouchPhase::kUp, at.x, at.y});
+        input_->OnTouch({number, TouchPhase::kUp, at.x, at.y});
     }
 }
 
@@ -231,7 +238,7 @@ void DesktopWindow::HandleKey(const SDL_KeyboardEvent& event) {
                            : event.repeat != 0     ? KeyPhase::kRepeat
                                                    : KeyPhase::kDown;
     const ShiftKey shift = (event.keysym.mod & KMOD_SHIFT) != 0 ? ShiftKey::kHeld : ShiftKey::kReleased;
-    listener_->OnKey({code, phase, shift});
+    input_->OnKey({code, phase, shift});
 }
 
 void DesktopWindow::SendMouse(TouchPhase phase, int x, int y) {
@@ -242,20 +249,26 @@ void DesktopWindow::SendMouse(TouchPhase phase, int x, int y) {
     const PixelSize size = Size();
     mouseAt_ = {static_cast<double>(x) * size.width / std::max(width, 1),
                 static_cast<double>(y) * size.height / std::max(height, 1)};
-    listener_->OnTouch({kMouseFinger, phase, mouseAt_.x, mouseAt_.y});
+    input_->OnTouch({kMouseFinger, phase, mouseAt_.x, mouseAt_.y});
 }
 
-void DesktopWindow::LoseInput() {
+void DesktopWindow::FlushLostInput() {
+    if (!std::exchange(isInputLost_, false)) return;
     fingers_.LiftAll();
     isMouseDown_ = false;
-    listener_->OnInputLost();
+    input_->OnInputLost();
 }
 
 void DesktopWindow::SetVisibility(Visibility visibility) {
     if (visibility == visibility_) return;
     visibility_ = visibility;
-    if (visibility == Visibility::kHidden) LoseInput();
-    if (listener_ != nullptr) listener_->OnVisibilityChanged(visibility == Visibility::kVisible);
+    if (visibility == Visibility::kHidden) {
+        // What was down stays down for the listeners until the window is back: they lift it then.
+        isInputLost_ = false;
+        fingers_.LiftAll();
+        isMouseDown_ = false;
+    }
+    listener_->OnVisibilityChanged(visibility);
 }
 
 void DesktopWindow::TakePixels() {

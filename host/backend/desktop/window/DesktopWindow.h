@@ -10,8 +10,8 @@
 
 namespace host {
 
-/// A window of the desktop, with pixels in memory that the display server copies from. UI thread only; its listener is
-/// called from within HandleEvent and FinishEvents.
+/// A window of the desktop, with pixels in memory that the display server copies from. UI thread only; its listeners
+/// are called from within HandleEvent and FinishEvents.
 class DesktopWindow final : public Window {
 public:
     explicit DesktopWindow(CairoPainter& painter);
@@ -20,7 +20,8 @@ public:
     DesktopWindow& operator=(const DesktopWindow&) = delete;
 
     /// The window has the screen's shape and is as large as the screen, or less where the desktop is smaller.
-    [[nodiscard]] bool Open(std::string_view title, PixelSize screen, WindowListener& listener) override;
+    [[nodiscard]] bool Open(std::string_view title, PixelSize screen, WindowListener& listener,
+                            InputListener& input) override;
     void Close() override;
 
     [[nodiscard]] PixelSize Size() const override { return pixels_->Size(); }
@@ -32,14 +33,13 @@ public:
     [[nodiscard]] SDL_Window* Handle() const { return window_.get(); }
     /// Takes an event of SDL's queue; those that are none of a window's are passed over.
     void HandleEvent(const SDL_Event& event);
-    /// Called when the queue is empty: reports a resize or an exposure once, however many events told of it.
+    /// Called when the queue is empty: reports a resize or an exposure once, however many events told of it, and a lost
+    /// focus unless the window was hidden in the same breath.
     void FinishEvents();
     /// The program is asked to end, by a signal for example.
     void RequestClose();
 
 private:
-    enum class Visibility { kVisible, kHidden };
-
     struct WindowReleaser {
         void operator()(SDL_Window* window) const noexcept { SDL_DestroyWindow(window); }
         void operator()(SDL_Surface* surface) const noexcept { SDL_FreeSurface(surface); }
@@ -50,7 +50,7 @@ private:
     void HandleMouseButton(const SDL_MouseButtonEvent& event);
     void HandleKey(const SDL_KeyboardEvent& event);
     void SendMouse(TouchPhase phase, int x, int y);
-    void LoseInput();
+    void FlushLostInput();
     void SetVisibility(Visibility visibility);
     void TakePixels();
     void MeasureFrameInterval();
@@ -65,10 +65,12 @@ private:
     std::vector<SDL_Rect> presented_;
 
     WindowListener* listener_ = nullptr;
+    InputListener* input_ = nullptr;
     FingerTable fingers_;
     bool isMouseDown_ = false;
     PointF mouseAt_;
     Visibility visibility_ = Visibility::kVisible;
+    bool isInputLost_ = false;  ///< and not reported yet
     bool isResized_ = false;
     bool isExposed_ = false;
     Microseconds frameInterval_;

@@ -1,4 +1,4 @@
-#include "launcher/Options.h"
+#include "launcher/CommandLine.h"
 
 #include <CLI/CLI.hpp>
 #include <charconv>
@@ -10,7 +10,6 @@ namespace {
 
 constexpr int kSmallestScreenSide = 120;
 constexpr int kLargestScreenSide = 8192;
-constexpr int kLoudestRingtone = 15;
 
 // WxH, both within what a phone or a tablet may have.
 std::optional<PixelSize> ParseScreen(std::string_view text) {
@@ -36,9 +35,9 @@ std::string OneLine(std::string text) {
 
 }  // namespace
 
-OptionsOutcome ReadOptions(int argc, const char* const* argv, const std::vector<std::string>& backends) {
-    OptionsOutcome outcome;
-    Options& options = outcome.options;
+CommandLine ReadCommandLine(int argc, const char* const* argv, const std::vector<std::string>& backends) {
+    CommandLine line;
+    Options& options = line.options;
     CLI::App parser("Brevant, a four-hole ocarina: cover the holes, blow into the microphone.", "brevant");
     parser.set_version_flag("--version", std::string("brevant ") + BREVANT_VERSION, "Print the version");
     parser.set_help_flag("-h,--help", "Print this help");
@@ -79,18 +78,18 @@ OptionsOutcome ReadOptions(int argc, const char* const* argv, const std::vector<
     try {
         parser.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
-        outcome.kind = OptionsOutcome::Kind::kShow;
-        outcome.text = parser.help();
+        line.kind = CommandLine::Kind::kShow;
+        line.text = parser.help();
     } catch (const CLI::CallForVersion& version) {
-        outcome.kind = OptionsOutcome::Kind::kShow;
-        outcome.text = std::string(version.what()) + '\n';
+        line.kind = CommandLine::Kind::kShow;
+        line.text = std::string(version.what()) + '\n';
     } catch (const CLI::ParseError& error) {
-        outcome.kind = OptionsOutcome::Kind::kRefuse;
-        outcome.text = OneLine(error.what());
+        line.kind = CommandLine::Kind::kRefuse;
+        line.text = OneLine(error.what());
     }
     options.rest.emplace_back(argc > 0 ? argv[0] : "brevant");
     options.rest.insert(options.rest.end(), rest.begin(), rest.end());
-    return outcome;
+    return line;
 }
 
 }  // namespace host

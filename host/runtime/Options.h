@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "backend/Geometry.h"
+
+namespace host {
+
+/// The highest ringtone volume that the phone has.
+inline constexpr int kLoudestRingtone = 15;
+
+/// What the user, or a test, asked for; every default stands here. Paths are as they were given.
+struct Options {
+    std::optional<std::string> backend;
+    PixelSize screen{720, 1280};  ///< the phone's own pixels
+    std::optional<std::string> dataFolder;
+    std::optional<std::string> performance;  ///< the file that is played
+    std::optional<std::string> breath;       ///< a sound file that the simulated microphone hears
+    std::optional<std::string> record;       ///< the WAV file that gets what the speaker plays
+    std::string screenshots = ".";           ///< the folder of pictures without a path of their own
+    std::optional<std::string> trace;
+    bool hasTraceTimers = false;
+    int ringtoneVolume = 11;               ///< 0..kLoudestRingtone
+    std::optional<std::string> language;   ///< one without texts is refused
+    std::string preferredLanguage = "en";  ///< where none was asked for; one without texts is English
+    std::vector<std::string> rest;         ///< the program's path and what is left for the application
+};
+
+}  // namespace host

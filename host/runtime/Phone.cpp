@@ -1,0 +1,165 @@
+#include "runtime/Phone.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "runtime/package/Package.h"
+#include "runtime/performance/Performance.h"
+#include "runtime/performance/PerformancePlayer.h"
+#include "runtime/screen/Screen.h"
+#include "runtime/sound/Sound.h"
+
+namespace host {
+
+namespace {
+
+constexpr int kLostSomething = 1;
+
+Phone* current = nullptr;
+
+// What breathes into a phone is the performance's or a file's, where there is one.
+MicrophoneSupport MicrophoneOf(const BackendEntry& entry, const Options& options) {
+    return options.breath || options.performance ? MicrophoneSupport::kNone : entry.microphone;
+}
+
+}  // namespace
+
+Phone::Phone(const BackendEntry& entry, const BackendOptions& backendOptions, Options options)
+    : entry_(entry),
+      options_(std::move(options)),
+      backend_(entry.create(backendOptions)),
+      parts_(backend_->Parts()),
+      runtime_(parts_, options_, MicrophoneOf(entry, options_)) {
+    current = this;
+}
+
+Phone::~Phone() {
+    runtime_.CloseSound();
+    application_.reset();
+    current = nullptr;
+}
+
+Phone& Phone::Current() {
+    return *current;
+}
+
+bool Phone::Open(std::string& problem) {
+    return runtime_.Prepare(problem) && PreparePerformance(problem) && runtime_.Open(*this, problem);
+}
+
+bool Phone::PreparePerformance(std::string& problem) {
+    if (!options_.performance) {
+        if (entry_.attendance == Attendance::kUnattended) performance_ = std::make_shared<const Performance>();
+        return true;
+    }
+    performance_ = Performance::Load(parts_.storage, *options_.performance, problem);
+    return performance_ != nullptr && PerformancePlayer::Check(*performance_, runtime_.GetPackage(), parts_.storage,
+                                                               options_.screenshots, problem);
+}
+
+void Phone::Run(EntryPoint entryPoint, EndHandler onEnd) {
+    onEnd_ = std::move(onEnd);
+    std::vector<std::string> texts = options_.rest;
+    std::vector<char*> arguments;
+    for (std::string& text : texts) arguments.push_back(text.data());
+    const int count = static_cast<int>(arguments.size());
+    arguments.push_back(nullptr);
+    isInRun_ = true;
+    const int result = entryPoint(count, arguments.data());
+    isInRun_ = false;
+    // Without a Start the application has not come up, and nothing else will end it.
+    if (hasEnded_ || application_ == nullptr) TellEnd(result);
+}
+
+void Phone::Start(std::unique_ptr<Application> application) {
+    application_ = std::move(application);
+    EnterForeground();
+    if (performance_) {
+        const auto atEnd = entry_.attendance == Attendance::kUnattended ? PerformancePlayer::AtEnd::kEndProgram
+                                                                        : PerformancePlayer::AtEnd::kGoOn;
+        performancePlayer_ = std::make_unique<PerformancePlayer>(*this, performance_, options_.screenshots, atEnd);
+        performancePlayer_->Start();
+    }
+    parts_.loopDriver.Run(*this);
+}
+
+void Phone::RequestEnd() {
+    isEndRequested_ = true;
+    parts_.loopDriver.Wake();
+}
+
+void Phone::EnterForeground() {
+    if (isForeground_ || application_ == nullptr) return;
+    isForeground_ = true;
+    runtime_.GetTrace().Add("app", "foreground");
+    runtime_.GetScreen().ResumeInput();
+    application_->OnForeground();
+}
+
+void Phone::EnterBackground() {
+    if (!isForeground_ || application_ == nullptr) return;
+    isForeground_ = false;
+    runtime_.GetTrace().Add("app", "background");
+    runtime_.GetScreen().SuspendInput();
+    application_->OnBackground();
+}
+
+void Phone::TurnScreenOn() {
+    if (isScreenOn_ || application_ == nullptr) return;
+    isScreenOn_ = true;
+    runtime_.GetTrace().Add("app", "screen-on");
+    application_->OnScreenOn();
+}
+
+void Phone::TurnScreenOff() {
+    if (!isScreenOn_ || application_ == nullptr) return;
+    isScreenOn_ = false;
+    runtime_.GetTrace().Add("app", "screen-off");
+    application_->OnScreenOff();
+}
+
+Microseconds Phone::RunStep(Microseconds now) {
+    if (hasEnded_) return kNever;
+    runtime_.GetLoop().RunDue(now, isEndRequested_);
+    if (isEndRequested_) {
+        End();
+        return kNever;
+    }
+    const Microseconds nextFrame = runtime_.GetScreen().ComposeIfDue(now);
+    runtime_.GetTrace().Flush();
+    return std::min(nextFrame, runtime_.GetLoop().NextDue());
+}
+
+void Phone::End() {
+    Trace& trace = runtime_.GetTrace();
+    trace.Add("app", "terminating");
+    // Silence first: what the application takes its time for afterwards is not heard.
+    runtime_.CloseSound();
+    performancePlayer_.reset();
+    application_->OnEnd();
+    application_.reset();
+    runtime_.GetLoop().Clear();
+    trace.Add("app", "ended");
+    trace.Add("end")
+        .Number("frames", static_cast<std::int64_t>(runtime_.GetScreen().FramesComposed()))
+        .Number("blocks", static_cast<std::int64_t>(runtime_.GetSound().GetCapture().BlocksDelivered()))
+        .Number("underruns", static_cast<std::int64_t>(runtime_.GetSound().Underruns()));
+    trace.Close();
+    hasEnded_ = true;
+    // Within Run the entry point's result is still to come.
+    if (!isInRun_) TellEnd(0);
+}
+
+void Phone::TellEnd(int result) {
+    const int status = result == 0 && runtime_.GetConsole().HasLoss() ? kLostSomething : result;
+    if (const EndHandler onEnd = std::exchange(onEnd_, nullptr)) onEnd(status);
+}
+
+void Phone::OnVisibilityChanged(Visibility visibility) {
+    runtime_.GetLoop().BeginInput();
+    runtime_.GetScreen().SetVisibility(visibility);
+    visibility == Visibility::kVisible ? EnterForeground() : EnterBackground();
+}
+
+}  // namespace host
