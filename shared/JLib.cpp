@@ -149,14 +149,20 @@ bool JLib::WriteRegColor(const String& filePath, const String& section, const St
 ArrayList* JLib::SplitString(String text, const String& delimiter) {
     ArrayList* pPieces = new ArrayList(SingleObjectDeleter);
     pPieces->Construct(LIST_CAPACITY);
+    // The start moves on instead of the text being cut off at its front, which would cost its whole length each time.
+    int start = 0;
     int index = 0;
-    while (text.IndexOf(delimiter, 0, index) == E_SUCCESS) {
+    while (text.IndexOf(delimiter, start, index) == E_SUCCESS) {
         String* pPiece = new String();
-        text.SubString(0, index, *pPiece);
+        text.SubString(start, index - start, *pPiece);
         pPieces->Add(pPiece);
-        text.Remove(0, index + delimiter.GetLength());
+        start = index + delimiter.GetLength();
     }
-    if (!text.IsEmpty()) pPieces->Add(new String(text));
+    if (start < text.GetLength()) {
+        String* pRest = new String();
+        text.SubString(start, *pRest);
+        pPieces->Add(pRest);
+    }
     return pPieces;
 }
 

@@ -169,8 +169,8 @@ TEST_F(ScreensFit, EveryLanguageNamesItsNotes) {
     for (const Case& each : cases) {
         host::Package package;
         std::string problem;
-        ASSERT_TRUE(package.Load(backend_->Parts().storage, backend_->Parts().painter, each.language, {720, 1280}, console_,
-                                 problem));
+        ASSERT_TRUE(package.Load(backend_->Parts().storage, backend_->Parts().painter, each.language, {720, 1280},
+                                 console_, problem));
         const LayoutControl& help = *package.FindLayout("IDP_POPUP_HELP");
         for (std::size_t i = 0; i < each.names.size(); ++i) {
             const std::string name = "IDC_DECOR_NOTE" + std::to_string(i + 2);

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -78,6 +80,10 @@ TEST(SettingsDocument, LeavesEverythingElseAsItIsToTheByte) {
              Case{"[S]\n Key =\told value \r\nB=2\n", "[S]\n Key =\tv \r\nB=2\n"},
              Case{"[S]\nKey=", "[S]\nKey=v"},
              Case{"[S]\nKey=   \r\n", "[S]\nKey=   v\r\n"},
+             Case{"[S]\nKey=\r10\n", "[S]\nKey=\rv\n"},
+             Case{"[S]\nKey=\r \t10 \r\r\n", "[S]\nKey=\r \tv \r\r\n"},
+             Case{"[S]\nKey=a\0b\nB=2\n"s, "[S]\nKey=v\nB=2\n"},
+             Case{"[S\0]\nKey=1\n"s, "[S\0]\nKey=1\n[S]\nKey=v\n"s},
              Case{"[S]\nA=1\n\n\n[T]\nKey=2\n", "[S]\nA=1\nKey=v\n\n\n[T]\nKey=2\n"},
              Case{"[S]\nKey=1\nKey=2\n[S]\nKey=3\n", "[S]\nKey=v\nKey=2\n[S]\nKey=3\n"},
              Case{garbage, garbage + "[S]\nKey=v\n"},
@@ -113,4 +119,35 @@ TEST(SettingsDocument, RefusesWhatCouldNotBeReadBack) {
     EXPECT_EQ(Outcome::kNoEntry, document.SetValue("S", "New", "2"));
     EXPECT_EQ(Outcome::kNoSection, document.AddValue("T", "Key", "2"));
     EXPECT_EQ("[S]\nKey=1\n", TextOf(document));
+}
+
+// Files of every kind of byte that means something, and of some that do not.
+TEST(SettingsDocument, ReadsBackWhatItWroteWhateverTheFileHolds) {
+    constexpr std::string_view kPieces[] = {"[S]", "[",   "]",  "Key",          "=",    "v",
+                                            "1",   "\r",  "\n", "\r\n",         " ",    "\t",
+                                            "#",   "NUL", ";",  "\xEF\xBB\xBF", "\xFF", "[T]"};
+    std::minstd_rand random(20261123);
+    for (int round = 0; round < 20'000; ++round) {
+        std::string before;
+        for (auto pieces = random() % 14; pieces > 0; --pieces) {
+            const std::string_view piece = kPieces[random() % std::size(kPieces)];
+            before += piece == "NUL" ? std::string(1, '\0') : std::string(piece);
+        }
+        SCOPED_TRACE(testing::PrintToString(before));
+        std::string old;
+        const bool hadEntry = Parse(before).Find("S", "Key", old) == Outcome::kDone;
+        const std::string after = WriteKeyV(before);
+        std::string value;
+        ASSERT_EQ(Outcome::kDone, Parse(after).Find("S", "Key", value));
+        ASSERT_EQ("v", value);
+        // All of what was there stands before or behind what was written, but for the old value.
+        std::size_t front = 0;
+        while (front < before.size() && front < after.size() && before[front] == after[front]) ++front;
+        std::size_t back = 0;
+        while (back < before.size() - front && back < after.size() - front &&
+               before[before.size() - 1 - back] == after[after.size() - 1 - back]) {
+            ++back;
+        }
+        ASSERT_LE(before.size() - front - back, hadEntry ? old.size() : 0U);
+    }
 }

@@ -122,6 +122,30 @@ TEST_F(SettingsStore, SplitsTextsAtEveryDelimiterButTheLastOne) {
     }
 }
 
+TEST_F(SettingsStore, WritesBesideASectionWhoseNameGoesOnBehindANul) {
+    phone_.Data().Write("info.ini", std::string("[Setup\0x]\nAutoPlay=0\n", 22));
+    EXPECT_TRUE(JLib::WriteRegInt(L"Setup", L"AutoPlay", 1));
+    int value = 7;
+    EXPECT_TRUE(JLib::ReadRegInt(L"Setup", L"AutoPlay", value, 3));
+    EXPECT_EQ(1, value);
+}
+
+// The largest files that are read. With a cost that grows as the square of the length each would take half a minute.
+TEST_F(SettingsStore, ReadsTheLongestLineAndTheMostSections) {
+    constexpr int kCommas = 1'000'000;
+    phone_.Data().Write("info.ini", "[Setup]\nBackColor=1,2" + std::string(kCommas, ',') + "\n");
+    for (int i = 0; i < 3; ++i) {
+        Color color;
+        EXPECT_TRUE(JLib::ReadRegColor(L"Setup", L"BackColor", color, kDefaultColor));
+        EXPECT_EQ(Color(1, 2, 255, 255), color);
+    }
+    std::string sections;
+    for (int i = 0; i < 90'000; ++i) sections += "[" + std::to_string(i) + "]\n";
+    phone_.Data().Write("info.ini", sections);
+    EXPECT_TRUE(JLib::WriteRegInt(L"Setup", L"AutoPlay", 1));
+    EXPECT_EQ(sections + "[Setup]\nAutoPlay=1\n", FileText());
+}
+
 TEST_F(SettingsStore, SurvivesAFullDiskWithTheOldFile) {
     constexpr std::size_t kRoom = 4096;
     const std::string before = "[Setup]\nAutoPlay=0\n;" + std::string(kRoom, 'x') + "\n";

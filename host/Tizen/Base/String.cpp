@@ -62,6 +62,17 @@ std::uint32_t DecodeFirst(std::string_view bytes, std::size_t& taken) {
     return kRawByte + lead;
 }
 
+std::wstring Decode(std::string_view bytes) {
+    std::wstring text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        std::size_t taken = 0;
+        text += static_cast<wchar_t>(DecodeFirst(bytes, taken));
+        bytes.remove_prefix(taken);
+    }
+    return text;
+}
+
 void AppendUtf8(std::string& out, std::uint32_t code) {
     if (code >= kFirstRawByte && code <= kLastRawByte) {
         out += static_cast<char>(code - kRawByte);
@@ -80,17 +91,18 @@ void AppendUtf8(std::string& out, std::uint32_t code) {
 }  // namespace
 
 String::String(const char* pText) {
-    std::string_view rest = pText == nullptr ? std::string_view() : std::string_view(pText);
+    if (pText == nullptr) return;
     try {
-        text_.reserve(rest.size());
+        text_ = Decode(pText);
     } catch (const std::bad_alloc&) {
-        return;
+        text_.clear();
     }
-    while (!rest.empty()) {
-        std::size_t taken = 0;
-        text_ += static_cast<wchar_t>(DecodeFirst(rest, taken));
-        rest.remove_prefix(taken);
-    }
+}
+
+String String::FromUtf8(const char* pBytes, int count) {
+    String text;
+    text.text_ = Decode({pBytes, static_cast<std::size_t>(count)});
+    return text;
 }
 
 String::String(const wchar_t* pText) {

@@ -17,6 +17,8 @@ public:
     String(const char* pText);
     /// A null pointer is the empty text.
     String(const wchar_t* pText);
+    /// The text of UTF-8 bytes, which may hold NULs.
+    static String FromUtf8(const char* pBytes, int count);
     String(const String&) = default;
     String& operator=(const String&) = default;
     ~String() override = default;

@@ -41,6 +41,11 @@ result ToResult(SettingsDocument::Outcome outcome) {
     return E_FAILURE;
 }
 
+// A file may hold NULs, in names and in values.
+String ToText(const std::string& bytes) {
+    return String::FromUtf8(bytes.data(), static_cast<int>(bytes.size()));
+}
+
 void Say(const std::string& path, const char* problem) {
     Runtime::Current().GetConsole().SayOnce("settings file " + path + ": " + problem);
 }
@@ -97,7 +102,7 @@ result Registry::Construct(const String& path, bool createIfMissing) {
 IList* Registry::GetAllSectionNamesN() const {
     auto pNames = std::make_unique<ArrayList>(SingleObjectDeleter);
     if (pOpened_ != nullptr) {
-        for (const std::string& name : pOpened_->document.SectionNames()) pNames->Add(new String(name.c_str()));
+        for (const std::string& name : pOpened_->document.SectionNames()) pNames->Add(new String(ToText(name)));
     }
     return pNames.release();
 }
@@ -113,24 +118,25 @@ result Registry::GetValue(const String& section, const String& key, String& valu
     if (pOpened_ == nullptr) return E_INVALID_STATE;
     std::string text;
     const SettingsDocument::Outcome outcome = pOpened_->document.Find(section.ToUtf8(), key.ToUtf8(), text);
-    if (outcome == SettingsDocument::Outcome::kDone) value = String(text.c_str());
+    if (outcome == SettingsDocument::Outcome::kDone) value = ToText(text);
     return ToResult(outcome);
 }
 
 result Registry::SetValue(const String& section, const String& key, const String& value) {
-    return Write(section, key, value, false);
+    return Write(section, key, value, Entry::kPresent);
 }
 
 result Registry::AddValue(const String& section, const String& key, const String& value) {
-    return Write(section, key, value, true);
+    return Write(section, key, value, Entry::kNew);
 }
 
-result Registry::Write(const String& section, const String& key, const String& value, bool isNew) {
+result Registry::Write(const String& section, const String& key, const String& value, Entry entry) {
     if (pOpened_ == nullptr) return E_INVALID_STATE;
     Opened::Change change{section.ToUtf8(), key.ToUtf8(), value.ToUtf8()};
     SettingsDocument& document = pOpened_->document;
-    const SettingsDocument::Outcome outcome = isNew ? document.AddValue(change.section, change.key, change.value)
-                                                    : document.SetValue(change.section, change.key, change.value);
+    const SettingsDocument::Outcome outcome = entry == Entry::kNew
+                                                  ? document.AddValue(change.section, change.key, change.value)
+                                                  : document.SetValue(change.section, change.key, change.value);
     if (outcome != SettingsDocument::Outcome::kDone) return ToResult(outcome);
     pOpened_->isChanged = true;
     pOpened_->unwritten.push_back(std::move(change));

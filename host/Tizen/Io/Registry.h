@@ -43,8 +43,9 @@ public:
 private:
     struct Opened;
 
+    enum class Entry { kPresent, kNew };
     result Write(const Tizen::Base::String& section, const Tizen::Base::String& key, const Tizen::Base::String& value,
-                 bool isNew);
+                 Entry entry);
 
     std::unique_ptr<Opened> pOpened_;
 };

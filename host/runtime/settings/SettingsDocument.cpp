@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <unordered_set>
 
 namespace host {
 
@@ -18,26 +19,32 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
-// What a line says: without its line end and the blanks around it.
-std::string_view Said(std::string_view line) {
+// A line's content without line end and surrounding blanks.
+std::string_view ContentOf(std::string_view line) {
     if (line.ends_with('\n')) line.remove_suffix(1);
     return Trimmed(line);
 }
 
-bool IsComment(std::string_view said) {
-    return said.starts_with('#') || said.starts_with(';');
+bool IsComment(std::string_view content) {
+    return content.starts_with('#') || content.starts_with(';');
 }
 
 std::optional<std::string_view> SectionOf(std::string_view line) {
-    const std::string_view said = Said(line);
-    if (said.size() < 2 || !said.starts_with('[') || !said.ends_with(']')) return std::nullopt;
-    return Trimmed(said.substr(1, said.size() - 2));
+    const std::string_view content = ContentOf(line);
+    if (content.size() < 2 || !content.starts_with('[') || !content.ends_with(']')) return std::nullopt;
+    return Trimmed(content.substr(1, content.size() - 2));
 }
 
 bool IsEntry(std::string_view line, std::string_view key) {
-    const std::string_view said = Said(line);
-    const std::size_t equals = said.find('=');
-    return equals != std::string_view::npos && !IsComment(said) && Trimmed(said.substr(0, equals)) == key;
+    const std::string_view content = ContentOf(line);
+    const std::size_t equals = content.find('=');
+    return equals != std::string_view::npos && !IsComment(content) && Trimmed(content.substr(0, equals)) == key;
+}
+
+// Of an entry's line.
+std::string_view ValueOf(std::string_view line) {
+    const std::string_view content = ContentOf(line);
+    return Trimmed(content.substr(content.find('=') + 1));
 }
 
 bool IsOneLine(std::string_view text) {
@@ -72,11 +79,12 @@ SettingsDocument::Range SettingsDocument::LineAt(std::size_t position) const {
 
 std::vector<std::string> SettingsDocument::SectionNames() const {
     std::vector<std::string> names;
+    std::unordered_set<std::string_view> known;
     Range line;
     while (line.end < text_.size()) {
         line = LineAt(line.end);
         const auto name = SectionOf(TextOf(line));
-        if (name && std::find(names.begin(), names.end(), *name) == names.end()) names.emplace_back(*name);
+        if (name && known.insert(*name).second) names.emplace_back(*name);
     }
     return names;
 }
@@ -118,8 +126,7 @@ SettingsDocument::Outcome SettingsDocument::Find(std::string_view section, std::
     Range line;
     const Outcome outcome = FindLine(section, key, line);
     if (outcome != Outcome::kDone) return outcome;
-    const std::string_view said = Said(TextOf(line));
-    value = Trimmed(said.substr(said.find('=') + 1));
+    value = ValueOf(TextOf(line));
     return Outcome::kDone;
 }
 
@@ -139,9 +146,13 @@ SettingsDocument::Outcome SettingsDocument::SetValue(std::string_view section, s
     Range line;
     const Outcome outcome = FindLine(section, key, line);
     if (outcome != Outcome::kDone) return outcome;
-    const std::size_t behindEquals = text_.find('=', line.begin) + 1;
-    const std::size_t begin = std::min(text_.find_first_not_of(kInnerBlanks, behindEquals), text_.size());
-    text_.replace(begin, Said(TextOf({begin, line.end})).size(), value);
+    const std::string_view old = ValueOf(TextOf(line));
+    std::size_t begin = static_cast<std::size_t>(old.data() - text_.data());
+    if (old.empty()) {
+        const std::size_t behindEquals = text_.find('=', line.begin) + 1;
+        begin = std::min(text_.find_first_not_of(kInnerBlanks, behindEquals), text_.size());
+    }
+    text_.replace(begin, old.size(), value);
     return Outcome::kDone;
 }
 
@@ -159,7 +170,7 @@ SettingsDocument::Outcome SettingsDocument::AddValue(std::string_view section, s
     std::size_t behind = block.begin;
     for (std::size_t position = block.begin; position < block.end; position = line.end) {
         line = LineAt(position);
-        if (!Said(TextOf(line)).empty()) behind = line.end;
+        if (!ContentOf(TextOf(line)).empty()) behind = line.end;
     }
     InsertLine(behind, std::string(key) + "=" + std::string(value));
     return Outcome::kDone;
