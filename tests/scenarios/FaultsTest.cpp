@@ -99,6 +99,10 @@ TEST(PerformanceFile, IsRefusedWithItsLineAndAReason) {
         {"0 press\n", ":1:"},
         {"0 press IDC_NO_SUCH_CONTROL\n", ":1:"},
         {"0 key back hold\n", ":1:"},
+        {"0 key Foo press\n", ":1:"},
+        {"0 key F25 press\n", ":1:"},
+        {"0 peak 127\n", ":1:"},
+        {"0 pick IDC_COLORPICKER red #FF0000\n", ":1:"},
         {"0 lose sight\n", ":1:"},
         {"0 background now\n", ":1:"},
         {"0 screenshot picture.jpg\n", ":1:"},
@@ -115,11 +119,23 @@ TEST(PerformanceFile, IsRefusedWithItsLineAndAReason) {
 
 TEST(PerformanceFile, MayHaveCommentsRelativeTimesAndWindowsLineEnds) {
     ProgramRun run;
-    ASSERT_EQ(
-        0, run.Play("\xEF\xBB\xBF# a tune\r\n\r\n100 breath 0.5 #add a pick\r\n+250 breath 0\t# none\n  +0.5 key back "
-                    "press\n+10 key back release\n"))
+    ASSERT_EQ(0,
+              run.Play("\xEF\xBB\xBF# a tune\r\n\r\n100 breath 0.5 #add a pick\r\n+250 breath 0#none\n  +0.5 key back "
+                       "press\n+10 key back release\n"))
         << run.Errors();
     EXPECT_DOUBLE_EQ(360.5, run.ReadTrace("user-event", "sent").front()["ms"].get<double>());
+}
+
+TEST(PerformanceFile, SetsThePeakOfTheMicrophonesBlocks) {
+    ProgramRun run;
+    // 153 is the softest breath that sounds.
+    ASSERT_EQ(0, run.Play("3000 peak 152\n3500 peak 153\n4000 peak 128\n4500 quit\n"));
+    const auto opened = run.ReadTrace("player", "open");
+    const auto closed = run.ReadTrace("player", "close");
+    ASSERT_EQ(1U, opened.size());
+    ASSERT_EQ(1U, closed.size());
+    EXPECT_NEAR(3510, opened[0]["ms"].get<double>(), 10);
+    EXPECT_NEAR(4010, closed[0]["ms"].get<double>(), 10);
 }
 
 TEST(PerformanceFile, EndsARunHalfASecondAfterItsLastAction) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "runtime/package/KeyCodeNames.h"
 #include "runtime/package/LayoutReader.h"
 #include "runtime/package/Values.h"
 #include "runtime/package/XmlFile.h"
@@ -167,7 +168,7 @@ bool Package::LoadKeys(std::string& problem) {
         if (!file.HasOnly(element, {"code", "touch", "at", "breath", "phone"})) return false;
         KeyBinding binding;
         binding.code = element.attribute("code").value();
-        if (binding.code.empty()) return file.Fail(element, "a <key> without a code");
+        if (!IsKeyCode(binding.code)) return file.Fail(element, "no key has the code \"" + binding.code + '"');
         if (std::any_of(keys_.begin(), keys_.end(),
                         [&](const KeyBinding& other) { return other.code == binding.code; })) {
             return file.Fail(element, "a second <key> with the code " + binding.code);

@@ -1,5 +1,6 @@
 #include "runtime/performance/Performance.h"
 
+#include <algorithm>
 #include <charconv>
 #include <functional>
 #include <limits>
@@ -8,6 +9,8 @@
 #include <sstream>
 #include <stdexcept>
 #include <utility>
+
+#include "runtime/package/KeyCodeNames.h"
 
 namespace host {
 
@@ -35,30 +38,28 @@ bool IsBlank(char character) {
     return character == ' ' || character == '\t' || character == '\r';
 }
 
+// The words up to the comment. A # begins one wherever the line does not ask for a colour: the fourth word of a pick
+// begins with the # of its colour.
 std::vector<std::string_view> SplitWords(std::string_view line) {
+    constexpr std::size_t kColorOfPick = 3;
     std::vector<std::string_view> words;
     std::size_t position = 0;
-    while (position < line.size()) {
+    while (position < line.size() && line[position] != '#') {
         if (IsBlank(line[position])) {
             ++position;
             continue;
         }
         const std::size_t begin = position;
-        while (position < line.size() && !IsBlank(line[position])) ++position;
+        while (position < line.size() && !IsBlank(line[position]) && line[position] != '#') ++position;
         words.push_back(line.substr(begin, position - begin));
+        const std::size_t next = std::min(line.find_first_not_of(" \t\r", position), line.size());
+        const bool isColor = words.size() == kColorOfPick && words[1] == "pick" && next > position;
+        if (!isColor || next == line.size() || line[next] != '#') continue;
+        position = next + 1;
+        while (position < line.size() && !IsBlank(line[position]) && line[position] != '#') ++position;
+        words.push_back(line.substr(next, position - next));
     }
     return words;
-}
-
-// A comment starts at a # that begins a word, where the line does not ask for a colour.
-void CutComment(std::vector<std::string_view>& words) {
-    constexpr std::size_t kColorOfPick = 3;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const bool isColor = i == kColorOfPick && words[1] == "pick";
-        if (words[i].front() != '#' || isColor) continue;
-        words.resize(i);
-        return;
-    }
 }
 
 // A decimal number without an exponent, as people write them. Locales have no say here.
@@ -102,6 +103,10 @@ int IntegerWithin(std::string_view word, int lowest, int highest, const char* wh
     }
     return value;
 }
+
+// The peak of a block of silence, and the highest that there is.
+constexpr int kSilence = 128;
+constexpr int kLoudest = 255;
 
 double Coordinate(std::string_view word) {
     constexpr double kFarthest = 100'000;
@@ -185,6 +190,8 @@ PerformanceAction ParseKey(const Words& words) {
     constexpr const char* kForm = "key back press, key back release, key CODE press or key CODE release";
     ExpectWords(words, 3, kForm);
     if (words[2] != "press" && words[2] != "release") throw Malformed(std::string("expected: ") + kForm);
+    const bool isPhoneKey = words[1] == "back" || words[1] == "volume-up" || words[1] == "volume-down";
+    if (!isPhoneKey && !IsKeyCode(words[1])) throw Malformed("no key has the code " + Quoted(words[1]));
     return KeyAction{std::string(words[1]), words[2] == "press" ? KeyDirection::kPress : KeyDirection::kRelease};
 }
 
@@ -236,6 +243,11 @@ const std::map<std::string_view, ActionParser>& ActionParsers() {
              ExpectWords(words, 2, "breath LEVEL");
              return BreathAction{NumberWithin(words[1], 0, 1, "a breath's level")};
          }},
+        {"peak",
+         [](const Words& words) {
+             ExpectWords(words, 2, "peak N");
+             return PeakAction{static_cast<std::uint8_t>(IntegerWithin(words[1], kSilence, kLoudest, "a peak"))};
+         }},
         {"ringtone",
          [](const Words& words) {
              ExpectWords(words, 2, "ringtone N");
@@ -264,8 +276,7 @@ const std::map<std::string_view, ActionParser>& ActionParsers() {
 
 // One line's step, or nothing for a line without an action. `previous` is the time of the line before.
 std::optional<Performance::Step> ParseLine(std::string_view line, Microseconds previous) {
-    Words all = SplitWords(line);
-    CutComment(all);
+    const Words all = SplitWords(line);
     if (all.empty()) return std::nullopt;
 
     Performance::Step step;

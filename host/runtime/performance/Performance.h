@@ -40,6 +40,10 @@ struct KeyAction {
 struct BreathAction {
     double level = 0;  ///< 0..1 of full scale
 };
+/// Every block that the microphone delivers from now on has exactly this peak, until the next breath or peak.
+struct PeakAction {
+    std::uint8_t peak = 0;
+};
 struct RingtoneAction {
     int volume = 0;  ///< 0..15
 };
@@ -63,8 +67,8 @@ struct ScreenshotAction {
 struct QuitAction {};
 
 using PerformanceAction =
-    std::variant<TouchAction, PressAction, ReleaseAction, TapAction, KeyAction, BreathAction, RingtoneAction,
-                 PickAction, StateAction, DeviceAction, ScreenshotAction, QuitAction>;
+    std::variant<TouchAction, PressAction, ReleaseAction, TapAction, KeyAction, BreathAction, PeakAction,
+                 RingtoneAction, PickAction, StateAction, DeviceAction, ScreenshotAction, QuitAction>;
 
 /// What a player and the world around the phone do, and when: a performance file after reading. Plain data, any thread.
 class Performance {

@@ -95,6 +95,10 @@ void PerformancePlayer::Do(const BreathAction& action, int) {
     runtime_.GetSound().GetSimulatedMicrophone().SetBreath(action.level);
 }
 
+void PerformancePlayer::Do(const PeakAction& action, int) {
+    runtime_.GetSound().GetSimulatedMicrophone().SetPeak(action.peak);
+}
+
 void PerformancePlayer::Do(const RingtoneAction& action, int) {
     runtime_.GetSound().SetRingtoneVolume(action.volume);
 }

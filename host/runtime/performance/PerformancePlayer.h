@@ -42,6 +42,7 @@ private:
     void Do(const TapAction& action, int line);
     void Do(const KeyAction& action, int line);
     void Do(const BreathAction& action, int line);
+    void Do(const PeakAction& action, int line);
     void Do(const RingtoneAction& action, int line);
     void Do(const PickAction& action, int line);
     void Do(const StateAction& action, int line);

@@ -12,6 +12,12 @@ SimulatedMicrophone::~SimulatedMicrophone() {
 void SimulatedMicrophone::SetBreath(double level) {
     HearUntil(loop_.Now());
     turbulence_.SetLevel(level);
+    peak_.reset();
+}
+
+void SimulatedMicrophone::SetPeak(std::uint8_t peak) {
+    HearUntil(loop_.Now());
+    peak_ = peak;
 }
 
 void SimulatedMicrophone::Lose() {
@@ -64,12 +70,22 @@ void SimulatedMicrophone::HearUntil(Microseconds now) {
     // More than one block is due only where the loop is late: the sink sees to it that the oldest ones go.
     while (now >= BlockEnd()) {
         Hear(kBlockFrames - framesHeard_);
+        if (peak_ && !isLost_) SwingTo(*peak_);
         sink_->OnBlock(block_);
         framesHeard_ = 0;
         ++blocks_;
     }
     const auto due = static_cast<std::size_t>((now - start_ - blocks_ * kBlockTime) / kPhoneFrameTime);
     if (due > framesHeard_) Hear(due - framesHeard_);
+}
+
+// A square wave: frames at the peak, and as many as far below silence.
+void SimulatedMicrophone::SwingTo(std::uint8_t peak) {
+    constexpr std::size_t kFramesOfHalf = 4;
+    for (std::size_t i = 0; i < block_.size(); ++i) {
+        const bool isHigh = i / kPhoneChannels / kFramesOfHalf % 2 == 0;
+        block_[i] = isHigh ? peak : static_cast<std::uint8_t>(2 * kPhoneSilence - peak);
+    }
 }
 
 void SimulatedMicrophone::Hear(std::size_t frames) {

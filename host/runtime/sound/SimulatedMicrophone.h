@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "runtime/loop/EventLoop.h"
 #include "runtime/sound/BlockSource.h"
@@ -26,6 +27,9 @@ public:
 
     // Each takes effect at its own moment, also within a block.
     void SetBreath(double level);
+    /// As long as no breath is set, whatever the file has: each block's highest sample is exactly `peak`, kPhoneSilence
+    /// at least. The block that is being heard has it, too.
+    void SetPeak(std::uint8_t peak);
     void Lose();
     void Restore();
 
@@ -37,11 +41,13 @@ private:
     void WaitForBlock();
     void HearUntil(Microseconds now);
     void Hear(std::size_t frames);
+    void SwingTo(std::uint8_t peak);
     [[nodiscard]] Microseconds BlockEnd() const;
 
     EventLoop& loop_;
     std::unique_ptr<BreathFile> breathFile_;
     Turbulence turbulence_;
+    std::optional<std::uint8_t> peak_;
     bool isLost_ = false;
 
     BlockSink* sink_ = nullptr;  ///< null while it is stopped
