@@ -30,6 +30,9 @@ struct KeyInput {
     ShiftKey shift = ShiftKey::kReleased;
 };
 
+/// The shape of a mouse's pointer.
+enum class Pointer { kArrow, kHand };
+
 /// Receives what is done on a window and what becomes of its pixels, on the UI thread.
 class InputListener {
 public:
@@ -41,6 +44,8 @@ public:
     virtual void OnResized() = 0;
     /// The window's pixels were lost; all of it must be presented again.
     virtual void OnExposed() = 0;
+    /// The shape of the pointer at that place, in the window's device pixels: a hand over what can be pressed.
+    [[nodiscard]] virtual Pointer PointerAt(double /*x*/, double /*y*/) const { return Pointer::kArrow; }
 
 protected:
     ~InputListener() = default;

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "runtime/notices/Notices.h"
 #include "runtime/package/Package.h"
 #include "runtime/performance/Performance.h"
 #include "runtime/performance/PerformancePlayer.h"
@@ -45,7 +46,12 @@ Phone& Phone::Current() {
 }
 
 bool Phone::Open(std::string& problem) {
-    return runtime_.Prepare(problem) && PreparePerformance(problem) && runtime_.Open(*this, problem);
+    if (!runtime_.Prepare(problem) || !PreparePerformance(problem) || !runtime_.Open(*this, problem)) return false;
+    if (entry_.attendance == Attendance::kAttended) {
+        notices_ = std::make_unique<Notices>(runtime_.GetScreen(), runtime_.GetSound(), runtime_.GetLoop(),
+                                             runtime_.GetPackage(), runtime_.GetStorage());
+    }
+    return true;
 }
 
 bool Phone::PreparePerformance(std::string& problem) {
@@ -81,6 +87,7 @@ void Phone::Start(std::unique_ptr<Application> application) {
         performancePlayer_ = std::make_unique<PerformancePlayer>(*this, performance_, options_.screenshots, atEnd);
         performancePlayer_->Start();
     }
+    if (notices_ && !performance_) notices_->OfferKeys();
     parts_.loopDriver.Run(*this);
 }
 
@@ -137,6 +144,8 @@ void Phone::End() {
     // Silence first: what the application takes its time for afterwards is not heard.
     runtime_.CloseSound();
     performancePlayer_.reset();
+    if (notices_) notices_->Save();
+    notices_.reset();
     application_->OnEnd();
     application_.reset();
     runtime_.GetLoop().Clear();

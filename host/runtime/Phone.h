@@ -12,6 +12,7 @@
 namespace host {
 
 class Performance;
+class Notices;
 class PerformancePlayer;
 
 /// The application's entry point.
@@ -73,6 +74,7 @@ private:
     Runtime runtime_;
     std::shared_ptr<const Performance> performance_;
     std::unique_ptr<PerformancePlayer> performancePlayer_;
+    std::unique_ptr<Notices> notices_;  ///< where a person is in front of it
     std::unique_ptr<Application> application_;
     EndHandler onEnd_;
     bool isInRun_ = false;

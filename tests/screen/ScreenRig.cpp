@@ -42,7 +42,10 @@ std::unique_ptr<host::Backend> ScreenRig::MakeBackend(const TemporaryFolder& fol
     std::filesystem::create_directory(folder / "strings");
     folder.Write("layouts/IDF.xml",
                  R"(<Form name="IDF" design="100x200"><Panel name="IDC_PANEL" bounds="0,0,1,1"/></Form>)");
-    folder.Write("strings/en.xml", R"(<strings language="en"/>)");
+    folder.Write(
+        "strings/en.xml",
+        R"(<strings language="en"><string id="IDS_NOTICE_KEYS">keys</string><string id="IDS_NOTICE_SILENCE">silence</string>
+                    <string id="IDS_NOTICE_NO_MICROPHONE">gone</string><string id="IDS_NOTICE_VOLUME">volume</string></strings>)");
     folder.Write("keys.xml", keys);
     return host::CreateHeadlessBackend({folder.Path(), folder.Path()});
 }

@@ -251,3 +251,16 @@ TEST(Buttons, GiveATextAnEdgeAsStrongAsItsContrastNeeds) {
     EXPECT_GT(nearly, 0);
     EXPECT_GT(hardly, nearly * 3 / 2);
 }
+
+TEST(Pointer, IsAHandOverWhatCanBePressed) {
+    Holes rig({400, 800});
+    auto& button = rig.Add<host::ButtonNode>("button", {10, 10, 20, 20}, rig.form);
+    EXPECT_EQ(host::Pointer::kArrow, rig.screen_.PointerAt(4 * 20, 4 * 20)) << "nobody hears of this button";
+    button.SetActing(true);
+    EXPECT_EQ(host::Pointer::kHand, rig.screen_.PointerAt(4 * 20, 4 * 20));
+    EXPECT_EQ(host::Pointer::kArrow, rig.screen_.PointerAt(4 * 40, 4 * 20));
+    rig.left->SetMultipoint(true);
+    EXPECT_EQ(host::Pointer::kHand, rig.screen_.PointerAt(4 * 10, 4 * 150));
+    rig.ShowPopup("popup", {0, 0, 50, 50});
+    EXPECT_EQ(host::Pointer::kArrow, rig.screen_.PointerAt(4 * 10, 4 * 150)) << "a popup keeps it from what is below";
+}

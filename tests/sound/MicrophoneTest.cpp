@@ -445,4 +445,38 @@ TEST(Microphone, MayBeStoppedOrDestroyedWhereItDelivers) {
     }
 }
 
+TEST(Microphone, TellsOnceOfEachThreeSecondsOfExactSilence) {
+    struct Watcher final : host::SoundWatcher {
+        void OnTone() override {}
+        void OnRingtoneVolume(int) override {}
+        void OnMicrophoneSilent() override { ++silences; }
+        void OnMicrophoneGone() override {}
+        void OnMicrophoneGoneNoMore() override {}
+        int silences = 0;
+    };
+    constexpr int kRate = 8000;
+    Rig rig;
+    Watcher watcher;
+    rig.sound->SetWatcher(&watcher);
+    Listener listener(rig, 3);
+    listener.audioIn->Start();
+    const auto hear = [&rig](int frames, float value) {
+        rig.microphone.client->OnFramesHeard(std::vector<float>(static_cast<std::size_t>(frames), value));
+        rig.RunDue();
+    };
+    // Far below the phone's 8 bits, and yet a microphone that works.
+    constexpr float kFaint = 1e-6F;
+    hear(4 * kRate, kFaint);
+    EXPECT_EQ(0, watcher.silences);
+    hear(2 * kRate, 0);
+    hear(1, kFaint);
+    hear(2 * kRate, 0);
+    EXPECT_EQ(0, watcher.silences);
+    hear(kRate, 0);
+    EXPECT_EQ(1, watcher.silences);
+    hear(9 * kRate, 0);
+    EXPECT_EQ(1, watcher.silences);
+    rig.sound->SetWatcher(nullptr);
+}
+
 }  // namespace sound_test

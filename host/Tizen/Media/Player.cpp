@@ -123,6 +123,7 @@ result Player::Play() {
     }
     session_->state = PLAYER_STATE_PLAYING;
     sound.GetTrace().Add("player", "play");
+    sound.TellOfTone();
     return E_SUCCESS;
 }
 

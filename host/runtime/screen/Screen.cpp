@@ -78,8 +78,13 @@ void Screen::Touch(std::int64_t number, TouchPhase phase, PointF position) {
 }
 
 void Screen::PressFinger(const FingerId& finger, PointF place) {
+    TellOfUse();
     keyboard_->OnTouch();
     fingers_->Press(finger, place);
+}
+
+void Screen::TellOfUse() {
+    if (onUse_) onUse_();
 }
 
 void Screen::OnKey(const KeyInput& key) {
@@ -88,6 +93,7 @@ void Screen::OnKey(const KeyInput& key) {
     FlushReports();
     switch (key.phase) {
         case KeyPhase::kDown:
+            TellOfUse();
             keyboard_->Press(key.code, key.shift);
             break;
         case KeyPhase::kRepeat:
@@ -102,6 +108,7 @@ void Screen::OnKey(const KeyInput& key) {
 void Screen::PressKey(std::string_view key) {
     if (isInputSuspended_) return;
     FlushReports();
+    TellOfUse();
     if (const auto phoneKey = PhoneKeyOf(key)) {
         keyboard_->PressPhoneKey(*phoneKey);
     } else {
@@ -143,6 +150,12 @@ void Screen::OnResized() {
 
 void Screen::OnExposed() {
     compositor_->DamageAll();
+}
+
+Pointer Screen::PointerAt(double x, double y) const {
+    const Node* node = fingers_->NodeAt(compositor_->ToPhone(x, y));
+    // Holes take several fingers, everything else that can be pressed takes the focus.
+    return node != nullptr && (node->IsFocusable() || node->IsMultipoint()) ? Pointer::kHand : Pointer::kArrow;
 }
 
 void Screen::SetVisibility(Visibility visibility) {
@@ -195,6 +208,15 @@ void Screen::SetCurrentForm(Node* form) {
 void Screen::ShowPopup(Node& popup) {
     stack_->Push(popup);
     OnTopmostChanged();
+}
+
+void Screen::SetOverlay(Node* overlay) {
+    stack_->SetOverlay(overlay);
+    compositor_->DamageAll();
+}
+
+bool Screen::IsPlayedOn() const {
+    return keyboard_->IsTopmostPlayedOn();
 }
 
 void Screen::OnTopmostChanged() {

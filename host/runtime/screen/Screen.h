@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "backend/Painter.h"
 #include "backend/Window.h"
@@ -40,6 +42,7 @@ public:
     void OnInputLost() override;
     void OnResized() override;
     void OnExposed() override;
+    [[nodiscard]] Pointer PointerAt(double x, double y) const override;
 
     /// Nothing is composed while the window is hidden.
     void SetVisibility(Visibility visibility);
@@ -74,6 +77,12 @@ public:
     void SetCurrentForm(Node* form);
     /// Puts a popup on top of everything; one that is shown already comes to the top.
     void ShowPopup(Node& popup);
+    /// A node that lies over everything and gets neither touches nor keys; null for none. Not owned.
+    void SetOverlay(Node* overlay);
+    /// Called whenever a finger or a key is pressed, before it acts. Empty for none.
+    void SetUseHandler(std::function<void()> onUse) { onUse_ = std::move(onUse); }
+    /// Whether keys play on the topmost screen.
+    [[nodiscard]] bool IsPlayedOn() const;
     [[nodiscard]] EventLoop& GetLoop() { return loop_; }
     [[nodiscard]] Painter& GetPainter() { return painter_; }
     [[nodiscard]] const Package& GetPackage() const { return package_; }
@@ -89,6 +98,7 @@ public:
 
 private:
     void PressFinger(const FingerId& finger, PointF place);
+    void TellOfUse();
     void LiftAll();
     void OnTopmostChanged();
     void Compose(Microseconds now);
@@ -104,6 +114,7 @@ private:
     std::unique_ptr<Compositor> compositor_;
     std::unique_ptr<Keyboard> keyboard_;
     std::weak_ptr<Node> reporting_;
+    std::function<void()> onUse_;
     bool isInputSuspended_ = false;
 };
 

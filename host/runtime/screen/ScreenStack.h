@@ -36,6 +36,10 @@ public:
         return true;
     }
 
+    /// Lies over everything and gets neither touches nor keys; null for none.
+    void SetOverlay(Node* overlay) { overlay_ = overlay; }
+    [[nodiscard]] Node* Overlay() const { return overlay_; }
+
     /// From the lowest up; a hidden popup counts for nothing.
     [[nodiscard]] const std::vector<Node*>& Popups() const { return popups_; }
 
@@ -71,6 +75,7 @@ public:
 
 private:
     Node* form_ = nullptr;
+    Node* overlay_ = nullptr;
     std::vector<Node*> popups_;
 };
 

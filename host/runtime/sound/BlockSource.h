@@ -11,6 +11,8 @@ public:
     /// Nothing can be heard from now on.
     virtual void OnSourceLost() = 0;
     virtual void OnSourceRestored() = 0;
+    /// What was heard lately was exactly nothing, which no working microphone delivers for so long.
+    virtual void OnSourceSilent() = 0;
 
 protected:
     ~BlockSink() = default;

@@ -22,7 +22,7 @@ void Capture::Stop() noexcept {
     source_.Stop();
     loop_.CancelTimer(silenceTimer_);
     silenceTimer_ = TimerQueue::kNone;
-    isLost_ = false;
+    if (std::exchange(isLost_, false) && watcher_ != nullptr) watcher_->OnMicrophoneGoneNoMore();
 }
 
 void Capture::Close() noexcept {
@@ -39,11 +39,17 @@ void Capture::OnSourceLost() {
     if (std::exchange(isLost_, true)) return;
     trace_.Add("microphone", "lost").Flag("ok", false);
     console_.SayOnce("the microphone is gone; blowing works again when it is back");
+    if (watcher_ != nullptr) watcher_->OnMicrophoneGone();
     HearSilenceOnTimer();
+}
+
+void Capture::OnSourceSilent() {
+    if (watcher_ != nullptr) watcher_->OnMicrophoneSilent();
 }
 
 void Capture::OnSourceRestored() {
     if (!std::exchange(isLost_, false)) return;
+    if (watcher_ != nullptr) watcher_->OnMicrophoneGoneNoMore();
     console_.SayOnce("the microphone is back");
     loop_.CancelTimer(silenceTimer_);
     silenceTimer_ = TimerQueue::kNone;

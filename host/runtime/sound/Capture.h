@@ -8,6 +8,7 @@
 #include "runtime/Console.h"
 #include "runtime/loop/EventLoop.h"
 #include "runtime/sound/BlockSource.h"
+#include "runtime/sound/SoundWatcher.h"
 #include "runtime/sound/Turbulence.h"
 #include "runtime/trace/Trace.h"
 
@@ -45,6 +46,9 @@ public:
     /// 0..1: breath that is heard on top of whatever the source hears, also where there is none.
     void SetKeyBreath(double level) { keyBreath_.SetLevel(level); }
 
+    /// Null for none. It must outlive the capture, or be taken back.
+    void SetWatcher(SoundWatcher* watcher) noexcept { watcher_ = watcher; }
+
     /// Since the program's start.
     [[nodiscard]] std::uint64_t BlocksDelivered() const noexcept { return blocksDelivered_; }
 
@@ -53,6 +57,7 @@ private:
     void OnBlock(const Block& block) override;
     void OnSourceLost() override;
     void OnSourceRestored() override;
+    void OnSourceSilent() override;
 
     void DeliverUnread();
     void Deliver(Block& block);
@@ -63,6 +68,7 @@ private:
     Trace& trace_;
     Console& console_;
     CaptureConsumer* consumer_ = nullptr;
+    SoundWatcher* watcher_ = nullptr;
     std::deque<Block> unread_;
     std::uint64_t blocksDelivered_ = 0;
     bool isClosed_ = false;

@@ -13,6 +13,7 @@ constexpr std::size_t kFramesInRing = std::size_t{1} << 18U;
 
 constexpr std::size_t kFramesAtOnce = 2048;
 constexpr int kDeviceChannels = 1;
+constexpr int kTellingSilenceSeconds = 3;
 
 }  // namespace
 
@@ -34,6 +35,7 @@ void DeviceSource::Stop() noexcept {
 
 void DeviceSource::OnMicrophoneOpened(int rate) noexcept {
     DropUnread();
+    rate_ = rate;
     converter_ = PhoneConverter::Make(rate, kDeviceChannels);
     if (converter_ != nullptr) sink_->OnSourceRestored();
 }
@@ -52,6 +54,7 @@ void DeviceSource::OnThreadMessage(const ThreadMessage&) {
     if (sink_ == nullptr || converter_ == nullptr) return;
     std::array<float, kFramesAtOnce> heard;
     while (const std::size_t count = frames_.Pop(heard)) {
+        WatchForSilence(std::span<const float>(heard).first(count));
         converter_->Convert(std::span<const float>(heard).first(count), PhoneConverter::Input::kGoesOn, bytes_);
     }
     auto from = bytes_.begin();
@@ -63,10 +66,18 @@ void DeviceSource::OnThreadMessage(const ThreadMessage&) {
     bytes_.erase(bytes_.begin(), from);
 }
 
+void DeviceSource::WatchForSilence(std::span<const float> frames) {
+    const std::int64_t before = silentFrames_;
+    for (const float frame : frames) silentFrames_ = frame == 0 ? silentFrames_ + 1 : 0;
+    const std::int64_t telling = std::int64_t{kTellingSilenceSeconds} * rate_;
+    if (before < telling && silentFrames_ >= telling) sink_->OnSourceSilent();
+}
+
 void DeviceSource::DropUnread() noexcept {
     std::array<float, kFramesAtOnce> dropped;
     while (frames_.Pop(dropped) > 0) continue;
     bytes_.clear();
+    silentFrames_ = 0;
 }
 
 }  // namespace host

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "backend/Microphone.h"
@@ -32,12 +34,16 @@ private:
 
     void OnThreadMessage(const ThreadMessage& message) override;
     void DropUnread() noexcept;
+    /// Tells the sink once of 3 s of exact zeros.
+    void WatchForSilence(std::span<const float> frames);
 
     Microphone& microphone_;
     EventLoop& loop_;
     SpscRing<float> frames_;
     BlockSink* sink_ = nullptr;  ///< null while stopped
     std::unique_ptr<PhoneConverter> converter_;
+    int rate_ = 0;
+    std::int64_t silentFrames_ = 0;    ///< exact zeros, up to now
     std::vector<std::uint8_t> bytes_;  ///< of the block that is not full yet
 };
 

@@ -36,8 +36,18 @@ Sound* Sound::Current() noexcept {
     return current;
 }
 
-void Sound::SetRingtoneVolume(int volume) noexcept {
+void Sound::SetRingtoneVolume(int volume) {
     ringtoneVolume_ = std::clamp(volume, 0, kLoudestRingtone);
+    if (watcher_ != nullptr) watcher_->OnRingtoneVolume(ringtoneVolume_);
+}
+
+void Sound::SetWatcher(SoundWatcher* watcher) noexcept {
+    watcher_ = watcher;
+    capture_.SetWatcher(watcher);
+}
+
+void Sound::TellOfTone() {
+    if (watcher_ != nullptr) watcher_->OnTone();
 }
 
 bool Sound::Prepare(std::string& problem) {

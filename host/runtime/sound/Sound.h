@@ -58,7 +58,12 @@ public:
     /// The phone's ringtone volume, 0..kLoudestRingtone.
     [[nodiscard]] int GetRingtoneVolume() const noexcept { return ringtoneVolume_; }
     /// Values outside of the range are brought to its nearer end. Tones that sound keep theirs.
-    void SetRingtoneVolume(int volume) noexcept;
+    void SetRingtoneVolume(int volume);
+
+    /// Null for none. It must outlive the sound, or be taken back.
+    void SetWatcher(SoundWatcher* watcher) noexcept;
+    /// From Tizen::Media::Player: a tone was started.
+    void TellOfTone();
 
     [[nodiscard]] SpeakerOutput& GetOutput() noexcept { return output_; }
     /// What is heard where no device is asked; a real microphone is only lost by being unplugged.
@@ -84,6 +89,7 @@ private:
     SimulatedMicrophone simulatedMicrophone_;
     DeviceSource deviceSource_;
     Capture capture_;
+    SoundWatcher* watcher_ = nullptr;
     int ringtoneVolume_ = 0;
     bool isOpen_ = false;
 };

@@ -16,7 +16,8 @@ constexpr std::int64_t kMouseFinger = 0;
 // The part of the desktop's free area that the window takes at most, for the frame that the window manager adds: how
 // much that is can be asked only when the window is there.
 constexpr double kShareOfDesktop = 0.92;
-constexpr int kSmallestDivisor = 4;  // The window may be made as small as a quarter of the phone's screen.
+// The window may be made as small as half of the phone's screen: the smallest texts are 9 pixels then.
+constexpr int kSmallestDivisor = 2;
 constexpr int kPixelBits = 32;
 constexpr std::size_t kPixelBytes = 4;
 
@@ -77,6 +78,8 @@ void DesktopWindow::Close() {
     pixels_ = painter_.CreateOpaqueSurface({});
     shadowSurface_.reset();
     target_ = nullptr;
+    hand_.reset();
+    pointer_ = Pointer::kArrow;
     window_.reset();
 }
 
@@ -122,6 +125,8 @@ void DesktopWindow::HandleEvent(const SDL_Event& event) {
         case SDL_MOUSEMOTION:
             if (isMouseDown_ && !IsOfTouchScreen(event.motion.which)) {
                 SendMouse(TouchPhase::kMove, event.motion.x, event.motion.y);
+            } else if (!IsOfTouchScreen(event.motion.which)) {
+                ShowPointer(event.motion.x, event.motion.y);
             }
             break;
         case SDL_KEYDOWN:
@@ -242,14 +247,27 @@ void DesktopWindow::HandleKey(const SDL_KeyboardEvent& event) {
 }
 
 void DesktopWindow::SendMouse(TouchPhase phase, int x, int y) {
+    mouseAt_ = ToPixels(x, y);
+    input_->OnTouch({kMouseFinger, phase, mouseAt_.x, mouseAt_.y});
+}
+
+PointF DesktopWindow::ToPixels(int x, int y) const {
     // SDL counts the mouse in the desktop's units, of which each may be several pixels.
     int width = 0;
     int height = 0;
     SDL_GetWindowSize(window_.get(), &width, &height);
     const PixelSize size = Size();
-    mouseAt_ = {static_cast<double>(x) * size.width / std::max(width, 1),
-                static_cast<double>(y) * size.height / std::max(height, 1)};
-    input_->OnTouch({kMouseFinger, phase, mouseAt_.x, mouseAt_.y});
+    return {static_cast<double>(x) * size.width / std::max(width, 1),
+            static_cast<double>(y) * size.height / std::max(height, 1)};
+}
+
+void DesktopWindow::ShowPointer(int x, int y) {
+    const PointF place = ToPixels(x, y);
+    const Pointer pointer = input_->PointerAt(place.x, place.y);
+    if (pointer == pointer_) return;
+    pointer_ = pointer;
+    if (!hand_) hand_.reset(SDL_CreateSystemCursor(SDL_SYSTEM_CURSOR_HAND));
+    SDL_SetCursor(pointer == Pointer::kHand && hand_ ? hand_.get() : SDL_GetDefaultCursor());
 }
 
 void DesktopWindow::FlushLostInput() {

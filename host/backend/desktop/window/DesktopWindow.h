@@ -43,6 +43,7 @@ private:
     struct WindowReleaser {
         void operator()(SDL_Window* window) const noexcept { SDL_DestroyWindow(window); }
         void operator()(SDL_Surface* surface) const noexcept { SDL_FreeSurface(surface); }
+        void operator()(SDL_Cursor* cursor) const noexcept { SDL_FreeCursor(cursor); }
     };
 
     void HandleWindowEvent(const SDL_WindowEvent& event);
@@ -50,6 +51,10 @@ private:
     void HandleMouseButton(const SDL_MouseButtonEvent& event);
     void HandleKey(const SDL_KeyboardEvent& event);
     void SendMouse(TouchPhase phase, int x, int y);
+    /// The mouse's place, which SDL gives in the desktop's units.
+    [[nodiscard]] PointF ToPixels(int x, int y) const;
+    /// Gives the mouse's pointer the shape for what is under it.
+    void ShowPointer(int x, int y);
     void FlushLostInput();
     void SetVisibility(Visibility visibility);
     void TakePixels();
@@ -68,6 +73,8 @@ private:
     InputListener* input_ = nullptr;
     FingerTable fingers_;
     bool isMouseDown_ = false;
+    Pointer pointer_ = Pointer::kArrow;
+    std::unique_ptr<SDL_Cursor, WindowReleaser> hand_;
     PointF mouseAt_;
     Visibility visibility_ = Visibility::kVisible;
     bool isInputLost_ = false;  ///< and not reported yet

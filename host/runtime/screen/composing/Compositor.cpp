@@ -54,7 +54,7 @@ PixelRect Compositor::ToDevice(const PixelRect& phoneRect) const {
 }
 
 void Compositor::AddDamage(const Node& node) {
-    if (stack_.ScreenOf(node) == nullptr) return;
+    if (stack_.ScreenOf(node) == nullptr && stack_.Overlay() != &node) return;
     damage_.Add(ToDevice(node.ScreenBounds()).Intersection(phoneArea_));
     isDirty_ = true;
 }
@@ -127,6 +127,7 @@ void Compositor::Compose(Microseconds now) {
     if (Node* form = stack_.Form()) Draw(*form, phoneArea_);
     // By number, for what is drawn may take popups away.
     for (std::size_t i = 0; i < stack_.Popups().size(); ++i) Draw(*stack_.Popups()[i], phoneArea_);
+    if (Node* overlay = stack_.Overlay()) Draw(*overlay, phoneArea_);
     const PixelRect ring = RingPlace();
     if (ring != ringShown_) {
         damage_.Add(ringShown_);
@@ -144,6 +145,7 @@ void Compositor::Compose(Microseconds now) {
         AddColor(phoneArea_, ScreenStack::kDimming);
         AddLayers(*popup, phoneArea_);
     }
+    if (Node* overlay = stack_.Overlay(); overlay != nullptr && overlay->IsVisible()) AddLayers(*overlay, phoneArea_);
     if (!ring.IsEmpty()) {
         Layer layer;
         layer.place = layer.visible = ring;

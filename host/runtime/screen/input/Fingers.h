@@ -45,6 +45,8 @@ public:
     /// Forgets the fingers of a node that is going.
     void Forget(const Node& node);
 
+    /// What a finger would be put down on there; null for nothing.
+    [[nodiscard]] Node* NodeAt(PointF place) const;
     /// The node that captured the finger; null when it is not down.
     [[nodiscard]] const Node* NodeOf(FingerId id) const;
 
@@ -56,7 +58,6 @@ private:
         PointF place;
     };
 
-    [[nodiscard]] Node* NodeAt(PointF place) const;
     [[nodiscard]] unsigned long FreePointId() const;
     void End(std::map<FingerId, Finger>::iterator finger, FingerEvent::Phase phase);
     template <typename Predicate>

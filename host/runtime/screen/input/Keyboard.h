@@ -39,6 +39,8 @@ public:
     /// Another screen is the topmost one. With a keyboard in use its ring goes around what had it, or the first
     /// control.
     void OnTopmostChanged();
+    /// Whether the topmost screen shows a control that keys hold fingers on.
+    [[nodiscard]] bool IsTopmostPlayedOn() const;
     void OnNodeHidden(const Node& node);
     void OnNodeGone(const Node& node);
 
@@ -64,8 +66,6 @@ private:
     void CancelForFocus(Predicate predicate);
     /// False when the focused node has no use for the key.
     bool TellFocused(std::string_view code, ShiftKey shift, KeyStroke stroke);
-    /// Whether the topmost screen shows a control that keys hold fingers on.
-    [[nodiscard]] bool IsTopmostPlayedOn() const;
     void TellBreath();
 
     void MoveFocus(ShiftKey shift);

@@ -1,0 +1,23 @@
+#pragma once
+
+namespace host {
+
+/// Hears of what the player of the phone should know about its sound. UI thread.
+class SoundWatcher {
+public:
+    /// A tone was started.
+    virtual void OnTone() = 0;
+    /// 0..kLoudestRingtone. Also when it stays at an end where it was.
+    virtual void OnRingtoneVolume(int volume) = 0;
+    /// The microphone has delivered nothing but exact zeros for 3 s. Told once in each such silence.
+    virtual void OnMicrophoneSilent() = 0;
+    /// The application listens, and there is nothing to hear by: no device, or it may not be used.
+    virtual void OnMicrophoneGone() = 0;
+    /// There is a microphone again, or the application does not listen any more.
+    virtual void OnMicrophoneGoneNoMore() = 0;
+
+protected:
+    ~SoundWatcher() = default;
+};
+
+}  // namespace host
