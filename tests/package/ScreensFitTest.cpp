@@ -11,6 +11,7 @@
 
 #include "backend/headless/HeadlessBackend.h"
 #include "runtime/package/Package.h"
+#include "runtime/screen/controls/Contrast.h"
 #include "support/TemporaryFolder.h"
 
 using host::ControlKind;
@@ -155,6 +156,47 @@ TEST_F(ScreensFit, TheHolesLieEvenlyAndTheirWellsAroundThem) {
         const int quadrant = std::min(panel.bounds.width, panel.bounds.height) / 2;
         EXPECT_GE(covered, 0.8 * quadrant);
     });
+}
+
+TEST_F(ScreensFit, WhatIsSwitchedOffCanStillBeSeen) {
+    constexpr double kLeastContrast = 3;  // guideline 1.4.11 of the W3C
+    constexpr host::Rgba kCard{255, 255, 255, 255};
+    int switches = 0;
+    ForEachScreen([&](const LayoutControl& root, host::PixelSize) {
+        for (const LayoutControl& control : root.children) {
+            if (control.kind != ControlKind::kCheckButton) continue;
+            ++switches;
+            EXPECT_GE(host::ContrastRatio(control.box.background, kCard), kLeastContrast) << control.name;
+            EXPECT_GE(host::ContrastRatio(control.checkedColor, kCard), kLeastContrast) << control.name;
+        }
+    });
+    EXPECT_GT(switches, 0);
+}
+
+TEST_F(ScreensFit, TheHostsOwnNoticesFitTheirPlate) {
+    // The plate's inside and its smallest text, in units.
+    constexpr double kWidth = 618;
+    constexpr double kHeight = 122;
+    constexpr double kSmallestText = 20;
+    for (const char* language : kLanguages) {
+        host::Package package;
+        std::string problem;
+        const host::BackendParts parts = backend_->Parts();
+        ASSERT_TRUE(package.Load(parts.storage, parts.painter, language, {720, 1280}, console_, problem));
+        for (const char* id :
+             {"IDS_NOTICE_KEYS", "IDS_NOTICE_SILENCE", "IDS_NOTICE_NO_MICROPHONE", "IDS_NOTICE_VOLUME"}) {
+            const std::string* text = package.FindString(id);
+            ASSERT_NE(nullptr, text) << id;
+            host::TextStyle style;
+            style.size = kSmallestText;
+            style.wrap = host::TextWrap::kWords;
+            style.maxWidth = kWidth;
+            style.maxHeight = kHeight;
+            const auto shaped = parts.painter.CreateText(*text, style, 1);
+            EXPECT_FALSE(shaped->IsEllipsized()) << language << ' ' << id;
+            EXPECT_LE(shaped->Measure().height, kHeight) << language << ' ' << id;
+        }
+    }
 }
 
 TEST_F(ScreensFit, EveryLanguageNamesItsNotes) {

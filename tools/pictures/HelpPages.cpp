@@ -36,8 +36,10 @@ void DrawFingering(cairo_t* pen, double x, double y, double spacing, int mask) {
     constexpr double kOpen = 9;
     constexpr double kRing = 3;
     for (int hole = 0; hole < 4; ++hole) {
-        const double holeX = x + (hole % 2) * spacing;
-        const double holeY = y + (hole / 2) * spacing;
+        const int column = hole % 2;
+        const int row = hole / 2;
+        const double holeX = x + column * spacing;
+        const double holeY = y + row * spacing;
         if ((mask >> hole & 1) != 0) {
             Circle(pen, holeX, holeY, kCovered);
             FillWith(pen, kClayDeep);
@@ -65,8 +67,10 @@ void DrawNotes(const std::string& folder) {
     cairo_t* pen = picture.Pen();
     int index = 0;
     for (const int mask : ByPitch()) {
-        const double x = (index % kColumns) * (kCellWidth + kGap);
-        const double y = (index / kColumns) * (kCellHeight + kGap);
+        const int column = index % kColumns;
+        const int row = index / kColumns;
+        const double x = column * (kCellWidth + kGap);
+        const double y = row * (kCellHeight + kGap);
         RoundedRectangle(pen, x + 1, y + 1, kCellWidth - 2, kCellHeight - 2, kCorner);
         SetColour(pen, kWhite);
         cairo_fill_preserve(pen);

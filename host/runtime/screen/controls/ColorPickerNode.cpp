@@ -99,10 +99,10 @@ ColorPickerParts::ColorPickerParts(SizeF size) {
     constexpr double kKeyWidth = (kKeys.width - (kKeyColumns - 1) * kKeyGap) / kKeyColumns;
     constexpr double kKeyHeight = (kKeys.height - (kKeyRows - 1) * kKeyGap) / kKeyRows;
     for (std::size_t key = 0; key < keys.size(); ++key) {
-        const double column = static_cast<double>(key % kKeyColumns);
-        const double row = static_cast<double>(key / kKeyColumns);
-        keys[key] = scaled(
-            {kKeys.x + column * (kKeyWidth + kKeyGap), kKeys.y + row * (kKeyHeight + kKeyGap), kKeyWidth, kKeyHeight});
+        const std::size_t column = key % kKeyColumns;
+        const std::size_t row = key / kKeyColumns;
+        keys[key] = scaled({kKeys.x + static_cast<double>(column) * (kKeyWidth + kKeyGap),
+                            kKeys.y + static_cast<double>(row) * (kKeyHeight + kKeyGap), kKeyWidth, kKeyHeight});
     }
     double shift = 0;
     for (Channel& channel : channels) {
