@@ -35,7 +35,7 @@ Runtime& Runtime::Current() {
 bool Runtime::Prepare(std::string& problem) {
     std::string language;
     if (!Package::ChooseLanguage(parts_.storage, options_, language, problem)) return false;
-    if (!package_->Load(parts_.storage, parts_.painter, language, options_.screen, console_, problem)) return false;
+    packageFaults_ = package_->Load(parts_.storage, parts_.painter, language, options_.screen, console_);
     return sound_->Prepare(problem) && PrepareTrace(problem);
 }
 
@@ -60,6 +60,8 @@ bool Runtime::Open(WindowListener& listener, std::string& problem) {
         return false;
     }
     isOpen_ = true;
+    // Told now that nothing can be refused any more: what is refused is told in one line.
+    for (const std::string& fault : packageFaults_) console_.SayOnce(fault);
     screen_->OnResized();
     sound_->Open();
     return true;

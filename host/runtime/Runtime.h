@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "backend/Backend.h"
 #include "runtime/Console.h"
@@ -29,7 +30,8 @@ public:
     [[nodiscard]] static Runtime& Current();
 
     /// Reads the package and opens every file of the options, so that whatever cannot be had is known before anything
-    /// is shown, heard or emptied. False with one line in `problem`.
+    /// is shown, heard or emptied. False with one line in `problem`. What is wrong with the package stops nothing: it
+    /// is told on the console when the window is open.
     [[nodiscard]] bool Prepare(std::string& problem);
     /// Opens the window and the sound. False with one line in `problem` when there is no display.
     [[nodiscard]] bool Open(WindowListener& listener, std::string& problem);
@@ -58,6 +60,7 @@ private:
     std::unique_ptr<Package> package_;
     std::unique_ptr<Sound> sound_;
     std::unique_ptr<Screen> screen_;
+    std::vector<std::string> packageFaults_;
     bool isOpen_ = false;
 };
 

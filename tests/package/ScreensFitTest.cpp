@@ -44,10 +44,8 @@ protected:
         for (const char* language : kLanguages) {
             for (const host::PixelSize screen : kScreens) {
                 host::Package package;
-                std::string problem;
-                ASSERT_TRUE(package.Load(backend_->Parts().storage, backend_->Parts().painter, language, screen,
-                                         console_, problem))
-                    << problem;
+                ASSERT_EQ(std::vector<std::string>(), package.Load(backend_->Parts().storage, backend_->Parts().painter,
+                                                                   language, screen, console_));
                 for (const char* name : kLayouts) {
                     SCOPED_TRACE(std::string(name) + " in " + language + " at " + std::to_string(screen.width));
                     const LayoutControl* root = package.FindLayout(name);
@@ -210,9 +208,8 @@ TEST_F(ScreensFit, EveryLanguageNamesItsNotes) {
                           {"ja", {"ラ₃", "シ₃", "ド₄", "ド♯₄"}}};
     for (const Case& each : cases) {
         host::Package package;
-        std::string problem;
-        ASSERT_TRUE(package.Load(backend_->Parts().storage, backend_->Parts().painter, each.language, {720, 1280},
-                                 console_, problem));
+        ASSERT_EQ(std::vector<std::string>(), package.Load(backend_->Parts().storage, backend_->Parts().painter,
+                                                           each.language, {720, 1280}, console_));
         const LayoutControl& help = *package.FindLayout("IDP_POPUP_HELP");
         for (std::size_t i = 0; i < each.names.size(); ++i) {
             const std::string name = "IDC_DECOR_NOTE" + std::to_string(i + 2);

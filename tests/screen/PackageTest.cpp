@@ -26,8 +26,10 @@ struct Files {
     bool Load(const char* language = "en", host::PixelSize screen = {720, 1280}) {
         problem_.clear();
         package_ = host::Package();
-        return package_.Load(backend_->Parts().storage, backend_->Parts().painter, language, screen, console_,
-                             problem_);
+        const auto problems =
+            package_.Load(backend_->Parts().storage, backend_->Parts().painter, language, screen, console_);
+        if (!problems.empty()) problem_ = problems.front();
+        return problems.empty();
     }
 
     TemporaryFolder folder_;
@@ -189,7 +191,42 @@ TEST(PackageProblems, AreOneLineWithFileAndLine) {
     Files files;
     std::filesystem::remove(files.folder_ / "keys.xml");
     EXPECT_FALSE(files.Load());
-    EXPECT_EQ(files.folder_ / "keys.xml: cannot be read", files.problem_);
+    EXPECT_EQ(files.folder_ / "keys.xml: it is missing", files.problem_);
+}
+
+// What is wrong in a layout takes away as little as can be.
+TEST(Layouts, KeepWhatIsWholeOfABrokenOne) {
+    Files files;
+    std::string deep;
+    for (int i = 0; i < 40'000; ++i) deep += "<Panel name=\"p" + std::to_string(i) + "\" bounds=\"0,0,9,9\">";
+    for (int i = 0; i < 40'000; ++i) deep += "</Panel>";
+    files.folder_.Write("layouts/IDF_A.xml",
+                        R"(<Form name="IDF_A" design="9x9">
+<Label name="text" bounds="0,0,1,1" text="IDS_C"/>
+<Label name="picture" bounds="0,0,1,1" picture="none.png"/>
+<Label name="huge" bounds="0,0,2147483647,1"/>
+<Label name="far" bounds="1e15,0,1,1"/>
+<Panel name="wide" bounds="0,0,32767,32767"/>
+<Label name="whole" bounds="0,0,1,1"/>
+)" + deep + "</Form>");
+    const auto problems = files.package_.Load(files.backend_->Parts().storage, files.backend_->Parts().painter, "en",
+                                              {720, 1280}, files.console_);
+    std::vector<std::string> ends;
+    for (const std::string& problem : problems) ends.push_back(problem.substr(files.folder_.Path().size()));
+    EXPECT_EQ((std::vector<std::string>{
+                  "layouts/IDF_A.xml:2: no text has the id IDS_C", "layouts/IDF_A.xml:3: there is no picture none.png",
+                  "layouts/IDF_A.xml:4: bounds of <Label> is of numbers no further than 10000 from 0, not "
+                  "\"0,0,2147483647,1\"",
+                  "layouts/IDF_A.xml:5: bounds of <Label> is x,y,width,height, not \"1e15,0,1,1\"",
+                  "layouts/IDF_A.xml:6: bounds of <Panel> is of numbers no further than 10000 from 0, not "
+                  "\"0,0,32767,32767\"",
+                  "layouts/IDF_A.xml:8: controls lie at most 64 deep in each other"}),
+              ends);
+    const LayoutControl* form = files.package_.FindLayout("IDF_A");
+    ASSERT_NE(nullptr, form);
+    std::vector<std::string> names;
+    for (const LayoutControl& child : form->children) names.push_back(child.name);
+    EXPECT_EQ((std::vector<std::string>{"text", "picture", "whole", "p0"}), names);
 }
 
 TEST(Strings, ComeInTheChosenLanguageAndElseInEnglish) {
@@ -228,10 +265,8 @@ TEST(Package, OfTheProgramLoadsInEveryLanguageForEveryScreen) {
             auto backend = host::CreateHeadlessBackend({BREVANT_PACKAGE, BREVANT_PACKAGE});
             host::Console console;
             host::Package package;
-            std::string problem;
-            EXPECT_TRUE(
-                package.Load(backend->Parts().storage, backend->Parts().painter, language, screen, console, problem))
-                << problem;
+            EXPECT_EQ(std::vector<std::string>(),
+                      package.Load(backend->Parts().storage, backend->Parts().painter, language, screen, console));
         }
     }
 }

@@ -29,10 +29,9 @@ ScreenRig::ScreenRig(host::PixelSize window, const std::string& keys)
       window_(backend_->Parts().painter, window),
       package_([this] {
           host::Package package;
-          std::string problem;
-          if (!package.Load(backend_->Parts().storage, backend_->Parts().painter, "en", kPhone, console_, problem)) {
-              throw std::runtime_error(problem);
-          }
+          const auto problems =
+              package.Load(backend_->Parts().storage, backend_->Parts().painter, "en", kPhone, console_);
+          if (!problems.empty()) throw std::runtime_error(problems.front());
           return package;
       }()),
       screen_(loop_, backend_->Parts().clock, backend_->Parts().painter, window_, trace_, package_, *this, kPhone) {}

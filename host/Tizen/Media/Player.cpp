@@ -92,7 +92,12 @@ result Player::OpenFile(const Tizen::Base::String& path, bool isAsync) {
     const auto outcome = sound.GetClips().Open(file, session_->clip);
     const bool isOpen = outcome == host::ClipCache::Outcome::kOpened;
     sound.GetTrace().Add("player", "open").Text("file", FileName(file)).Flag("ok", isOpen);
-    if (!isOpen) return outcome == host::ClipCache::Outcome::kMissing ? E_FILE_NOT_FOUND : E_UNSUPPORTED_FORMAT;
+    if (!isOpen) {
+        const bool isMissing = outcome == host::ClipCache::Outcome::kMissing;
+        sound.GetConsole().SayOnce(file +
+                                   (isMissing ? ": it is missing" : ": it does not decode to its end as a sound"));
+        return isMissing ? E_FILE_NOT_FOUND : E_UNSUPPORTED_FORMAT;
+    }
     session_->state = PLAYER_STATE_OPENED;
     return E_SUCCESS;
 }

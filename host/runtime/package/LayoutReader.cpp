@@ -92,6 +92,11 @@ bool IsAllowed(std::string_view attribute, ControlKind kind) {
     });
 }
 
+// How deep controls may lie in each other, and how far from 0 a design's number may be: a layout beyond either is a
+// mistake, and would cost the stack or the memory of surfaces that nobody sees.
+constexpr int kDeepest = 64;
+constexpr double kFarthest = 10'000;
+
 int Rounded(double value) {
     return static_cast<int>(std::lround(value));
 }
@@ -103,14 +108,15 @@ bool LayoutReader::Read(LayoutControl& layout) {
     const auto kind = KindOf(root.name());
     if (!kind || (Bit(*kind) & kRoots) == 0) return file_.Fail(root, "the root element must be <Form> or <Popup>");
     Mapping mapping;
-    return ReadDesign(root, mapping) && ReadControl(root, mapping, {}, layout);
+    return ReadDesign(root, mapping) && ReadControl(root, mapping, {}, 1, layout);
 }
 
 bool LayoutReader::ReadDesign(const pugi::xml_node& element, Mapping& mapping) {
     std::string text = element.attribute("design").value();
     std::replace(text.begin(), text.end(), 'x', ',');
     const auto size = ParseNumbers(text);
-    if (!size || size->size() != 2 || (*size)[0] <= 0 || (*size)[1] <= 0) {
+    const auto isFit = [](double side) { return side >= 1 && side <= kFarthest; };
+    if (!size || size->size() != 2 || !isFit((*size)[0]) || !isFit((*size)[1])) {
         return FailValue(element, "design", "the size of the screen it was drawn for, like 720x1280");
     }
     mapping.x = {0, screen_.width / (*size)[0], (*size)[0]};
@@ -119,8 +125,11 @@ bool LayoutReader::ReadDesign(const pugi::xml_node& element, Mapping& mapping) {
     return true;
 }
 
-bool LayoutReader::ReadControl(const pugi::xml_node& element, const Mapping& mapping, PixelRect parent,
+bool LayoutReader::ReadControl(const pugi::xml_node& element, const Mapping& mapping, PixelRect parent, int depth,
                                LayoutControl& control) {
+    if (depth > kDeepest) {
+        return file_.Fail(element, "controls lie at most " + std::to_string(kDeepest) + " deep in each other");
+    }
     const auto kind = KindOf(element.name());
     if (!kind) return file_.Fail(element, std::string("unknown control <") + element.name() + ">");
     control.kind = *kind;
@@ -137,18 +146,24 @@ bool LayoutReader::ReadControl(const pugi::xml_node& element, const Mapping& map
     control.bounds = {place.x - parent.x, place.y - parent.y, place.width, place.height};
     if (!ReadLook(element, control) || !ReadText(element, control)) return false;
 
-    const bool canContain = (Bit(control.kind) & (kRoots | kPanel)) != 0;
     for (const pugi::xml_node child : element.children()) {
-        if (child.type() != pugi::node_element) return file_.Fail(child, "a layout holds no text between its elements");
-        if (!canContain) return file_.Fail(child, std::string("a <") + element.name() + "> contains nothing");
-        const auto childKind = KindOf(child.name());
-        if (childKind && (Bit(*childKind) & kInner) == 0) {
-            return file_.Fail(child, std::string("a <") + child.name() + "> lies in nothing else");
-        }
         control.children.emplace_back();
-        if (!ReadControl(child, inner, place, control.children.back())) return false;
+        if (!ReadChild(child, element, inner, place, depth + 1, control.children.back())) control.children.pop_back();
     }
     return true;
+}
+
+bool LayoutReader::ReadChild(const pugi::xml_node& child, const pugi::xml_node& element, const Mapping& mapping,
+                             PixelRect parent, int depth, LayoutControl& control) {
+    if (child.type() != pugi::node_element) return file_.Fail(child, "a layout holds no text between its elements");
+    if ((Bit(*KindOf(element.name())) & (kRoots | kPanel)) == 0) {
+        return file_.Fail(child, std::string("a <") + element.name() + "> contains nothing");
+    }
+    const auto kind = KindOf(child.name());
+    if (kind && (Bit(*kind) & kInner) == 0) {
+        return file_.Fail(child, std::string("a <") + child.name() + "> lies in nothing else");
+    }
+    return ReadControl(child, mapping, parent, depth, control);
 }
 
 bool LayoutReader::ReadName(const pugi::xml_node& element, LayoutControl& control) {
@@ -176,6 +191,9 @@ bool LayoutReader::ReadBounds(const pugi::xml_node& element, const Mapping& mapp
     const auto numbers = ParseNumbers(element.attribute("bounds").value());
     if (!numbers || numbers->size() != kSides || (*numbers)[2] <= 0 || (*numbers)[3] <= 0) {
         return FailValue(element, "bounds", "x,y,width,height");
+    }
+    if (std::any_of(numbers->begin(), numbers->end(), [](double number) { return std::abs(number) > kFarthest; })) {
+        return FailValue(element, "bounds", "of numbers no further than 10000 from 0");
     }
     Shape shape = Shape::kBox;
     Hold horizontal = Hold::kStretch;
@@ -277,7 +295,10 @@ bool LayoutReader::ReadText(const pugi::xml_node& element, LayoutControl& contro
     TextLook& text = control.text;
     if (const auto id = element.attribute("text")) {
         const std::string* found = references_.findString(id.value());
-        if (found == nullptr) return file_.Fail(element, std::string("no text has the id ") + id.value());
+        if (found == nullptr) {
+            file_.Fail(element, std::string("no text has the id ") + id.value());
+            return true;
+        }
         text.text = *found;
     }
     text.size *= smallerScale_;
@@ -332,7 +353,9 @@ bool LayoutReader::ReadPicture(const pugi::xml_node& element, const char* name, 
     if (!attribute) return true;
     fileName = attribute.value();
     if (references_.hasPicture(fileName)) return true;
-    return file_.Fail(element, "there is no picture " + fileName);
+    file_.Fail(element, "there is no picture " + fileName);
+    fileName.clear();
+    return true;
 }
 
 bool LayoutReader::ReadGradient(const pugi::xml_node& element, BoxLook& box) {

@@ -26,7 +26,8 @@ public:
     LayoutReader(XmlFile& file, PixelSize screen, const LayoutReferences& references)
         : file_(file), screen_(screen), references_(references) {}
 
-    /// False with the problem noted in the file. The file must have been loaded.
+    /// What is wrong is noted in the file, which must have been loaded. A control that cannot be made is left out with
+    /// what it contains, and a text or a picture that is not there is, too; false when nothing is left of the layout.
     [[nodiscard]] bool Read(LayoutControl& layout);
 
 private:
@@ -60,8 +61,10 @@ private:
     };
 
     [[nodiscard]] bool ReadDesign(const pugi::xml_node& element, Mapping& mapping);
-    [[nodiscard]] bool ReadControl(const pugi::xml_node& element, const Mapping& mapping, PixelRect parent,
+    [[nodiscard]] bool ReadControl(const pugi::xml_node& element, const Mapping& mapping, PixelRect parent, int depth,
                                    LayoutControl& control);
+    [[nodiscard]] bool ReadChild(const pugi::xml_node& child, const pugi::xml_node& element, const Mapping& mapping,
+                                 PixelRect parent, int depth, LayoutControl& control);
     [[nodiscard]] bool ReadName(const pugi::xml_node& element, LayoutControl& control);
     [[nodiscard]] Span PlaceAlong(const Axis& axis, double begin, double size, Hold hold) const;
     [[nodiscard]] bool PlaceCircle(const pugi::xml_node& element, Span& x, Span& y);

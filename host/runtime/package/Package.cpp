@@ -35,15 +35,16 @@ std::optional<PhoneKey> PhoneKeyOf(std::string_view name) {
     return std::nullopt;
 }
 
-// Adds the texts to those that are there, which stay.
-bool ReadStrings(XmlFile& file, std::string_view language, std::map<std::string, std::string, std::less<>>& strings) {
+// Adds the texts to those that are there, which stay. What is no text is noted and left out.
+void ReadStrings(XmlFile& file, std::string_view language, std::map<std::string, std::string, std::less<>>& strings) {
     const pugi::xml_node root = file.Root();
-    if (!file.HasOnly(root, {"language"})) return false;
+    if (!file.HasOnly(root, {"language"})) return;
     if (root.attribute("language").value() != language) {
-        return file.Fail(root, "language of <strings> is \"" + std::string(language) + "\", as the file's name says");
+        file.Fail(root, "language of <strings> is \"" + std::string(language) + "\", as the file's name says");
+        return;
     }
     std::map<std::string, std::string, std::less<>> read;
-    for (const pugi::xml_node element : root.children()) {
+    const auto readOne = [&file, &read](const pugi::xml_node& element) {
         if (std::string_view(element.name()) != "string") {
             return file.Fail(element, "<strings> holds <string> elements and nothing else");
         }
@@ -55,10 +56,10 @@ bool ReadStrings(XmlFile& file, std::string_view language, std::map<std::string,
             if (part.type() == pugi::node_element) return file.Fail(part, "a <string> holds nothing but text");
             text += part.value();
         }
-        if (!read.emplace(id, std::move(text)).second) return file.Fail(element, "a second text with the id " + id);
-    }
+        return read.emplace(id, std::move(text)).second || file.Fail(element, "a second text with the id " + id);
+    };
+    for (const pugi::xml_node element : root.children()) readOne(element);
     strings.merge(read);
-    return true;
 }
 
 // The one effect of a <key>; false with the problem noted.
@@ -103,7 +104,8 @@ bool Package::ChooseLanguage(const Storage& storage, const Options& options, std
         return std::find(files.begin(), files.end(), name + std::string(kXmlSuffix)) != files.end();
     };
     language = options.language ? *options.language : options.preferredLanguage;
-    if (hasTexts(language)) return true;
+    // A package without English is told of when its texts are read.
+    if (language == kFallbackLanguage || hasTexts(language)) return true;
     if (!options.language) {
         language = kFallbackLanguage;
         return true;
@@ -115,52 +117,56 @@ bool Package::ChooseLanguage(const Storage& storage, const Options& options, std
     return false;
 }
 
-bool Package::Load(Storage& storage, Painter& painter, std::string_view language, PixelSize screen, Console& console,
-                   std::string& problem) {
+std::vector<std::string> Package::Load(Storage& storage, Painter& painter, std::string_view language, PixelSize screen,
+                                       Console& console) {
     storage_ = &storage;
     painter_ = &painter;
     console_ = &console;
-    return LoadStrings(language, problem) && LoadLayouts(screen, problem) && LoadKeys(problem);
+    Problems problems;
+    LoadStrings(language, problems);
+    LoadLayouts(screen, problems);
+    LoadKeys(problems);
+    return problems;
 }
 
-bool Package::LoadStrings(std::string_view language, std::string& problem) {
-    const auto load = [this, &problem](std::string_view name) {
+void Package::LoadStrings(std::string_view language, Problems& problems) {
+    const auto load = [this, &problems](std::string_view name) {
         XmlFile file(storage_->PackageRoot() + "strings/" + std::string(name) + std::string(kXmlSuffix));
-        if (file.Load(*storage_, "strings") && ReadStrings(file, name, strings_)) return true;
-        problem = file.Problem();
-        return false;
+        if (file.Load(*storage_, "strings")) ReadStrings(file, name, strings_);
+        problems.insert(problems.end(), file.Problems().begin(), file.Problems().end());
     };
     const std::string ownFile = std::string(language) + std::string(kXmlSuffix);
     const bool hasOwn = language != kFallbackLanguage && IsPlainFileName(ownFile) &&
                         storage_->Stat(storage_->PackageRoot() + "strings/" + ownFile).has_value();
     // The chosen language first: what it has is not replaced.
-    return (!hasOwn || load(language)) && load(kFallbackLanguage);
+    if (hasOwn) load(language);
+    load(kFallbackLanguage);
 }
 
-bool Package::LoadLayouts(PixelSize screen, std::string& problem) {
+void Package::LoadLayouts(PixelSize screen, Problems& problems) {
     const std::string folder = storage_->PackageRoot() + "layouts/";
     LayoutReferences references;
     references.findString = [this](std::string_view id) { return FindString(id); };
     references.hasPicture = [this](const std::string& fileName) { return HasPicture(fileName); };
     for (const std::string& name : storage_->List(folder)) {
         if (name.size() <= kXmlSuffix.size() || name.substr(name.size() - kXmlSuffix.size()) != kXmlSuffix) continue;
+        const std::string expectedName = name.substr(0, name.size() - kXmlSuffix.size());
         XmlFile file(folder + name);
         LayoutControl layout;
         bool isRead = file.Load(*storage_) && LayoutReader(file, screen, references).Read(layout);
-        if (isRead && layout.name + std::string(kXmlSuffix) != name) {
+        if (isRead && layout.name != expectedName) {
             isRead = file.Fail(file.Root(), "the layout is named " + layout.name + ", unlike its file");
         }
-        if (!isRead) {
-            problem = file.Problem();
-            return false;
+        problems.insert(problems.end(), file.Problems().begin(), file.Problems().end());
+        if (isRead) {
+            layouts_.emplace(layout.name, std::move(layout));
+        } else {
+            brokenLayouts_.insert(expectedName);
         }
-        layouts_.emplace(layout.name, std::move(layout));
     }
-    if (layouts_.empty()) problem = folder + ": there are no layouts";
-    return !layouts_.empty();
 }
 
-bool Package::LoadKeys(std::string& problem) {
+void Package::LoadKeys(Problems& problems) {
     XmlFile file(storage_->PackageRoot() + "keys.xml");
     const auto read = [this, &file](const pugi::xml_node& element) {
         if (std::string_view(element.name()) != "key")
@@ -181,18 +187,20 @@ bool Package::LoadKeys(std::string& problem) {
         keys_.push_back(std::move(binding));
         return true;
     };
-    bool isRead = file.Load(*storage_, "keys");
-    if (isRead) {
-        const auto elements = file.Root().children();
-        isRead = file.HasOnly(file.Root(), {}) && std::all_of(elements.begin(), elements.end(), read);
+    if (file.Load(*storage_, "keys") && file.HasOnly(file.Root(), {})) {
+        for (const pugi::xml_node element : file.Root().children()) read(element);
     }
-    if (!isRead) problem = file.Problem();
-    return isRead;
+    problems.insert(problems.end(), file.Problems().begin(), file.Problems().end());
 }
 
 const LayoutControl* Package::FindLayout(std::string_view name) const {
     const auto found = layouts_.find(name);
-    return found == layouts_.end() ? nullptr : &found->second;
+    if (found != layouts_.end()) return &found->second;
+    if (brokenLayouts_.find(name) == brokenLayouts_.end()) {
+        console_->SayOnce(storage_->PackageRoot() + "layouts/" + std::string(name) + std::string(kXmlSuffix) + ": " +
+                          std::string(ReasonOf(ReadOutcome::kMissing)));
+    }
+    return nullptr;
 }
 
 bool Package::HasControl(std::string_view name) const {
@@ -212,13 +220,17 @@ bool Package::HasPicture(const std::string& fileName) const {
 std::shared_ptr<const Picture> Package::FindPicture(const std::string& fileName) const {
     const auto found = pictures_.find(fileName);
     if (found != pictures_.end()) return found->second;
-    if (!HasPicture(fileName)) return nullptr;
+    if (!IsPlainFileName(fileName)) return nullptr;
     const std::string path = storage_->PackageRoot() + "images/" + fileName;
     std::vector<std::byte> content;
     std::shared_ptr<const Picture> picture;
-    if (storage_->Read(path, kLargestPicture, content) == ReadOutcome::kRead)
-        picture = painter_->DecodePicture(content);
-    if (!picture) console_->SayOnce(path + ": the picture does not decode");
+    const ReadOutcome outcome = storage_->Read(path, kLargestPicture, content);
+    if (outcome == ReadOutcome::kRead) picture = painter_->DecodePicture(content);
+    if (!picture) {
+        const std::string_view reason =
+            outcome == ReadOutcome::kRead ? "the picture does not decode" : ReasonOf(outcome);
+        console_->SayOnce(path + ": " + std::string(reason));
+    }
     return pictures_.emplace(fileName, std::move(picture)).first->second;
 }
 

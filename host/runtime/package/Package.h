@@ -2,6 +2,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,19 +25,20 @@ public:
     [[nodiscard]] static bool ChooseLanguage(const Storage& storage, const Options& options, std::string& language,
                                              std::string& problem);
     /// Reads layouts/*.xml for a phone screen of `screen` pixels, the texts of `language` (English for what is not
-    /// there) and keys.xml. False with one line "FILE:LINE: reason" in `problem`. The references must outlive the
-    /// package.
-    [[nodiscard]] bool Load(Storage& storage, Painter& painter, std::string_view language, PixelSize screen,
-                            Console& console, std::string& problem);
+    /// there) and keys.xml. What is missing or broken is left out; a line "FILE:LINE: reason" for each. The references
+    /// must outlive the package.
+    [[nodiscard]] std::vector<std::string> Load(Storage& storage, Painter& painter, std::string_view language,
+                                                PixelSize screen, Console& console);
 
-    /// The form or popup of that name; null when there is none.
+    /// The form or popup of that name; null when there is none, which is said once on the console where no problem of
+    /// its file was told.
     [[nodiscard]] const LayoutControl* FindLayout(std::string_view name) const;
     /// Whether any layout has a control of that name.
     [[nodiscard]] bool HasControl(std::string_view name) const;
     /// Null when there is no text with that id in any of the two languages.
     [[nodiscard]] const std::string* FindString(std::string_view id) const;
     /// The picture of a file name in images/, decoded at the first call and shared from then on. Null for what is no
-    /// plain file name or does not exist, and, said once on the console, for what does not decode.
+    /// plain file name and, said once on the console, for what does not exist or does not decode.
     [[nodiscard]] std::shared_ptr<const Picture> FindPicture(const std::string& fileName) const;
     /// In the order of keys.xml.
     [[nodiscard]] const std::vector<KeyBinding>& Keys() const { return keys_; }
@@ -44,15 +46,18 @@ public:
 private:
     using Strings = std::map<std::string, std::string, std::less<>>;
 
-    [[nodiscard]] bool LoadStrings(std::string_view language, std::string& problem);
-    [[nodiscard]] bool LoadLayouts(PixelSize screen, std::string& problem);
-    [[nodiscard]] bool LoadKeys(std::string& problem);
+    using Problems = std::vector<std::string>;
+
+    void LoadStrings(std::string_view language, Problems& problems);
+    void LoadLayouts(PixelSize screen, Problems& problems);
+    void LoadKeys(Problems& problems);
     [[nodiscard]] bool HasPicture(const std::string& fileName) const;
 
     Storage* storage_ = nullptr;
     Painter* painter_ = nullptr;
     Console* console_ = nullptr;
     std::map<std::string, LayoutControl, std::less<>> layouts_;
+    std::set<std::string, std::less<>> brokenLayouts_;
     Strings strings_;
     std::vector<KeyBinding> keys_;
     mutable std::map<std::string, std::shared_ptr<const Picture>> pictures_;

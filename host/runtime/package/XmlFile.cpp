@@ -11,8 +11,9 @@ constexpr std::size_t kLargestFile = std::size_t{4} * 1024 * 1024;
 }  // namespace
 
 bool XmlFile::Load(const Storage& storage, std::string_view rootName) {
-    if (storage.Read(path_, kLargestFile, content_) != ReadOutcome::kRead) {
-        problem_ = path_ + ": cannot be read";
+    const ReadOutcome outcome = storage.Read(path_, kLargestFile, content_);
+    if (outcome != ReadOutcome::kRead) {
+        problems_.push_back(path_ + ": " + std::string(ReasonOf(outcome)));
         return false;
     }
     const auto parsed =
@@ -29,11 +30,10 @@ bool XmlFile::Fail(const pugi::xml_node& node, std::string_view reason) {
 }
 
 bool XmlFile::FailAt(std::ptrdiff_t offset, std::string_view reason) {
-    if (!problem_.empty()) return false;
     const auto end =
         content_.begin() + std::clamp<std::ptrdiff_t>(offset, 0, static_cast<std::ptrdiff_t>(content_.size()));
     const auto line = 1 + std::count(content_.begin(), end, std::byte{'\n'});
-    problem_ = path_ + ':' + std::to_string(line) + ": " + std::string(reason);
+    problems_.push_back(path_ + ':' + std::to_string(line) + ": " + std::string(reason));
     return false;
 }
 

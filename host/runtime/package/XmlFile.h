@@ -11,7 +11,7 @@
 
 namespace host {
 
-/// One XML file of the package, and what is wrong with it: the first problem that is noted, as "FILE:LINE: reason".
+/// One XML file of the package, and what is wrong with it, each as "FILE:LINE: reason".
 class XmlFile {
 public:
     explicit XmlFile(std::string path) : path_(std::move(path)) {}
@@ -25,7 +25,8 @@ public:
     bool Fail(const pugi::xml_node& node, std::string_view reason);
     /// False with the problem noted when the element has an attribute that is none of `names`.
     [[nodiscard]] bool HasOnly(const pugi::xml_node& element, std::initializer_list<std::string_view> names);
-    [[nodiscard]] const std::string& Problem() const { return problem_; }
+    /// In the order in which they were found; none when all is well.
+    [[nodiscard]] const std::vector<std::string>& Problems() const { return problems_; }
 
 private:
     bool FailAt(std::ptrdiff_t offset, std::string_view reason);
@@ -33,7 +34,7 @@ private:
     std::string path_;
     std::vector<std::byte> content_;
     pugi::xml_document document_;
-    std::string problem_;
+    std::vector<std::string> problems_;
 };
 
 }  // namespace host

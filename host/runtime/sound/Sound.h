@@ -76,6 +76,7 @@ public:
     /// Null when there is none.
     [[nodiscard]] static Sound* Current() noexcept;
     [[nodiscard]] Trace& GetTrace() noexcept { return services_.trace; }
+    [[nodiscard]] Console& GetConsole() noexcept { return services_.console; }
     [[nodiscard]] ClipCache& GetClips() noexcept { return clips_; }
     [[nodiscard]] MixDesk& GetDesk() noexcept { return desk_; }
 

@@ -22,7 +22,11 @@ Form::~Form() = default;
 
 result Form::Construct(const String& layoutName) {
     const host::LayoutControl* pLayout = GetScreen().GetPackage().FindLayout(layoutName.ToUtf8());
-    if (pLayout == nullptr || pLayout->kind != host::ControlKind::kForm) return E_FILE_NOT_FOUND;
+    if (pLayout == nullptr || pLayout->kind != host::ControlKind::kForm) {
+        // It is shown all the same, and the trace tells which one it is.
+        SetName(layoutName);
+        return E_FILE_NOT_FOUND;
+    }
     ApplyLayout(*pLayout);
     return E_SUCCESS;
 }

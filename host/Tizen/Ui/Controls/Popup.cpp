@@ -18,7 +18,11 @@ Popup::~Popup() {
 
 result Popup::Construct(const String& layoutName) {
     const host::LayoutControl* pLayout = GetScreen().GetPackage().FindLayout(layoutName.ToUtf8());
-    if (pLayout == nullptr || pLayout->kind != host::ControlKind::kPopup) return E_FILE_NOT_FOUND;
+    if (pLayout == nullptr || pLayout->kind != host::ControlKind::kPopup) {
+        // It is shown all the same, and the trace tells which one it is.
+        SetName(layoutName);
+        return E_FILE_NOT_FOUND;
+    }
     ApplyLayout(*pLayout);
     Initialize();
     return E_SUCCESS;
