@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -44,6 +45,7 @@ TEST(Options, AreRefusedInOneLineThatNamesWhatIsWrong) {
         {{"--ringtone-volume", "loud"}, {"--ringtone-volume", "loud"}},
         {{"--backend", "browser"}, {"--backend", "browser"}},
         {{"--language", "xx"}, {"xx"}},
+        {{"--language", "../strings/en"}, {"../strings/en"}},
         {{"--performance", "/nowhere/tune.performance"}, {"/nowhere/tune.performance"}},
         {{"--performance", "/"}, {"/: "}},
         {{"--breath", "/nowhere/breath.wav"}, {"/nowhere/breath.wav"}},
@@ -59,6 +61,69 @@ TEST(Options, AreRefusedInOneLineThatNamesWhatIsWrong) {
         arguments.insert(arguments.end(), each.arguments.begin(), each.arguments.end());
         ExpectRefusal(run, run.Start(arguments), each.words);
     }
+}
+
+TEST(Options, ThatAreRefusedLeaveEveryFileAsItWas) {
+    ProgramRun run;
+    run.Folder().Write("trace.jsonl", "an old trace");
+    run.Folder().Write("recording.wav", "an old recording");
+    ExpectRefusal(run, run.Play("0 tap IDC_NOWHERE\n"), {"test.performance:1:", "IDC_NOWHERE"});
+    ExpectRefusal(run, run.Play("0 quit\n", {"--breath", "/nowhere/breath.wav"}), {"/nowhere/breath.wav"});
+    EXPECT_EQ("an old trace", run.Folder().Read("trace.jsonl"));
+    EXPECT_EQ("an old recording", run.Folder().Read("recording.wav"));
+    EXPECT_FALSE(fs::exists(run.Folder() / "data"));
+}
+
+TEST(Options, WhatIsLostOnTheWayEndsWithOneLineAndStatusOne) {
+    struct Case {
+        std::string performance;
+        std::vector<std::string> further;
+        const char* named;
+    };
+    ProgramRun run;
+    const auto play = [&run](const std::string& performance, const std::vector<std::string>& further) {
+        run.Folder().Write("tune.performance", performance);
+        std::vector<std::string> arguments = {"--backend",     "headless",
+                                              "--data",        run.Folder() / "data",
+                                              "--performance", run.Folder() / "tune.performance"};
+        arguments.insert(arguments.end(), further.begin(), further.end());
+        return run.Start(arguments);
+    };
+    const std::string folder = run.Folder().Path();
+    for (const Case& each : {Case{"3000 quit\n", {"--trace", "/dev/full"}, "/dev/full"},
+                             Case{"3000 quit\n", {"--record", "/dev/full"}, "/dev/full"},
+                             Case{"0 screenshot /nowhere/a.png\n", {"--screenshots", folder}, "tune.performance:1: "},
+                             Case{"0 screenshot no/folder/a.png\n", {"--screenshots", folder}, "no/folder/a.png"}}) {
+        SCOPED_TRACE(each.named);
+        EXPECT_EQ(1, play(each.performance, each.further));
+        const std::string errors = run.Errors();
+        EXPECT_EQ(1, std::count(errors.begin(), errors.end(), '\n')) << errors;
+        EXPECT_NE(std::string::npos, errors.find(each.named)) << errors;
+    }
+    // A path of its own is taken as it is.
+    EXPECT_EQ(0, play("0 screenshot " + (run.Folder() / "absolute.png") + "\n", {"--screenshots", "/dev"}))
+        << run.Errors();
+    EXPECT_TRUE(fs::exists(run.Folder() / "absolute.png"));
+}
+
+TEST(Options, WithoutAHomeSettingsAreNotKeptAndNothingIsWrittenElsewhere) {
+    const char* const variables[] = {"HOME", "XDG_DATA_HOME"};
+    std::vector<std::string> before;
+    for (const char* name : variables) {
+        before.emplace_back(std::getenv(name) == nullptr ? "" : std::getenv(name));
+        unsetenv(name);
+    }
+    ProgramRun run;
+    run.Folder().Write("tune.performance", "3000 breath 0.8\n4000 quit\n");
+    const int status = run.Start({"--backend", "headless", "--performance", run.Folder() / "tune.performance"});
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        if (!before[i].empty()) setenv(variables[i], before[i].c_str(), 1);
+    }
+    EXPECT_EQ(0, status);
+    const std::string errors = run.Errors();
+    EXPECT_EQ(1, std::count(errors.begin(), errors.end(), '\n')) << errors;
+    EXPECT_NE(std::string::npos, errors.find("HOME")) << errors;
+    for (const char* file : {"/info.ini", "/.local/share/brevant", "info.ini"}) EXPECT_FALSE(fs::exists(file)) << file;
 }
 
 TEST(Options, ShowVersionAndHelp) {
