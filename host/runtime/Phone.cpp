@@ -8,6 +8,7 @@
 #include "runtime/package/Package.h"
 #include "runtime/performance/Performance.h"
 #include "runtime/performance/PerformancePlayer.h"
+#include "runtime/performance/PerformanceReader.h"
 #include "runtime/screen/Screen.h"
 #include "runtime/sound/Sound.h"
 
@@ -59,7 +60,7 @@ bool Phone::PreparePerformance(std::string& problem) {
         if (entry_.attendance == Attendance::kUnattended) performance_ = std::make_shared<const Performance>();
         return true;
     }
-    performance_ = Performance::Load(parts_.storage, *options_.performance, problem);
+    performance_ = LoadPerformance(parts_.storage, *options_.performance, problem);
     return performance_ != nullptr && PerformancePlayer::Check(*performance_, runtime_.GetPackage(), parts_.storage,
                                                                options_.screenshots, problem);
 }

@@ -1,15 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
 #include "backend/Clock.h"
 #include "backend/Geometry.h"
-#include "backend/Storage.h"
 #include "backend/Window.h"
 
 namespace host {
@@ -70,7 +68,8 @@ using PerformanceAction =
     std::variant<TouchAction, PressAction, ReleaseAction, TapAction, KeyAction, BreathAction, PeakAction,
                  RingtoneAction, PickAction, StateAction, DeviceAction, ScreenshotAction, QuitAction>;
 
-/// What a player and the world around the phone do, and when: a performance file after reading. Plain data, any thread.
+/// What a player and the world around the phone do, and when. Plain data, any thread; PerformanceReader makes it of a
+/// file.
 class Performance {
 public:
     struct Step {
@@ -79,12 +78,10 @@ public:
         PerformanceAction action;
     };
 
-    /// Reads a performance's text. Null with "NAME:LINE: reason" in `problem` when a line is malformed.
-    [[nodiscard]] static std::shared_ptr<const Performance> Parse(std::string_view text, const std::string& name,
-                                                                  std::string& problem);
-    /// Reads a performance file. Null with one line that names the file in `problem` when that fails.
-    [[nodiscard]] static std::shared_ptr<const Performance> Load(const Storage& storage, const std::string& path,
-                                                                 std::string& problem);
+    /// One in which nothing is done.
+    Performance() = default;
+    /// The steps in the order of their times; `name` is that of the file, for messages.
+    Performance(std::string name, std::vector<Step> steps) : name_(std::move(name)), steps_(std::move(steps)) {}
 
     [[nodiscard]] const std::vector<Step>& Steps() const noexcept { return steps_; }
     [[nodiscard]] const std::string& Name() const noexcept { return name_; }
