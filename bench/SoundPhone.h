@@ -71,10 +71,11 @@ private:
 
     TemporaryFolder data_;
     ByHand backend_;
-    struct : host::WindowListener {
+    struct Listener final : host::WindowListener {
         void OnVisibilityChanged(host::Visibility) override {}
         void OnCloseRequested() override {}
-    } listener_;
+    };
+    Listener listener_;
     const host::Options options_;
     host::Runtime runtime_{backend_.Parts(), options_, host::MicrophoneSupport::kNone};
     host::Microseconds now_ = 0;

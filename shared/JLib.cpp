@@ -146,6 +146,8 @@ bool JLib::WriteRegColor(const String& filePath, const String& section, const St
     return WriteRegString(filePath, section, key, text);
 }
 
+// The text is handed over, as the phone's manner has it.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 ArrayList* JLib::SplitString(String text, const String& delimiter) {
     ArrayList* pPieces = new ArrayList(SingleObjectDeleter);
     pPieces->Construct(LIST_CAPACITY);

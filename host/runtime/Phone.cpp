@@ -69,6 +69,7 @@ void Phone::Run(EntryPoint entryPoint, EndHandler onEnd) {
     onEnd_ = std::move(onEnd);
     std::vector<std::string> texts = options_.rest;
     std::vector<char*> arguments;
+    arguments.reserve(texts.size() + 1);
     for (std::string& text : texts) arguments.push_back(text.data());
     const int count = static_cast<int>(arguments.size());
     arguments.push_back(nullptr);

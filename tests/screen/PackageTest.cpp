@@ -215,11 +215,11 @@ TEST(Layouts, KeepWhatIsWholeOfABrokenOne) {
     for (const std::string& problem : problems) ends.push_back(problem.substr(files.folder_.Path().size()));
     EXPECT_EQ((std::vector<std::string>{
                   "layouts/IDF_A.xml:2: no text has the id IDS_C", "layouts/IDF_A.xml:3: there is no picture none.png",
-                  "layouts/IDF_A.xml:4: bounds of <Label> is of numbers no further than 10000 from 0, not "
-                  "\"0,0,2147483647,1\"",
+                  ("layouts/IDF_A.xml:4: bounds of <Label> is of numbers no further than 10000 from 0, not "
+                   "\"0,0,2147483647,1\""),
                   "layouts/IDF_A.xml:5: bounds of <Label> is x,y,width,height, not \"1e15,0,1,1\"",
-                  "layouts/IDF_A.xml:6: bounds of <Panel> is of numbers no further than 10000 from 0, not "
-                  "\"0,0,32767,32767\"",
+                  ("layouts/IDF_A.xml:6: bounds of <Panel> is of numbers no further than 10000 from 0, not "
+                   "\"0,0,32767,32767\""),
                   "layouts/IDF_A.xml:8: controls lie at most 64 deep in each other"}),
               ends);
     const LayoutControl* form = files.package_.FindLayout("IDF_A");

@@ -8,7 +8,6 @@
 #include <string>
 
 #include "Tizen/Base/Collection/ArrayList.h"
-#include "Tizen/Base/Integer.h"
 #include "Tizen/Base/String.h"
 #include "Tizen/Graphics/Color.h"
 #include "Tizen/Io/Registry.h"
@@ -17,7 +16,7 @@
 
 namespace {
 
-using Tizen::Base::Integer;
+using namespace std::string_literals;
 using Tizen::Base::String;
 using Tizen::Base::Collection::ArrayList;
 using Tizen::Graphics::Color;
@@ -123,7 +122,7 @@ TEST_F(SettingsStore, SplitsTextsAtEveryDelimiterButTheLastOne) {
 }
 
 TEST_F(SettingsStore, WritesBesideASectionWhoseNameGoesOnBehindANul) {
-    phone_.Data().Write("info.ini", std::string("[Setup\0x]\nAutoPlay=0\n", 22));
+    phone_.Data().Write("info.ini", "[Setup\0x]\nAutoPlay=0\n"s);
     EXPECT_TRUE(JLib::WriteRegInt(L"Setup", L"AutoPlay", 1));
     int value = 7;
     EXPECT_TRUE(JLib::ReadRegInt(L"Setup", L"AutoPlay", value, 3));

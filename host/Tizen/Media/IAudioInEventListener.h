@@ -14,7 +14,7 @@ namespace Media {
 /// operations is part of the interface.
 class IAudioInEventListener : virtual public Tizen::Base::Runtime::IEventListener {
 public:
-    virtual ~IAudioInEventListener() = default;
+    ~IAudioInEventListener() override = default;
 
     /// `pData` is a buffer of the application, filled from its start to its limit. It belongs to the application again,
     /// which gives it back with AudioIn::AddBuffer. The AudioIn may be stopped or deleted in here.

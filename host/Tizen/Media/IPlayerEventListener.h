@@ -11,7 +11,7 @@ namespace Media {
 /// seeks, streams, interrupts or takes the sound away here. The order of the operations is part of the interface.
 class IPlayerEventListener : virtual public Tizen::Base::Runtime::IEventListener {
 public:
-    virtual ~IPlayerEventListener() = default;
+    ~IPlayerEventListener() override = default;
 
     virtual void OnPlayerOpened(result r) = 0;
     /// The recording's last frame is about to reach the speaker. A stop and a play given in here repeat the recording
