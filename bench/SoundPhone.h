@@ -11,6 +11,7 @@
 #include "backend/headless/HeadlessBackend.h"
 #include "backend/mix/LocalSpeaker.h"
 #include "runtime/Runtime.h"
+#include "runtime/sound/Sound.h"
 #include "support/TemporaryFolder.h"
 
 /// A phone whose loop and whose speaker the bench turns by hand, one period after another: what is measured in between
@@ -20,6 +21,7 @@ public:
     SoundPhone() : backend_({BREVANT_PACKAGE, data_.Path()}) {
         std::string problem;
         if (!runtime_.Prepare(problem) || !runtime_.Open(listener_, problem)) throw std::runtime_error(problem);
+        runtime_.GetSound().Open();
     }
 
     /// A folder that is gone with the phone.

@@ -17,6 +17,9 @@ namespace host {
 namespace {
 
 constexpr int kLostSomething = 1;
+// Asking for a sound device takes longer than a frame. The first screen is shown before that: the devices are opened so
+// long after the start, when nothing waits to be shown, or as soon as a sound is wanted.
+constexpr Microseconds kFirstScreenTime = 100 * kMicrosecondsPerMillisecond;
 
 Phone* current = nullptr;
 
@@ -51,6 +54,9 @@ bool Phone::Open(std::string& problem) {
     if (entry_.attendance == Attendance::kAttended) {
         notices_ = std::make_unique<Notices>(runtime_.GetScreen(), runtime_.GetSound(), runtime_.GetLoop(),
                                              runtime_.GetPackage(), runtime_.GetStorage());
+    } else {
+        // Where nobody looks, no device keeps anybody waiting.
+        runtime_.GetSound().Open();
     }
     return true;
 }
@@ -82,6 +88,7 @@ void Phone::Run(EntryPoint entryPoint, EndHandler onEnd) {
 
 void Phone::Start(std::unique_ptr<Application> application) {
     application_ = std::move(application);
+    runtime_.GetLoop().StartTimer(kFirstScreenTime, [this] { isTimeForSound_ = true; });
     EnterForeground();
     if (performance_) {
         const auto atEnd = entry_.attendance == Attendance::kUnattended ? PerformancePlayer::AtEnd::kEndProgram
@@ -137,6 +144,7 @@ Microseconds Phone::RunStep(Microseconds now) {
     }
     const Microseconds nextFrame = runtime_.GetScreen().ComposeIfDue(now);
     runtime_.GetTrace().Flush();
+    if (isTimeForSound_ && nextFrame == kNever) runtime_.GetSound().Open();
     return std::min(nextFrame, runtime_.GetLoop().NextDue());
 }
 

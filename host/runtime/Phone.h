@@ -80,6 +80,7 @@ private:
     bool isInRun_ = false;
     bool isForeground_ = false;
     bool isScreenOn_ = true;
+    bool isTimeForSound_ = false;
     bool isEndRequested_ = false;
     bool hasEnded_ = false;
 };

@@ -63,7 +63,6 @@ bool Runtime::Open(WindowListener& listener, std::string& problem) {
     // Told now that nothing can be refused any more: what is refused is told in one line.
     for (const std::string& fault : packageFaults_) console_.SayOnce(fault);
     screen_->OnResized();
-    sound_->Open();
     return true;
 }
 

@@ -33,7 +33,7 @@ public:
     /// is shown, heard or emptied. False with one line in `problem`. What is wrong with the package stops nothing: it
     /// is told on the console when the window is open.
     [[nodiscard]] bool Prepare(std::string& problem);
-    /// Opens the window and the sound. False with one line in `problem` when there is no display.
+    /// Opens the window; the sound is still to be opened. False with one line in `problem` when there is no display.
     [[nodiscard]] bool Open(WindowListener& listener, std::string& problem);
     /// Silence: nothing is heard or delivered any more.
     void CloseSound() noexcept;

@@ -1,5 +1,7 @@
 #include "DesktopFixture.h"
 
+#include <csignal>
+
 namespace {
 
 using host::Microseconds;
@@ -27,6 +29,11 @@ private:
 };
 
 }  // namespace
+
+DesktopFixture::DesktopFixture() {
+    // nohup and a shell's background jobs hand these on ignored, and a back end leaves them so.
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, SIG_DFL);
+}
 
 bool DesktopFixture::RunUntil(const std::function<bool()>& isDone) {
     Waiting client(isDone, parts_.clock.Now() + kPatience);

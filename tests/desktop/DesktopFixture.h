@@ -34,6 +34,8 @@ class DesktopFixture : public ::testing::Test {
 protected:
     static constexpr const char* kTitle = "Brevant's proof";
 
+    DesktopFixture();
+
     /// Runs the loop until `isDone`; false when that takes longer than anything here may take.
     bool RunUntil(const std::function<bool()>& isDone);
     /// Opens the window and waits until the server shows it.

@@ -163,8 +163,9 @@ hole_has_grown() {
 }
 mouse_to() { xdotool mousemove --window "$window" "$(device "$1")" "$(device "$2")"; }
 
-# A minute of breath for the microphone: noise, unsigned 8-bit stereo at 8000 Hz.
-head -c 960000 /dev/urandom >"$folder/breath"
+# Two minutes of breath for the microphone: noise as SDL's disk driver reads it, 32-bit floats, one channel at 48000 Hz.
+perl -e 'print pack("f", rand(1.8) - 0.9) for 1 .. 48000' >"$folder/second"
+for ((number = 0; number < 120; ++number)); do cat "$folder/second"; done >"$folder/breath"
 
 start SDL_DISKAUDIOFILEIN="$folder/breath"
 # The splash stands for two seconds from its first frame on: first the shots, then a look at them.
@@ -224,6 +225,8 @@ xdotool keyup space
 until_true "the tone's end" has_told '"event":"close"'
 is_silent "the ocarina after the breath"
 xdotool keyup r
+# Whoever stops a program may send it more than once.
+kill -TERM "$program"
 kill -TERM "$program"
 ends_well "a polite kill"
 grep -q '"what":"app","event":"ended"' "$folder/trace" || fail "a polite kill did not end the application in order"

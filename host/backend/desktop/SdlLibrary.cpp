@@ -11,6 +11,8 @@ void SetHints() {
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Brevant");
     // Sound servers neither route nor filter this role as they do calls: no echo cancelling, no ducking.
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_ROLE, "production");
+    // Whoever makes the monitor of an output the default input wants it to be heard.
+    SDL_SetHint(SDL_HINT_AUDIO_INCLUDE_MONITORS, "1");
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
     SDL_SetHint(SDL_HINT_TOUCH_MOUSE_EVENTS, "0");
     SDL_SetHint(SDL_HINT_MOUSE_TOUCH_EVENTS, "0");

@@ -127,8 +127,10 @@ bool WriteAndRename(const std::string& newPath, FileDescriptor file, const std::
                     std::span<const std::byte> content) {
     if (old != nullptr && !CopyAttributes(file.Get(), *old)) return false;
     if (!WriteAll(file.Get(), content)) return false;
-    // The content must be on the disk before the name is, else a power cut leaves the name with nothing in it.
-    if (::fsync(file.Get()) != 0) return false;
+    // The content must be on the disk before the name is, else a power cut leaves the name with nothing in it. An empty
+    // file in the place of none has nothing to lose.
+    const bool isWorthSyncing = old != nullptr || !content.empty();
+    if (isWorthSyncing && ::fsync(file.Get()) != 0) return false;
     if (::rename(newPath.c_str(), path.c_str()) != 0) return false;
     // Closed last, since the lock goes with it. All that could be lost has been synced.
     [[maybe_unused]] const bool isClosed = file.Close();
@@ -242,6 +244,7 @@ bool PosixStorage::Replace(const std::string& path, std::span<const std::byte> c
         ::unlink(newPath.c_str());
         return false;
     }
+    if (!isThere && content.empty()) return true;
     // The new content is in place now, whether or not the file system can sync a folder.
     const FileDescriptor parent(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (parent.IsOpen()) ::fsync(parent.Get());

@@ -24,13 +24,18 @@ void DeviceSource::Start(BlockSink& sink) {
     Stop();
     sink_ = &sink;
     DropUnread();
-    microphone_.Start(*this);
+    if (isDeviceAllowed_) microphone_.Start(*this);
+}
+
+void DeviceSource::AllowDevice() {
+    isDeviceAllowed_ = true;
+    if (sink_ != nullptr) microphone_.Start(*this);
 }
 
 void DeviceSource::Stop() noexcept {
     if (sink_ == nullptr) return;
     sink_ = nullptr;
-    microphone_.Stop();
+    if (isDeviceAllowed_) microphone_.Stop();
 }
 
 void DeviceSource::OnMicrophoneOpened(int rate) noexcept {

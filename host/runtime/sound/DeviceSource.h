@@ -22,6 +22,9 @@ public:
     DeviceSource(const DeviceSource&) = delete;
     DeviceSource& operator=(const DeviceSource&) = delete;
 
+    /// From now on the microphone is asked for; one that was started before is asked for now.
+    void AllowDevice();
+
     // BlockSource
     void Start(BlockSink& sink) override;
     void Stop() noexcept override;
@@ -41,6 +44,7 @@ private:
     EventLoop& loop_;
     SpscRing<float> frames_;
     BlockSink* sink_ = nullptr;  ///< null while stopped
+    bool isDeviceAllowed_ = false;
     std::unique_ptr<PhoneConverter> converter_;
     int rate_ = 0;
     std::int64_t silentFrames_ = 0;    ///< exact zeros, up to now

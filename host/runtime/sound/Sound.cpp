@@ -70,15 +70,17 @@ bool Sound::Prepare(std::string& problem) {
 }
 
 void Sound::Open() {
+    if (state_ != State::kNotYetOpen) return;
     services_.speaker.Open(output_);
-    isOpen_ = true;
+    state_ = State::kOpen;
+    deviceSource_.AllowDevice();
     const int rate = services_.speaker.Rate();
     clips_.SetRate(rate);
     if (recorder_ != nullptr) recorder_->Start(rate);
 }
 
 void Sound::Close() noexcept {
-    if (std::exchange(isOpen_, false)) services_.speaker.Close();
+    if (std::exchange(state_, State::kClosed) == State::kOpen) services_.speaker.Close();
     capture_.Close();
     recorder_.reset();
     desk_.Close();

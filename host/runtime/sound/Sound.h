@@ -47,7 +47,8 @@ public:
     /// Opens the files of the options. False with a line in `problem` when one cannot be read or made; nothing is
     /// emptied yet.
     [[nodiscard]] bool Prepare(std::string& problem);
-    /// Opens the speaker.
+    /// Opens the speaker and, where it was started before, the microphone; further calls do nothing. A clip that is
+    /// asked for opens it, too.
     void Open();
     /// The speaker silent first, then the microphone; nothing is delivered to anybody afterwards.
     void Close() noexcept;
@@ -77,7 +78,10 @@ public:
     [[nodiscard]] static Sound* Current() noexcept;
     [[nodiscard]] Trace& GetTrace() noexcept { return services_.trace; }
     [[nodiscard]] Console& GetConsole() noexcept { return services_.console; }
-    [[nodiscard]] ClipCache& GetClips() noexcept { return clips_; }
+    [[nodiscard]] ClipCache& GetClips() {
+        Open();  // Clips are decoded at the speaker's rate.
+        return clips_;
+    }
     [[nodiscard]] MixDesk& GetDesk() noexcept { return desk_; }
 
 private:
@@ -92,7 +96,8 @@ private:
     Capture capture_;
     SoundWatcher* watcher_ = nullptr;
     int ringtoneVolume_ = 0;
-    bool isOpen_ = false;
+    enum class State { kNotYetOpen, kOpen, kClosed };
+    State state_ = State::kNotYetOpen;
 };
 
 }  // namespace host

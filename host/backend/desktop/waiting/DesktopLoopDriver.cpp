@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "backend/desktop/waiting/EndSignals.h"
 #include "backend/desktop/waiting/SdlWait.h"
 #include "backend/desktop/waiting/X11Wait.h"
 
@@ -20,10 +19,11 @@ DesktopLoopDriver::DesktopLoopDriver(const Clock& clock, DesktopWindow& window, 
 }
 
 void DesktopLoopDriver::Run(LoopClient& client) {
-    EndSignals endSignals(*wait_);
+    // Kept beyond this run: the program is still closing its files then.
+    endSignals_.emplace(*wait_);
     while (!client.HasEnded()) {
         HandleEvents();
-        if (endSignals.TakeArrival()) window_.RequestClose();
+        if (endSignals_->TakeArrival()) window_.RequestClose();
         const Microseconds tendDue =
             std::min(speaker_.Keeper().Tend(clock_.Now()), microphone_.Keeper().Tend(clock_.Now()));
         if (client.HasEnded()) return;

@@ -2,11 +2,13 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
 #include "backend/LoopDriver.h"
 #include "backend/desktop/sound/DesktopMicrophone.h"
 #include "backend/desktop/sound/DesktopSpeaker.h"
 #include "backend/desktop/waiting/DisplayWait.h"
+#include "backend/desktop/waiting/EndSignals.h"
 #include "backend/desktop/window/DesktopWindow.h"
 
 namespace host {
@@ -29,6 +31,7 @@ private:
     DesktopSpeaker& speaker_;
     DesktopMicrophone& microphone_;
     std::unique_ptr<DisplayWait> wait_;
+    std::optional<EndSignals> endSignals_;  ///< from the first run on
     /// Set from a wake to the step that answers it, so that a burst of wakes makes one.
     std::atomic<bool> isWoken_{false};
 };
