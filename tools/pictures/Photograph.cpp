@@ -269,7 +269,9 @@ void PhotographOcarina(Picture& picture) {
                 const int samples = stretch.near <= stretch.far ? kSamples : 1;
                 Vector3 sum;
                 for (int sample = 0; sample < samples * samples; ++sample) {
-                    sum = sum + shade(x + (sample % samples + 0.5) / samples, y + (sample / samples + 0.5) / samples);
+                    const int column = sample % samples;
+                    const int row = sample / samples;
+                    sum = sum + shade(x + (column + 0.5) / samples, y + (row + 0.5) / samples);
                 }
                 sum = sum * (1.0 / (samples * samples));
                 const std::uint32_t pixel = 0xFF000000U | static_cast<std::uint32_t>(Encoded(sum.x) << 16) |
