@@ -102,6 +102,9 @@ public:
     /// A picture from straight RGBA pixels, row by row from the top.
     [[nodiscard]] virtual std::shared_ptr<const Picture> CreatePicture(PixelSize size,
                                                                        std::span<const Rgba> pixels) = 0;
+    /// The language of the texts that are made from now on, as in "ja"; English at first. Chinese, Japanese and Korean
+    /// share characters that each of them writes differently, so the language decides on their glyphs.
+    virtual void SetLanguage(std::string_view language) = 0;
     [[nodiscard]] virtual std::unique_ptr<TextLayout> CreateText(std::string_view utf8, const TextStyle& style,
                                                                  double scale) = 0;
     /// Writes the surface as a PNG file; false when that failed.

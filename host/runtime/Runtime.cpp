@@ -35,6 +35,7 @@ Runtime& Runtime::Current() {
 bool Runtime::Prepare(std::string& problem) {
     std::string language;
     if (!Package::ChooseLanguage(parts_.storage, options_, language, problem)) return false;
+    parts_.painter.SetLanguage(language);
     packageFaults_ = package_->Load(parts_.storage, parts_.painter, language, options_.screen, console_);
     return sound_->Prepare(problem) && PrepareTrace(problem);
 }

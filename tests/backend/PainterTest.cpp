@@ -305,6 +305,22 @@ TEST_F(PainterTest, DrawsTextsWhereTheyAreMeasuredInEveryScript) {
     }
 }
 
+TEST_F(PainterTest, DrawsSharedCharactersAsTheLanguageWritesThem) {
+    const auto draw = [&](const char* language) {
+        painter_.SetLanguage(language);
+        const auto surface = Make(60);
+        surface->DrawText(*painter_.CreateText("骨", TextStyle{.size = 40}, 1), {0, 0}, kRed);
+        std::vector<int> alphas;
+        for (int y = 0; y < 60; ++y) {
+            for (int x = 0; x < 60; ++x) alphas.push_back(surface->PixelAt(x, y).alpha);
+        }
+        return alphas;
+    };
+    const auto japanese = draw("ja");
+    EXPECT_NE(draw("zh-cn"), japanese);  // The inner corner of the upper part is on the other side.
+    EXPECT_EQ(draw("ja"), japanese);
+}
+
 TEST_F(PainterTest, SurroundsGlyphsWithTheirEdge) {
     const auto text = painter_.CreateText("Help", TextStyle{.size = 40, .weight = FontWeight::kBold}, 1);
     const auto plain = Make(200);

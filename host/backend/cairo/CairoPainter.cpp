@@ -107,8 +107,13 @@ std::shared_ptr<const Picture> CairoPainter::CreatePicture(PixelSize size, std::
     return std::make_shared<CairoPicture>(std::move(image));
 }
 
+void CairoPainter::SetLanguage(std::string_view language) {
+    language_ = language;
+    if (fonts_) fonts_->SetLanguage(language_);
+}
+
 std::unique_ptr<TextLayout> CairoPainter::CreateText(std::string_view utf8, const TextStyle& style, double scale) {
-    if (!fonts_) fonts_ = std::make_unique<PangoFonts>();
+    if (!fonts_) fonts_ = std::make_unique<PangoFonts>(language_);
     return std::make_unique<PangoText>(*fonts_, utf8, style, scale);
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "backend/Painter.h"
 
@@ -20,6 +22,7 @@ public:
     [[nodiscard]] std::unique_ptr<Surface> CreateSurface(PixelSize size, double scale) override;
     [[nodiscard]] std::shared_ptr<const Picture> DecodePicture(std::span<const std::byte> png) override;
     [[nodiscard]] std::shared_ptr<const Picture> CreatePicture(PixelSize size, std::span<const Rgba> pixels) override;
+    void SetLanguage(std::string_view language) override;
     [[nodiscard]] std::unique_ptr<TextLayout> CreateText(std::string_view utf8, const TextStyle& style,
                                                          double scale) override;
     [[nodiscard]] bool WritePng(const Surface& surface, const std::string& path) override;
@@ -35,6 +38,7 @@ private:
     /// Made for the first text: finding the fonts takes 10 ms and 10 MiB, and neither the splash nor the play screen
     /// has a text to wait for.
     std::unique_ptr<PangoFonts> fonts_;
+    std::string language_ = "en";
 };
 
 }  // namespace host

@@ -8,8 +8,6 @@ namespace host {
 
 namespace {
 
-// Noto Sans is what the pictures and layouts were drawn with; fontconfig finds the scripts that it lacks elsewhere.
-constexpr const char* kFamily = "Noto Sans";
 // Pango counts in 1/1024 device pixels in an int.
 constexpr double kLargestExtent = 1 << 20;
 
@@ -54,7 +52,7 @@ PangoAlignment ToPango(HorizontalAlign align) {
 PangoText::PangoText(const PangoFonts& fonts, std::string_view utf8, const TextStyle& style, double scale)
     : layout_(pango_layout_new(fonts.Context())), maxWidth_(style.maxWidth), scale_(scale > 0 ? scale : 1) {
     const PangoFontDescriptionHandle font(pango_font_description_new());
-    pango_font_description_set_family_static(font.get(), kFamily);
+    pango_font_description_set_family_static(font.get(), kFontFamily);
     pango_font_description_set_weight(font.get(),
                                       style.weight == FontWeight::kBold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
     pango_font_description_set_absolute_size(font.get(), std::max(1, ToPango(style.size, scale_)));
