@@ -70,7 +70,6 @@ public:
                                       Rgba color) = 0;
     /// A vertical gradient from `top` to `bottom`, in a rectangle with rounded corners.
     virtual void FillGradient(const RectF& rect, double arcWidth, double arcHeight, Rgba top, Rgba bottom) = 0;
-    virtual void DrawLine(PointF from, PointF to, double lineWidth, Rgba color) = 0;
     /// Scaled into `rect`, smoothly. The scaled copy is kept with the picture, so that it is scaled once a size.
     virtual void DrawPicture(const RectF& rect, const Picture& picture) = 0;
     /// `topLeft` is that of the layout's Measure().

@@ -99,13 +99,6 @@ TEST_F(PainterTest, FillsShapesToTheirEdgesAndNoFurther) {
          {9, 19, 62, 42},
          kPi * (31 * 21 - 29 * 19),
          kNothing},
-        {"line",
-         [&](Surface& s) {
-             s.DrawLine({10, 22}, {70, 22}, 4, kRed);
-         },
-         {10, 20, 60, 4},
-         240,
-         kRed},
         {"empty",
          [&](Surface& s) {
              s.FillEllipse({10, 20, 0, 40}, kRed);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Tizen/Base/Collection/ArrayList.h"
+#include "Tizen/Base/Collection/SingleObjectDeleter.h"
 #include "Tizen/Ui/Controls/Button.h"
 #include "Tizen/Ui/Controls/CheckButton.h"
 #include "Tizen/Ui/Controls/ColorPicker.h"
@@ -156,7 +157,7 @@ TEST(UserEvents, AreDeliveredAfterTheirSenderHasReturnedOrDroppedWithTheReceiver
     auto* pOther = Made<Popup>("other");
     rig.Loop().Post([&] {
         pReceiver->SendUserEvent(7, nullptr);
-        pOther->SendUserEvent(8, new Tizen::Base::Collection::ArrayList);
+        pOther->SendUserEvent(8, new Tizen::Base::Collection::ArrayList(Tizen::Base::Collection::SingleObjectDeleter));
         calls.push_back("returned");
         pOther->Destroy();
     });

@@ -18,7 +18,7 @@ public:
     /// second time.
     result Construct(int capacity);
 
-    /// The byte at `index`, whatever the position. E_OUT_OF_RANGE outside of 0..GetLimit() - 1 leaves `value` as it is.
+    /// The byte at `index`. E_OUT_OF_RANGE outside of 0..GetLimit() - 1 leaves `value` as it is.
     result GetByte(int index, byte& value) const {
         if (index < 0 || index >= GetLimit()) return E_OUT_OF_RANGE;
         value = bytes_[static_cast<unsigned>(index)];

@@ -114,16 +114,6 @@ bool String::Equals(const Object& other) const {
     return pOther != nullptr && *pOther == *this;
 }
 
-result String::Append(const String& text) {
-    text_ += text.text_;
-    return E_SUCCESS;
-}
-
-result String::Append(int value) {
-    text_ += std::to_wstring(value);
-    return E_SUCCESS;
-}
-
 String& String::operator+=(const String& text) {
     text_ += text.text_;
     return *this;
@@ -155,10 +145,6 @@ result String::IndexOf(const String& text, int startIndex, int& index) const {
     if (found == std::wstring::npos) return E_OBJ_NOT_FOUND;
     index = static_cast<int>(found);
     return E_SUCCESS;
-}
-
-bool String::StartsWith(const String& text) const {
-    return text_.starts_with(text.text_);
 }
 
 bool String::EndsWith(const String& text) const {

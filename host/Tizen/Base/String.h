@@ -31,8 +31,6 @@ public:
     bool Equals(const Object& other) const override;
     friend bool operator==(const String& left, const String& right) { return left.text_ == right.text_; }
 
-    result Append(const String& text);
-    result Append(int value);
     String& operator+=(const String& text);
     friend String operator+(String left, const String& right) { return left += right; }
 
@@ -41,7 +39,6 @@ public:
 
     /// The first place at or after `startIndex`. E_OBJ_NOT_FOUND leaves `index` as it is; an empty `text` is nowhere.
     result IndexOf(const String& text, int startIndex, int& index) const;
-    bool StartsWith(const String& text) const;
     bool EndsWith(const String& text) const;
     result SubString(int startIndex, String& out) const;
     result SubString(int startIndex, int count, String& out) const;

@@ -8,7 +8,6 @@ inline constexpr result E_SUCCESS = 0;
 inline constexpr result E_FAILURE = 1;
 inline constexpr result E_INVALID_ARG = 2;
 inline constexpr result E_INVALID_STATE = 3;
-inline constexpr result E_INVALID_OPERATION = 4;
 inline constexpr result E_OUT_OF_MEMORY = 5;
 inline constexpr result E_OUT_OF_RANGE = 6;
 inline constexpr result E_NUM_FORMAT = 7;
@@ -20,10 +19,6 @@ inline constexpr result E_OBJ_NOT_FOUND = 12;
 inline constexpr result E_IO = 13;
 inline constexpr result E_UNSUPPORTED_FORMAT = 14;
 inline constexpr result E_DEVICE_UNAVAILABLE = 15;
-
-inline constexpr bool IsFailed(result code) {
-    return code != E_SUCCESS;
-}
 
 namespace Tizen {
 namespace Base {}

@@ -12,13 +12,5 @@ Bitmap::Bitmap(std::shared_ptr<const host::Picture> pPicture, std::string fileNa
 
 Bitmap::~Bitmap() = default;
 
-int Bitmap::GetWidth() const {
-    return pPicture_ ? pPicture_->Size().width : 0;
-}
-
-int Bitmap::GetHeight() const {
-    return pPicture_ ? pPicture_->Size().height : 0;
-}
-
 }  // namespace Graphics
 }  // namespace Tizen

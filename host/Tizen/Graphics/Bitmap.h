@@ -21,10 +21,6 @@ public:
     Bitmap& operator=(const Bitmap&) = default;
     ~Bitmap();
 
-    /// The picture's own pixels.
-    int GetWidth() const;
-    int GetHeight() const;
-
     const std::shared_ptr<const host::Picture>& GetPicture() const { return pPicture_; }
     const std::string& GetFileName() const { return fileName_; }
 

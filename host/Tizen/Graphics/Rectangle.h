@@ -14,8 +14,6 @@ public:
     constexpr Rectangle(const Point& topLeft, const Dimension& size)
         : x(topLeft.x), y(topLeft.y), width(size.width), height(size.height) {}
 
-    constexpr Point GetTopLeft() const { return Point(x, y); }
-    constexpr Dimension GetSize() const { return Dimension(width, height); }
     constexpr bool IsEmpty() const { return width <= 0 || height <= 0; }
 
     friend constexpr bool operator==(const Rectangle&, const Rectangle&) = default;

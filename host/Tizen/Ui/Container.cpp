@@ -48,11 +48,6 @@ result Container::RemoveControl(const Control& control) {
     return E_SUCCESS;
 }
 
-result Container::RemoveAllControls() {
-    while (!children_.empty()) RemoveControl(*children_.back());
-    return E_SUCCESS;
-}
-
 Control* Container::GetControl(const String& name, bool recursive) const {
     for (const auto& pChild : children_) {
         if (pChild->GetName() == name) return pChild.get();

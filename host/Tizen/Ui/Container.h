@@ -21,7 +21,6 @@ public:
     virtual result AddControl(const Control& control);
     /// Destroys the control. E_OBJ_NOT_FOUND for one that is not in this container.
     virtual result RemoveControl(const Control& control);
-    result RemoveAllControls();
 
     /// The control of that name among the direct children, with `recursive` in the whole tree below; null when there is
     /// none.

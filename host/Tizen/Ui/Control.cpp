@@ -150,16 +150,8 @@ void Control::AddTouchEventListener(ITouchEventListener& listener) {
     pPeer_->touchListeners_.Add(listener);
 }
 
-void Control::RemoveTouchEventListener(ITouchEventListener& listener) {
-    pPeer_->touchListeners_.Remove(listener);
-}
-
 void Control::AddKeyEventListener(IKeyEventListener& listener) {
     pPeer_->keyListeners_.Add(listener);
-}
-
-void Control::RemoveKeyEventListener(IKeyEventListener& listener) {
-    pPeer_->keyListeners_.Remove(listener);
 }
 
 result Control::SendUserEvent(long requestId, IList* pArgs) {

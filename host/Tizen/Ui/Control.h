@@ -62,9 +62,7 @@ public:
 
     /// A listener that was already added is not added again.
     void AddTouchEventListener(ITouchEventListener& listener);
-    void RemoveTouchEventListener(ITouchEventListener& listener);
     void AddKeyEventListener(IKeyEventListener& listener);
-    void RemoveKeyEventListener(IKeyEventListener& listener);
 
     /// Queues an event for this control's OnUserEventReceivedN. If the control is destroyed before, the event is
     /// dropped and its arguments with it.

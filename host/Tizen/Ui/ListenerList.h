@@ -8,15 +8,12 @@ namespace Tizen {
 namespace Ui {
 
 /// The listeners of a control, none of them owned; each is told once, in the order of adding. While they are told,
-/// listeners may come, go, and even destroy the control. UI thread only.
+/// listeners may come, and even destroy the control. UI thread only.
 template <typename Listener>
 class ListenerList {
 public:
     void Add(Listener& listener) {
         if (!Contains(listener)) listeners_.push_back(&listener);
-    }
-    void Remove(Listener& listener) {
-        listeners_.erase(std::remove(listeners_.begin(), listeners_.end(), &listener), listeners_.end());
     }
     bool IsEmpty() const { return listeners_.empty(); }
 
@@ -27,7 +24,7 @@ public:
         const auto listeners = listeners_;
         for (Listener* pListener : listeners) {
             if (control.expired()) return;
-            if (Contains(*pListener)) tell(*pListener);
+            tell(*pListener);
         }
     }
 

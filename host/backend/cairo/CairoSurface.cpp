@@ -120,12 +120,6 @@ void CairoSurface::FillGradient(const RectF& rect, double arcWidth, double arcHe
     cairo_fill(context_.get());
 }
 
-void CairoSurface::DrawLine(PointF from, PointF to, double lineWidth, Rgba color) {
-    cairo_move_to(context_.get(), from.x, from.y);
-    cairo_line_to(context_.get(), to.x, to.y);
-    Stroke(lineWidth, color);
-}
-
 void CairoSurface::DrawPicture(const RectF& rect, const Picture& picture) {
     if (IsEmpty(rect)) return;
     const auto& own = static_cast<const CairoPicture&>(picture);

@@ -23,7 +23,6 @@ public:
     void StrokeRoundRectangle(const RectF& rect, double arcWidth, double arcHeight, double lineWidth,
                               Rgba color) override;
     void FillGradient(const RectF& rect, double arcWidth, double arcHeight, Rgba top, Rgba bottom) override;
-    void DrawLine(PointF from, PointF to, double lineWidth, Rgba color) override;
     void DrawPicture(const RectF& rect, const Picture& picture) override;
     void DrawText(const TextLayout& text, PointF topLeft, Rgba color) override;
     void DrawTextWithEdge(const TextLayout& text, PointF topLeft, Rgba color, double edgeWidth, Rgba edge) override;

@@ -41,7 +41,8 @@ public:
     /// Of the size of `Number`, the lowest byte first.
     template <typename Number>
     HeaderBuilder& Add(Number value) {
-        for (std::size_t i = 0; i < sizeof value; ++i) bytes_[size_++] = LowByte(value >> (i * kBitsOfByte));
+        for (std::size_t i = 0; i < sizeof value; ++i)
+            bytes_[size_++] = LowByte(std::uint32_t{value} >> (i * kBitsOfByte));
         return *this;
     }
     [[nodiscard]] std::span<const std::byte> Bytes() const { return bytes_; }

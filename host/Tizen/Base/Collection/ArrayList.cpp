@@ -37,14 +37,6 @@ result ArrayList::Add(Object* pObject) {
     return E_SUCCESS;
 }
 
-result ArrayList::RemoveAt(int index) {
-    if (index < 0 || index >= GetCount()) return E_OUT_OF_RANGE;
-    Object* pObject = objects_[static_cast<std::size_t>(index)];
-    objects_.erase(objects_.begin() + index);
-    deleter_(pObject);
-    return E_SUCCESS;
-}
-
 void ArrayList::RemoveAll() {
     for (Object* pObject : objects_) deleter_(pObject);
     objects_.clear();

@@ -12,7 +12,7 @@ namespace Collection {
 /// A list in one block of memory. Made with SingleObjectDeleter it owns its elements.
 class ArrayList : public Object, public IList {
 public:
-    explicit ArrayList(DeleterFunctionType deleter = NoOpDeleter) : deleter_(deleter) {}
+    explicit ArrayList(DeleterFunctionType deleter) : deleter_(deleter) {}
     ArrayList(const ArrayList&) = delete;
     ArrayList& operator=(const ArrayList&) = delete;
     ~ArrayList() override { ArrayList::RemoveAll(); }
@@ -25,7 +25,6 @@ public:
     Object* GetAt(int index) override;
     const Object* GetAt(int index) const override;
     result Add(Object* pObject) override;
-    result RemoveAt(int index) override;
     void RemoveAll() override;
 
 private:

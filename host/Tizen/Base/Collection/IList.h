@@ -19,7 +19,6 @@ public:
     /// At the end. E_INVALID_ARG when null.
     virtual result Add(Object* pObject) = 0;
     result Add(Object& object) { return Add(&object); }
-    virtual result RemoveAt(int index) = 0;
     virtual void RemoveAll() = 0;
 };
 

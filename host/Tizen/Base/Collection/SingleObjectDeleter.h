@@ -14,9 +14,6 @@ inline void SingleObjectDeleter(Object* pObject) {
     delete pObject;
 }
 
-/// For a list of elements that others own.
-inline void NoOpDeleter(Object*) {}
-
 }  // namespace Collection
 }  // namespace Base
 }  // namespace Tizen

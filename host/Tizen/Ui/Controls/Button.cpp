@@ -23,10 +23,6 @@ result Button::SetText(const String& text) {
     return E_SUCCESS;
 }
 
-String Button::GetText() const {
-    return String(static_cast<const ButtonNode&>(GetNode()).Text().c_str());
-}
-
 result Button::SetTextColor(const Color& color) {
     static_cast<ButtonNode&>(GetNode()).SetTextColor(ToHost(color));
     return E_SUCCESS;
@@ -64,11 +60,6 @@ void Button::SetActionId(int actionId) {
 void Button::AddActionEventListener(IActionEventListener& listener) {
     listeners_.Add(listener);
     static_cast<ButtonNode&>(GetNode()).SetActing(true);
-}
-
-void Button::RemoveActionEventListener(IActionEventListener& listener) {
-    listeners_.Remove(listener);
-    static_cast<ButtonNode&>(GetNode()).SetActing(!listeners_.IsEmpty());
 }
 
 void Button::ApplyLayout(const host::LayoutControl& layout) {

@@ -21,7 +21,6 @@ public:
     ~Button() override;
 
     result SetText(const Tizen::Base::String& text);
-    Tizen::Base::String GetText() const;
     /// Where it stands out too little from the button's colour, the text gets an edge in black or white.
     result SetTextColor(const Tizen::Graphics::Color& color);
     /// E_INVALID_ARG for an unknown status.
@@ -31,9 +30,7 @@ public:
     result SetPressedBackgroundBitmap(const Tizen::Graphics::Bitmap& bitmap);
 
     void SetActionId(int actionId);
-    int GetActionId() const { return actionId_; }
     void AddActionEventListener(IActionEventListener& listener);
-    void RemoveActionEventListener(IActionEventListener& listener);
 
 private:
     void ApplyLayout(const host::LayoutControl& layout) override;

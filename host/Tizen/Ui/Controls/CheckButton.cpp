@@ -32,10 +32,6 @@ void CheckButton::AddActionEventListener(IActionEventListener& listener) {
     listeners_.Add(listener);
 }
 
-void CheckButton::RemoveActionEventListener(IActionEventListener& listener) {
-    listeners_.Remove(listener);
-}
-
 void CheckButton::SetSelected(bool select) {
     static_cast<SwitchNode&>(GetNode()).SetChecked(select);
 }

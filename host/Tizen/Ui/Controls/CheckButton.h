@@ -22,7 +22,6 @@ public:
     /// buttons that are merely chosen; a switch never reports it.
     void SetActionId(int checkedActionId, int uncheckedActionId, int selectedActionId);
     void AddActionEventListener(IActionEventListener& listener);
-    void RemoveActionEventListener(IActionEventListener& listener);
 
     /// Reports nothing.
     void SetSelected(bool select);

@@ -28,10 +28,6 @@ void ColorPicker::AddColorChangeEventListener(IColorChangeEventListener& listene
     listeners_.Add(listener);
 }
 
-void ColorPicker::RemoveColorChangeEventListener(IColorChangeEventListener& listener) {
-    listeners_.Remove(listener);
-}
-
 void ColorPicker::OnColorChange() {
     const Color color = GetColor();
     listeners_.TellAll(GetNode().Token(),

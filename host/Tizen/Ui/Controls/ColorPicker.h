@@ -22,7 +22,6 @@ public:
     void SetColor(const Tizen::Graphics::Color& color);
     Tizen::Graphics::Color GetColor() const;
     void AddColorChangeEventListener(IColorChangeEventListener& listener);
-    void RemoveColorChangeEventListener(IColorChangeEventListener& listener);
 
 private:
     void OnColorChange() override;

@@ -43,10 +43,6 @@ result Form::SetBackgroundColor(const Color& color) {
     return E_SUCCESS;
 }
 
-Color Form::GetBackgroundColor() const {
-    return FromHost(static_cast<const host::BoxNode&>(GetNode()).Background());
-}
-
 void Form::SetFormBackEventListener(IFormBackEventListener* pListener) {
     pBackListener_ = pListener;
 }

@@ -21,7 +21,6 @@ public:
     /// The part that the application draws on: all of it, for this phone has no bars. In the form's own coordinates.
     Tizen::Graphics::Rectangle GetClientAreaBounds() const;
     result SetBackgroundColor(const Tizen::Graphics::Color& color);
-    Tizen::Graphics::Color GetBackgroundColor() const;
     /// Null takes it away again.
     void SetFormBackEventListener(IFormBackEventListener* pListener);
 

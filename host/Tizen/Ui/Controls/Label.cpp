@@ -19,10 +19,6 @@ result Label::SetText(const String& text) {
     return E_SUCCESS;
 }
 
-String Label::GetText() const {
-    return String(static_cast<const host::BoxNode&>(GetNode()).Text().c_str());
-}
-
 result Label::SetBackgroundBitmap(const Bitmap& bitmap) {
     TraceBitmap(bitmap.GetFileName());
     static_cast<host::BoxNode&>(GetNode()).SetPicture(bitmap.GetPicture());

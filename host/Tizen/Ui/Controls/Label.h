@@ -14,7 +14,6 @@ public:
     ~Label() override;
 
     result SetText(const Tizen::Base::String& text);
-    Tizen::Base::String GetText() const;
     /// The picture that lies under the text, scaled into the bounds. The label keeps its own copy.
     result SetBackgroundBitmap(const Tizen::Graphics::Bitmap& bitmap);
 
