@@ -4,7 +4,7 @@
 
 namespace host {
 
-/// A clock that stands still until the loop driver moves it on. UI thread only.
+/// A clock that stands still until the loop driver moves it on. The UI thread moves it, and asks it alone.
 class VirtualClock final : public Clock {
 public:
     [[nodiscard]] Microseconds Now() const noexcept override { return now_; }
