@@ -12,6 +12,7 @@
 #include "Tizen/Ui/Controls/Form.h"
 #include "Tizen/Ui/Controls/Frame.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/composing/Compositor.h"
 #include "support/TestPhone.h"
 
 namespace {
@@ -89,16 +90,16 @@ public:
 void MeasureFrames(benchmark::State& state, TestPhone& phone) {
     host::Screen& screen = phone.GetScreen();
     host::Microseconds now = phone.GetRuntime().GetLoop().Now();
-    const std::uint64_t before = screen.FramesComposed();
+    const std::uint64_t before = screen.GetCompositor().FramesComposed();
     std::uint64_t asked = 0;
     MeasureEach(
         state, [&] { now += host::kMicrosecondsPerSecond; },
         [&] {
-            screen.RepaintAll();
+            screen.GetCompositor().RepaintAll();
             screen.ComposeIfDue(now);
             ++asked;
         });
-    if (screen.FramesComposed() != before + asked) state.SkipWithError("a frame was left out");
+    if (screen.GetCompositor().FramesComposed() != before + asked) state.SkipWithError("a frame was left out");
 }
 
 void Scene(benchmark::State& state) {

@@ -13,6 +13,7 @@
 #include "play/JHole.h"
 #include "runtime/Phone.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/composing/Compositor.h"
 #include "shared/ResourceIds.h"
 #include "support/TemporaryFolder.h"
 
@@ -48,7 +49,7 @@ void RedrawHole(benchmark::State& state) {
         JHole& hole = FirstHole();
         host::Screen& screen = runtime.GetScreen();
         host::Microseconds now = runtime.GetLoop().Now();
-        const std::uint64_t before = screen.FramesComposed();
+        const std::uint64_t before = screen.GetCompositor().FramesComposed();
         std::uint64_t asked = 0;
         MeasureEach(
             state, [&] { now += host::kMicrosecondsPerSecond; },
@@ -57,7 +58,7 @@ void RedrawHole(benchmark::State& state) {
                 hole.RequestRedraw(true);
                 screen.ComposeIfDue(now);
             });
-        if (screen.FramesComposed() != before + asked) state.SkipWithError("a frame was left out");
+        if (screen.GetCompositor().FramesComposed() != before + asked) state.SkipWithError("a frame was left out");
         phone.RequestEnd();
     });
     phone.Run(OspMain, [](int) {});

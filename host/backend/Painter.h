@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <string>
 #include <string_view>
 
 #include "backend/Geometry.h"
+#include "backend/Image.h"
 
 namespace host {
 
@@ -85,8 +85,8 @@ public:
     /// Puts `source` pixel for pixel with its top left at (x, y), in device pixels. kReplace copies without blending.
     virtual void Compose(const Surface& source, int x, int y, Blend blend) = 0;
 
-    /// The pixel there as straight RGBA; transparent outside. For tests, not for drawing.
-    [[nodiscard]] virtual Rgba PixelAt(int x, int y) const = 0;
+    /// What `area` (device pixels) shows now, as straight RGBA; transparent outside of the surface.
+    [[nodiscard]] virtual Image Read(const PixelRect& area) const = 0;
 };
 
 /// Makes surfaces, pictures and texts. UI thread only.
@@ -96,18 +96,15 @@ public:
 
     /// A transparent surface of `size` device pixels whose unit is `scale` device pixels.
     [[nodiscard]] virtual std::unique_ptr<Surface> CreateSurface(PixelSize size, double scale) = 0;
-    /// Null when the bytes are no picture that can be decoded whole.
+    /// Null when the bytes are no PNG file that can be decoded whole.
     [[nodiscard]] virtual std::shared_ptr<const Picture> DecodePicture(std::span<const std::byte> png) = 0;
-    /// A picture from straight RGBA pixels, row by row from the top.
-    [[nodiscard]] virtual std::shared_ptr<const Picture> CreatePicture(PixelSize size,
-                                                                       std::span<const Rgba> pixels) = 0;
+    /// Null when there are fewer pixels than the size says, or none.
+    [[nodiscard]] virtual std::shared_ptr<const Picture> CreatePicture(const Image& image) = 0;
     /// The language of the texts that are made from now on, as in "ja"; English at first. Chinese, Japanese and Korean
     /// share characters that each of them writes differently, so the language decides on their glyphs.
     virtual void SetLanguage(std::string_view language) = 0;
     [[nodiscard]] virtual std::unique_ptr<TextLayout> CreateText(std::string_view utf8, const TextStyle& style,
                                                                  double scale) = 0;
-    /// Writes the surface as a PNG file; false when that failed.
-    [[nodiscard]] virtual bool WritePng(const Surface& surface, const std::string& path) = 0;
 };
 
 }  // namespace host

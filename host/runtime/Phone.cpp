@@ -10,6 +10,7 @@
 #include "runtime/performance/PerformancePlayer.h"
 #include "runtime/performance/PerformanceReader.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/composing/Compositor.h"
 #include "runtime/sound/Sound.h"
 
 namespace host {
@@ -161,7 +162,7 @@ void Phone::End() {
     runtime_.GetLoop().Clear();
     trace.Add("app", "ended");
     trace.Add("end")
-        .Number("frames", static_cast<std::int64_t>(runtime_.GetScreen().FramesComposed()))
+        .Number("frames", static_cast<std::int64_t>(runtime_.GetScreen().GetCompositor().FramesComposed()))
         .Number("blocks", static_cast<std::int64_t>(runtime_.GetSound().GetCapture().BlocksDelivered()))
         .Number("underruns", static_cast<std::int64_t>(runtime_.GetSound().Underruns()));
     trace.Close();

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "backend/headless/HeadlessBackend.h"
+#include "support/Pixels.h"
 
 namespace {
 
@@ -150,10 +151,10 @@ TEST_F(HeadlessTest, HasAWindowOfThePhonesSizeThatKeepsItsPixels) {
     ASSERT_TRUE(window.Open("Brevant", {48, 80}, listener, listener));
     EXPECT_EQ(window.Size(), (PixelSize{48, 80}));
     EXPECT_EQ(window.FrameInterval(), 16'667);
-    EXPECT_EQ(window.Pixels().PixelAt(0, 0), (Rgba{0, 0, 0, 255}));
+    EXPECT_EQ(PixelAt(window.Pixels(), 0, 0), (Rgba{0, 0, 0, 255}));
     window.Pixels().Clear({1, 2, 3, 255});
     window.Present(std::vector<PixelRect>{{0, 0, 10, 10}});
-    EXPECT_EQ(window.Pixels().PixelAt(47, 79), (Rgba{1, 2, 3, 255}));
+    EXPECT_EQ(PixelAt(window.Pixels(), 47, 79), (Rgba{1, 2, 3, 255}));
     EXPECT_FALSE(window.Open("Brevant", {100'000, 100'000}, listener, listener));
 }
 

@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "backend/cairo/CairoPainter.h"
-#include "support/TemporaryFolder.h"
+#include "backend/cairo/CairoPicture.h"
+#include "png/PngPicture.h"
+#include "png/PngWriter.h"
+#include "support/Pixels.h"
 
 namespace {
 
@@ -32,7 +36,7 @@ PixelRect DrawnExtent(const Surface& surface) {
     PixelRect extent;
     for (int y = 0; y < surface.Size().height; ++y) {
         for (int x = 0; x < surface.Size().width; ++x) {
-            if (surface.PixelAt(x, y).alpha != 0) extent = extent.Union({x, y, 1, 1});
+            if (PixelAt(surface, x, y).alpha != 0) extent = extent.Union({x, y, 1, 1});
         }
     }
     return extent;
@@ -42,7 +46,7 @@ PixelRect DrawnExtent(const Surface& surface) {
 double Coverage(const Surface& surface) {
     double sum = 0;
     for (int y = 0; y < surface.Size().height; ++y) {
-        for (int x = 0; x < surface.Size().width; ++x) sum += surface.PixelAt(x, y).alpha / 255.0;
+        for (int x = 0; x < surface.Size().width; ++x) sum += PixelAt(surface, x, y).alpha / 255.0;
     }
     return sum;
 }
@@ -53,11 +57,11 @@ protected:
         return painter_.CreateSurface({side, side}, scale);
     }
     [[nodiscard]] std::shared_ptr<const Picture> MakePicture(PixelSize size, Rgba (*at)(int x, int y)) {
-        std::vector<Rgba> pixels;
+        Image image{size, {}};
         for (int y = 0; y < size.height; ++y) {
-            for (int x = 0; x < size.width; ++x) pixels.push_back(at(x, y));
+            for (int x = 0; x < size.width; ++x) image.pixels.push_back(at(x, y));
         }
-        return painter_.CreatePicture(size, pixels);
+        return painter_.CreatePicture(image);
     }
 
     CairoPainter painter_;
@@ -112,7 +116,7 @@ TEST_F(PainterTest, FillsShapesToTheirEdgesAndNoFurther) {
         row.draw(*surface);
         EXPECT_EQ(DrawnExtent(*surface), row.extent) << row.shape;
         EXPECT_NEAR(Coverage(*surface), row.area, row.area * 0.01) << row.shape;
-        EXPECT_TRUE(IsNear(surface->PixelAt(10, 20), row.corner)) << row.shape;
+        EXPECT_TRUE(IsNear(PixelAt(*surface, 10, 20), row.corner)) << row.shape;
     }
 }
 
@@ -123,28 +127,28 @@ TEST_F(PainterTest, DrawsInUnitsOfTheScaleButClipsInPixels) {
     EXPECT_EQ(DrawnExtent(*surface), (PixelRect{30, 40, 10, 20}));
     surface->SetClip({0, 0, 5, 5});  // It replaces the other one.
     surface->Clear(kWhite);
-    EXPECT_EQ(surface->PixelAt(4, 4), kWhite);
-    EXPECT_EQ(surface->PixelAt(5, 4), kNothing);
-    EXPECT_EQ(surface->PixelAt(30, 40), kRed);
+    EXPECT_EQ(PixelAt(*surface, 4, 4), kWhite);
+    EXPECT_EQ(PixelAt(*surface, 5, 4), kNothing);
+    EXPECT_EQ(PixelAt(*surface, 30, 40), kRed);
     surface->SetClip({10, 10, -5, 3});
     surface->Clear(kBlack);
-    EXPECT_EQ(surface->PixelAt(4, 4), kWhite);
+    EXPECT_EQ(PixelAt(*surface, 4, 4), kWhite);
     surface->ResetClip();
     surface->Clear({255, 255, 255, 0});
     EXPECT_EQ(Coverage(*surface), 0);
-    EXPECT_EQ(surface->PixelAt(-1, 0), kNothing);
-    EXPECT_EQ(surface->PixelAt(0, 100), kNothing);
+    EXPECT_EQ(PixelAt(*surface, -1, 0), kNothing);
+    EXPECT_EQ(PixelAt(*surface, 0, 100), kNothing);
 }
 
 TEST_F(PainterTest, BlendsByAlphaAndShadesFromTopToBottom) {
     const auto surface = Make(100);
     surface->Clear(kBlack);
     surface->FillRectangle({0, 0, 100, 100}, {255, 255, 255, 51});
-    EXPECT_TRUE(IsNear(surface->PixelAt(50, 50), {51, 51, 51, 255}));
+    EXPECT_TRUE(IsNear(PixelAt(*surface, 50, 50), {51, 51, 51, 255}));
     surface->FillGradient({0, 0, 100, 100}, 0, 0, kWhite, kBlack);
-    EXPECT_TRUE(IsNear(surface->PixelAt(3, 0), kWhite));
-    EXPECT_TRUE(IsNear(surface->PixelAt(99, 50), {127, 127, 127, 255}));
-    EXPECT_TRUE(IsNear(surface->PixelAt(50, 99), {1, 1, 1, 255}));
+    EXPECT_TRUE(IsNear(PixelAt(*surface, 3, 0), kWhite));
+    EXPECT_TRUE(IsNear(PixelAt(*surface, 99, 50), {127, 127, 127, 255}));
+    EXPECT_TRUE(IsNear(PixelAt(*surface, 50, 99), {1, 1, 1, 255}));
 }
 
 TEST_F(PainterTest, ComposesPixelForPixelOverOrInPlaceOfWhatIsThere) {
@@ -156,11 +160,11 @@ TEST_F(PainterTest, ComposesPixelForPixelOverOrInPlaceOfWhatIsThere) {
         target->SetClip({0, 0, 30, 12});
         target->Compose(*source, 5, 8, blend);
         const bool isOver = blend == Surface::Blend::kOver;
-        EXPECT_TRUE(IsNear(target->PixelAt(5, 8), isOver ? Rgba{255, 128, 128, 255} : Rgba{255, 255, 255, 128}));
-        EXPECT_EQ(target->PixelAt(8, 8), isOver ? kRed : kNothing);
-        EXPECT_EQ(target->PixelAt(5, 12), kRed);  // Outside of the clip.
-        EXPECT_EQ(target->PixelAt(4, 8), kRed);   // Beside the source.
-        EXPECT_EQ(target->PixelAt(15, 8), kRed);
+        EXPECT_TRUE(IsNear(PixelAt(*target, 5, 8), isOver ? Rgba{255, 128, 128, 255} : Rgba{255, 255, 255, 128}));
+        EXPECT_EQ(PixelAt(*target, 8, 8), isOver ? kRed : kNothing);
+        EXPECT_EQ(PixelAt(*target, 5, 12), kRed);  // Outside of the clip.
+        EXPECT_EQ(PixelAt(*target, 4, 8), kRed);   // Beside the source.
+        EXPECT_EQ(PixelAt(*target, 15, 8), kRed);
     }
 }
 
@@ -171,7 +175,7 @@ TEST_F(PainterTest, ShrinksPicturesByAreaAndEnlargesThemSmoothly) {
     const auto surface = Make(100, 0.5);
     surface->DrawPicture({0, 0, 2 * 23, 2 * 7}, *stripes);
     for (int x = 0; x < 23; ++x) {
-        EXPECT_TRUE(IsNear(surface->PixelAt(x, 3), {128, 128, 128, 255}, 40)) << x;
+        EXPECT_TRUE(IsNear(PixelAt(*surface, x, 3), {128, 128, 128, 255}, 40)) << x;
     }
     surface->Clear(kNothing);
     surface->DrawPicture({0, 0, 20, 20}, *spot);
@@ -179,9 +183,9 @@ TEST_F(PainterTest, ShrinksPicturesByAreaAndEnlargesThemSmoothly) {
     surface->Clear(kNothing);
     surface->DrawPicture({20, 20, 80, 20}, *halves);
     EXPECT_EQ(DrawnExtent(*surface), (PixelRect{10, 10, 40, 10}));
-    EXPECT_EQ(surface->PixelAt(10, 15), kBlack);
-    EXPECT_EQ(surface->PixelAt(49, 15), kWhite);
-    EXPECT_TRUE(IsNear(surface->PixelAt(30, 15), {130, 130, 130, 255}, 8));
+    EXPECT_EQ(PixelAt(*surface, 10, 15), kBlack);
+    EXPECT_EQ(PixelAt(*surface, 49, 15), kWhite);
+    EXPECT_TRUE(IsNear(PixelAt(*surface, 30, 15), {130, 130, 130, 255}, 8));
 }
 
 TEST_F(PainterTest, DrawsAPictureTheSameAtEverySizeHoweverOftenSizesChange) {
@@ -194,51 +198,67 @@ TEST_F(PainterTest, DrawsAPictureTheSameAtEverySizeHoweverOftenSizesChange) {
             const auto surface = Make(100);
             surface->DrawPicture({3.4, 3.4, side + 0.05, side + 0.05}, *picture);
             ASSERT_EQ(DrawnExtent(*surface), (PixelRect{3, 3, side, side}));
-            EXPECT_TRUE(IsNear(surface->PixelAt(3 + side / 2, 3 + side / 4), {125, 62, 80, 255}, 7)) << side;
+            EXPECT_TRUE(IsNear(PixelAt(*surface, 3 + side / 2, 3 + side / 4), {125, 62, 80, 255}, 7)) << side;
         }
     }
     const auto huge = Make(100);
     huge->DrawPicture({-9000, -9000, 20'000, 20'000}, *picture);  // Too large to keep a copy of.
-    EXPECT_TRUE(IsNear(huge->PixelAt(0, 0), {112, 112, 80, 255}, 5));
+    EXPECT_TRUE(IsNear(PixelAt(*huge, 0, 0), {112, 112, 80, 255}, 5));
+}
+
+TEST_F(PainterTest, KeepsNoPictureThatItHasDrawn) {
+    CairoSurfaceHandle image(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 4, 4));
+    cairo_surface_t* const watched = cairo_surface_reference(image.get());
+    const auto surface = Make(40);
+    {
+        const CairoPicture picture(std::move(image));
+        surface->DrawPicture({0, 0, 4, 4}, picture);
+        surface->DrawPicture({0, 0, 20'000, 20'000}, picture);
+    }
+    EXPECT_EQ(cairo_surface_get_reference_count(watched), 1U);
+    cairo_surface_destroy(watched);
 }
 
 TEST_F(PainterTest, DecodesOnlyWholePictures) {
-    const TemporaryFolder folder;
     const auto surface = Make(40);
     surface->FillEllipse({0, 0, 40, 40}, {200, 100, 50, 128});
-    ASSERT_TRUE(painter_.WritePng(*surface, folder / "whole.png"));
-    EXPECT_FALSE(painter_.WritePng(*surface, folder / "missing/whole.png"));
-    const std::string whole = folder.Read("whole.png");
-    const auto decode = [&](const std::string& bytes) {
-        return painter_.DecodePicture(std::as_bytes(std::span(bytes)));
-    };
-
-    const auto picture = decode(whole);
+    const std::vector<std::byte> whole = EncodePng(surface->Read({0, 0, 40, 40}));
+    ASSERT_FALSE(whole.empty());
+    const auto picture = painter_.DecodePicture(whole);
     ASSERT_NE(picture, nullptr);
     const auto copy = Make(40);
     copy->DrawPicture({0, 0, 40, 40}, *picture);
-    EXPECT_TRUE(IsNear(copy->PixelAt(20, 20), {200, 100, 50, 128}));
+    EXPECT_TRUE(IsNear(PixelAt(*copy, 20, 20), {200, 100, 50, 128}));
+    EXPECT_EQ(PixelAt(*copy, 0, 0), kNothing);
 
     for (std::size_t length = 0; length < whole.size(); ++length) {
-        EXPECT_EQ(decode(whole.substr(0, length)), nullptr) << length;
+        EXPECT_EQ(painter_.DecodePicture(std::span(whole).first(length)), nullptr) << length;
     }
-    // A byte that is another one breaks the file's frame, the first chunk's checksum or that of the pixels.
-    const std::size_t pixelsAt = whole.find("IDAT");
-    const std::size_t headerEnd = 33;
-    for (std::size_t at = 0; at < whole.size() - 12; ++at) {
-        std::string garbage = whole;
-        garbage[at] = static_cast<char>(garbage[at] ^ 0x5a);
-        const auto decoded = decode(garbage);
-        // In between stand chunks that a reader may pass over.
-        if (at < headerEnd || at >= pixelsAt) {
-            EXPECT_EQ(decoded, nullptr) << at;
-        }
+    for (std::size_t at = 0; at < whole.size(); ++at) {
+        std::vector<std::byte> garbage = whole;
+        garbage[at] ^= std::byte{0x5a};
+        EXPECT_EQ(painter_.DecodePicture(garbage), nullptr) << at;
     }
-    std::string absurd = whole;
-    absurd.replace(16, 8, std::string("\x00\x00\x7f\xff\x00\x00\x7f\xff", 8));
-    EXPECT_EQ(decode(absurd), nullptr);
-    EXPECT_EQ(painter_.CreatePicture({2, 2}, std::vector<Rgba>(3)), nullptr);
-    EXPECT_EQ(painter_.CreatePicture({0, 2}, {}), nullptr);
+    EXPECT_EQ(painter_.CreatePicture({{2, 2}, std::vector<Rgba>(3)}), nullptr);
+    EXPECT_EQ(painter_.CreatePicture({{0, 2}, {}}), nullptr);
+}
+
+TEST_F(PainterTest, RefusesPicturesThatPromiseMoreThanTheirFileHolds) {
+    // A header that is right in itself, then a chunk of nearly 2 GiB of which nothing is there; and a picture of
+    // 32767 squared in a file that is whole.
+    const std::string signature("\x89PNG\r\n\x1a\n", 8);
+    const std::string header("\0\0\0\x0dIHDR\0\0\0\1\0\0\0\1\x8\x6\0\0\0\x1f\x15\xc4\x89", 25);
+    const std::string promise(
+        "\x7f\xff\xff\xff"
+        "tEXt",
+        8);
+    const std::string huge("\0\0\0\x0dIHDR\0\0\x7f\xff\0\0\x7f\xff\x8\x6\0\0\0\x49\xf2\x06\x3d", 25);
+    const std::string end("\0\0\0\0IEND\xae\x42\x60\x82", 12);
+    for (const std::string& file : {signature + header + promise, signature + huge + end, signature + header + end}) {
+        EXPECT_EQ(painter_.DecodePicture(std::as_bytes(std::span(file))), nullptr);
+    }
+    const std::string bare = signature + header + end;
+    EXPECT_EQ(PngPicture(std::as_bytes(std::span(bare))).Size(), (PixelSize{1, 1}));
 }
 
 TEST_F(PainterTest, BreaksOrCutsTextsAtTheGivenWidthAndHeight) {
@@ -305,7 +325,7 @@ TEST_F(PainterTest, DrawsSharedCharactersAsTheLanguageWritesThem) {
         surface->DrawText(*painter_.CreateText("骨", TextStyle{.size = 40}, 1), {0, 0}, kRed);
         std::vector<int> alphas;
         for (int y = 0; y < 60; ++y) {
-            for (int x = 0; x < 60; ++x) alphas.push_back(surface->PixelAt(x, y).alpha);
+            for (int x = 0; x < 60; ++x) alphas.push_back(PixelAt(*surface, x, y).alpha);
         }
         return alphas;
     };
@@ -329,8 +349,8 @@ TEST_F(PainterTest, SurroundsGlyphsWithTheirEdge) {
     EXPECT_NEAR(outer.x + outer.width - inner.x - inner.width, 3, 1);
     EXPECT_NEAR(inner.y - outer.y, 3, 1);
     const int middle = inner.y + inner.height / 2;
-    EXPECT_TRUE(IsNear(edged->PixelAt(inner.x - 2, middle), kRed, 20));
-    EXPECT_TRUE(IsNear(edged->PixelAt(inner.x + 3, middle), kWhite, 20));
+    EXPECT_TRUE(IsNear(PixelAt(*edged, inner.x - 2, middle), kRed, 20));
+    EXPECT_TRUE(IsNear(PixelAt(*edged, inner.x + 3, middle), kWhite, 20));
 }
 
 TEST_F(PainterTest, DrawsOnForeignPixelsInPlace) {
@@ -339,8 +359,8 @@ TEST_F(PainterTest, DrawsOnForeignPixelsInPlace) {
     const auto surface = painter_.WrapPixels(bytes, 16, 10, 20 * 4);
     ASSERT_NE(surface, nullptr);
     surface->FillRectangle({15, 9, 100, 100}, kRed);
-    EXPECT_EQ(surface->PixelAt(14, 9), (Rgba{0x11, 0x22, 0x33, 255}));
-    EXPECT_EQ(surface->PixelAt(15, 9), kRed);
+    EXPECT_EQ(PixelAt(*surface, 14, 9), (Rgba{0x11, 0x22, 0x33, 255}));
+    EXPECT_EQ(PixelAt(*surface, 15, 9), kRed);
     EXPECT_EQ(pixels[9 * 20 + 15] & 0xffffff, 0xff0000U);
     EXPECT_EQ(pixels[9 * 20 + 16], 0x00112233U);
     EXPECT_EQ(painter_.WrapPixels(bytes, 16, 10, 63), nullptr);

@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "runtime/screen/composing/Compositor.h"
 #include "runtime/screen/composing/Damage.h"
 #include "screen/ScreenRig.h"
+#include "support/Pixels.h"
 
 using host::PixelRect;
 using host::Rgba;
@@ -59,12 +61,12 @@ TEST(Composition, PresentsOnlyThePlaceThatHasChanged) {
     EXPECT_EQ(kRed, rig.Pixel(50, 199));
 
     // A redraw that gives the same drawing costs no pixel.
-    const auto frames = rig.screen_.FramesComposed();
+    const auto frames = rig.screen_.GetCompositor().FramesComposed();
     const int draws = rig.Recorder("right").draws_;
     form.RequestRedraw(host::Node::Extent::kTree);
     rig.Compose();
     EXPECT_EQ(draws + 1, rig.Recorder("right").draws_);
-    EXPECT_EQ(frames, rig.screen_.FramesComposed());
+    EXPECT_EQ(frames, rig.screen_.GetCompositor().FramesComposed());
     EXPECT_TRUE(rig.window_.presented_.empty());
     rig.Compose();
     EXPECT_EQ(draws + 1, rig.Recorder("right").draws_) << "nothing is drawn while nothing is asked for";
@@ -129,25 +131,25 @@ TEST(Composition, TakesPlaceAtOnceAndThenOnceADisplayFrame) {
     const host::Microseconds frame = TestWindow::kFrameInterval;
     change();
     EXPECT_EQ(host::LoopClient::kNever, rig.screen_.ComposeIfDue(1000));
-    EXPECT_EQ(1U, rig.screen_.FramesComposed());
+    EXPECT_EQ(1U, rig.screen_.GetCompositor().FramesComposed());
     change();
     EXPECT_EQ(1000 + frame, rig.screen_.ComposeIfDue(1001));
     change();
     EXPECT_EQ(1000 + frame, rig.screen_.ComposeIfDue(999 + frame));
-    EXPECT_EQ(1U, rig.screen_.FramesComposed());
+    EXPECT_EQ(1U, rig.screen_.GetCompositor().FramesComposed());
     EXPECT_EQ(host::LoopClient::kNever, rig.screen_.ComposeIfDue(1000 + frame));
-    EXPECT_EQ(2U, rig.screen_.FramesComposed());
+    EXPECT_EQ(2U, rig.screen_.GetCompositor().FramesComposed());
     change();
     EXPECT_EQ(host::LoopClient::kNever, rig.screen_.ComposeIfDue(1000 + 5 * frame)) << "after a pause at once again";
-    EXPECT_EQ(3U, rig.screen_.FramesComposed());
+    EXPECT_EQ(3U, rig.screen_.GetCompositor().FramesComposed());
 
     rig.screen_.SetVisibility(host::Visibility::kHidden);
     change();
     EXPECT_EQ(host::LoopClient::kNever, rig.screen_.ComposeIfDue(1000 + 9 * frame));
-    EXPECT_EQ(3U, rig.screen_.FramesComposed()) << "nobody would see it";
+    EXPECT_EQ(3U, rig.screen_.GetCompositor().FramesComposed()) << "nobody would see it";
     rig.screen_.SetVisibility(host::Visibility::kVisible);
     rig.screen_.ComposeIfDue(1000 + 9 * frame);
-    EXPECT_EQ(4U, rig.screen_.FramesComposed());
+    EXPECT_EQ(4U, rig.screen_.GetCompositor().FramesComposed());
     EXPECT_EQ((std::vector<PixelRect>{{0, 0, 100, 200}}), rig.window_.presented_);
 }
 
@@ -234,7 +236,7 @@ TEST(DrawList, StandsForManyOperationsByTheirPainting) {
     EXPECT_EQ(1U, list.Length());
     const auto again = rig.backend_->Parts().painter.CreateSurface({10, 10}, 1);
     list.Paint(*again);
-    for (int x = 0; x < 10; ++x) EXPECT_EQ(painted->PixelAt(x, 0), again->PixelAt(x, 0)) << x;
+    for (int x = 0; x < 10; ++x) EXPECT_EQ(PixelAt(*painted, x, 0), PixelAt(*again, x, 0)) << x;
 }
 
 TEST(Composition, GoesOnWhenAChildDestroysItsParentWhileItIsDrawn) {

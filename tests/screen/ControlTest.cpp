@@ -113,16 +113,16 @@ TEST(Forms, ComeGoAndGetTheBackKeyAsTheFrameSays) {
     pSecond->AddKeyEventListener(*pSecond);
     pSecond->AddKeyEventListener(*pSecond);
     host::Screen& screen = rig.phone.GetScreen();
-    screen.PressKey("back");
-    screen.ReleaseKey("back");
+    screen.PressPhoneKey(host::PhoneKey::kBack);
+    screen.LiftPhoneKey(host::PhoneKey::kBack);
     EXPECT_EQ((Log{"initializing first", "initializing second", "pressed 157 second", "released 157 second"}),
               std::exchange(calls, {}));
 
     EXPECT_EQ(E_SUCCESS, pFrame->RemoveControl(*pSecond));
     EXPECT_EQ(pFirst, pFrame->GetCurrentForm());
     EXPECT_EQ(1, pFrame->GetControlCount());
-    screen.PressKey("back");
-    screen.ReleaseKey("back");
+    screen.PressPhoneKey(host::PhoneKey::kBack);
+    screen.LiftPhoneKey(host::PhoneKey::kBack);
     EXPECT_EQ((Log{"terminating second", "destroyed second", "pressed 157 first", "released 157 first"}),
               std::exchange(calls, {}));
     pFrame->Destroy();
@@ -212,8 +212,9 @@ TEST(Layouts, BecomeControlsThatAct) {
     calls.clear();
     const auto tap = [&rig](const char* pName) {
         host::Screen& screen = rig.phone.GetScreen();
-        screen.Touch(1, host::TouchPhase::kDown, *screen.PointOn(pName, 1, 1));
-        screen.Touch(1, host::TouchPhase::kUp, {});
+        const host::FingerId finger{host::FingerSource::kWindow, 1};
+        screen.Touch(finger, host::TouchPhase::kDown, screen.FindOnTop(pName)->ScreenPointAt({1, 1}));
+        screen.Touch(finger, host::TouchPhase::kUp, std::nullopt);
     };
     tap("IDC_CHECK_AUTO_PLAY");
     EXPECT_FALSE(pCheck->IsSelected());
@@ -222,7 +223,7 @@ TEST(Layouts, BecomeControlsThatAct) {
     tap("IDC_BUTTON_CLOSE");
     EXPECT_EQ((Log{"action 103 IDF_FORM_SETUP", "action 102 IDF_FORM_SETUP", "action 101 IDF_FORM_SETUP"}), calls);
     pClose->SetShowState(false);
-    EXPECT_FALSE(rig.phone.GetScreen().PointOn("IDC_BUTTON_CLOSE", 0.5, 0.5).has_value());
+    EXPECT_EQ(nullptr, rig.phone.GetScreen().FindOnTop("IDC_BUTTON_CLOSE"));
     pFrame->Destroy();
     EXPECT_EQ((Log{"action IDC_CHECK_AUTO_PLAY", "action IDC_CHECK_AUTO_PLAY", "action IDC_BUTTON_CLOSE",
                    "hidden IDC_BUTTON_CLOSE"}),
@@ -245,17 +246,14 @@ TEST(Canvases, AreClippedToTheirControlAndOutliveIt) {
     EXPECT_EQ(E_SUCCESS, pCanvas->FillRectangle(Color(200, 0, 0), Rectangle(-20, 10, 200, 20)));
     EXPECT_EQ(E_INVALID_ARG, pCanvas->FillEllipse(Color(200, 0, 0), Rectangle(0, 0, 0, 20)));
     EXPECT_EQ(E_INVALID_ARG, pCanvas->SetLineWidth(0));
-    const std::string file = rig.trace / "shot.png";
-    ASSERT_TRUE(rig.phone.GetScreen().SavePicture(file));
-    const std::string bytes = rig.trace.Read("shot.png");
-    const auto picture = rig.phone.GetRuntime().GetPainter().DecodePicture(std::as_bytes(std::span(bytes)));
-    ASSERT_NE(nullptr, picture);
-    const auto surface = rig.phone.GetRuntime().GetPainter().CreateSurface({720, 1280}, 1);
-    surface->DrawPicture({0, 0, 720, 1280}, *picture);
-    EXPECT_EQ((host::Rgba{200, 0, 0, 255}), surface->PixelAt(100, 115));
-    EXPECT_EQ((host::Rgba{0, 0, 200, 255}), surface->PixelAt(99, 115));
-    EXPECT_EQ((host::Rgba{0, 0, 200, 255}), surface->PixelAt(150, 115));
-    EXPECT_EQ((host::Rgba{0, 0, 200, 255}), surface->PixelAt(120, 131));
+    const host::Image image = rig.phone.GetScreen().ReadNow();
+    const auto pixelAt = [&image](int x, int y) {
+        return image.pixels[static_cast<std::size_t>(y * image.size.width + x)];
+    };
+    EXPECT_EQ((host::Rgba{200, 0, 0, 255}), pixelAt(100, 115));
+    EXPECT_EQ((host::Rgba{0, 0, 200, 255}), pixelAt(99, 115));
+    EXPECT_EQ((host::Rgba{0, 0, 200, 255}), pixelAt(150, 115));
+    EXPECT_EQ((host::Rgba{0, 0, 200, 255}), pixelAt(120, 131));
 
     pForm->RemoveControl(*pHole);
     EXPECT_EQ(E_INVALID_STATE, pCanvas->FillRectangle(Color(200, 0, 0), Rectangle(0, 0, 9, 9)));

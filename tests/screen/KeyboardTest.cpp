@@ -60,9 +60,9 @@ TEST(BackKey, GoesToTheTopmostScreenAndItsReleaseToTheOneThatIsThenTopmost) {
     rig.Stroke("Escape");
     EXPECT_EQ((Log{"form back press", "form back release"}), rig.TakeLog());
     rig.ShowPopup("popup", {0, 0, 50, 50});
-    rig.screen_.PressKey("back");
-    rig.screen_.PressKey("back");
-    rig.screen_.ReleaseKey("back");
+    rig.screen_.PressPhoneKey(host::PhoneKey::kBack);
+    rig.screen_.PressPhoneKey(host::PhoneKey::kBack);
+    rig.screen_.LiftPhoneKey(host::PhoneKey::kBack);
     EXPECT_EQ((Log{"popup back press", "popup back release"}), rig.TakeLog());
 
     rig.Recorder("popup").react_ = [&rig](const std::string&) { rig.Destroy("popup"); };
@@ -76,7 +76,7 @@ TEST(BackKey, GoesToTheTopmostScreenAndItsReleaseToTheOneThatIsThenTopmost) {
     rig.screen_.OnInputLost();
     rig.Lift("Escape");
     EXPECT_EQ((Log{"other back press"}), rig.TakeLog()) << "a Back that the system takes away does not act";
-    rig.screen_.ReleaseKey("back");
+    rig.screen_.LiftPhoneKey(host::PhoneKey::kBack);
     EXPECT_EQ((Log{"other back release"}), rig.TakeLog()) << "a performance may leave the press out";
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "backend/headless/HeadlessBackend.h"
+#include "png/PngWriter.h"
 #include "runtime/package/Package.h"
 #include "support/TemporaryFolder.h"
 
@@ -245,10 +246,11 @@ TEST(Strings, ComeInTheChosenLanguageAndElseInEnglish) {
 
 TEST(Pictures, AreSharedAndComeFromTheImagesAlone) {
     Files files;
-    const auto surface = files.backend_->Parts().painter.CreateSurface({3, 2}, 1);
-    ASSERT_TRUE(files.backend_->Parts().painter.WritePng(*surface, files.folder_ / "images/a.png"));
-    ASSERT_TRUE(files.backend_->Parts().painter.WritePng(*surface, files.folder_ / "outside.png"));
-    files.folder_.Write("images/broken.png", files.folder_.Read("images/a.png").substr(0, 40));
+    const std::vector<std::byte> png = host::EncodePng({{3, 2}, std::vector<host::Rgba>(6)});
+    const std::string bytes(reinterpret_cast<const char*>(png.data()), png.size());
+    files.folder_.Write("images/a.png", bytes);
+    files.folder_.Write("outside.png", bytes);
+    files.folder_.Write("images/broken.png", bytes.substr(0, 40));
     ASSERT_TRUE(files.Load()) << files.problem_;
     const auto picture = files.package_.FindPicture("a.png");
     ASSERT_NE(nullptr, picture);

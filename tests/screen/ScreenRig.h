@@ -15,6 +15,7 @@
 #include "runtime/screen/Screen.h"
 #include "runtime/screen/controls/BoxNode.h"
 #include "runtime/trace/Trace.h"
+#include "support/Pixels.h"
 #include "support/TemporaryFolder.h"
 
 /// A window in memory of any size, that says what was presented on it.
@@ -94,7 +95,7 @@ public:
 
     /// Lets a frame's time pass and composes. What was presented is empty when there was nothing to compose.
     void Compose();
-    [[nodiscard]] host::Rgba Pixel(int x, int y) { return window_.Pixels().PixelAt(x, y); }
+    [[nodiscard]] host::Rgba Pixel(int x, int y) { return PixelAt(window_.Pixels(), x, y); }
     /// What was written down since the last call.
     std::vector<std::string> TakeLog() { return std::exchange(log_, {}); }
 

@@ -3,15 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <span>
 #include <vector>
 
 #include "backend/cairo/CairoPainter.h"
+#include "png/PngWriter.h"
 
 namespace {
 
@@ -21,15 +22,17 @@ namespace fs = std::filesystem;
 constexpr int kQuietDifference = 24;
 constexpr double kLoudShare = 0.002;
 
-std::unique_ptr<host::Surface> ReadPicture(host::CairoPainter& painter, const std::string& path) {
+/// Without pixels when there is no such picture.
+host::Image ReadPicture(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    host::CairoPainter painter;
     const auto picture = painter.DecodePicture(std::as_bytes(std::span(bytes)));
-    if (!picture) return nullptr;
-    const host::PixelSize size = picture->Size();
-    auto surface = painter.CreateSurface(size, 1);
-    surface->DrawPicture({0, 0, static_cast<double>(size.width), static_cast<double>(size.height)}, *picture);
-    return surface;
+    if (!picture) return {};
+    const auto [width, height] = picture->Size();
+    const auto surface = painter.CreateSurface({width, height}, 1);
+    surface->DrawPicture({0, 0, static_cast<double>(width), static_cast<double>(height)}, *picture);
+    return surface->Read({0, 0, width, height});
 }
 
 int Difference(host::Rgba a, host::Rgba b) {
@@ -42,9 +45,8 @@ int Difference(host::Rgba a, host::Rgba b) {
 
 void ExpectGolden(const std::string& picturePath, const std::string& name) {
     const std::string goldenPath = std::string(BREVANT_TEST_FILES) + "goldens/" + name + ".png";
-    host::CairoPainter painter;
-    const auto picture = ReadPicture(painter, picturePath);
-    ASSERT_TRUE(picture) << picturePath << " is no picture";
+    const host::Image picture = ReadPicture(picturePath);
+    ASSERT_FALSE(picture.pixels.empty()) << picturePath << " is no picture";
     if (std::getenv("BREVANT_RENEW_GOLDENS") != nullptr) {
         fs::create_directories(fs::path(goldenPath).parent_path());
         fs::copy_file(picturePath, goldenPath, fs::copy_options::overwrite_existing);
@@ -55,25 +57,24 @@ void ExpectGolden(const std::string& picturePath, const std::string& name) {
         fs::create_directories(fs::path(kept).parent_path());
         fs::copy_file(picturePath, kept + ".png", fs::copy_options::overwrite_existing);
     };
-    const auto golden = ReadPicture(painter, goldenPath);
-    if (!golden) {
+    const host::Image golden = ReadPicture(goldenPath);
+    if (golden.pixels.empty()) {
         keep();
         FAIL() << "there is no golden picture " << goldenPath << "; the new one is " << kept << ".png";
     }
-    const host::PixelSize size = golden->Size();
-    ASSERT_EQ(size, picture->Size());
-    const auto difference = painter.CreateSurface(size, 1);
-    int loud = 0;
-    for (int y = 0; y < size.height; ++y) {
-        for (int x = 0; x < size.width; ++x) {
-            if (Difference(golden->PixelAt(x, y), picture->PixelAt(x, y)) <= kQuietDifference) continue;
-            ++loud;
-            difference->FillRectangle({static_cast<double>(x), static_cast<double>(y), 1, 1}, {255, 0, 0, 255});
-        }
+    ASSERT_EQ(golden.size, picture.size);
+    host::Image difference{golden.size, std::vector<host::Rgba>(golden.pixels.size())};
+    std::size_t loud = 0;
+    for (std::size_t i = 0; i < golden.pixels.size(); ++i) {
+        if (Difference(golden.pixels[i], picture.pixels[i]) <= kQuietDifference) continue;
+        ++loud;
+        difference.pixels[i] = {255, 0, 0, 255};
     }
-    if (loud > kLoudShare * size.width * size.height) {
+    if (static_cast<double>(loud) > kLoudShare * static_cast<double>(golden.pixels.size())) {
         keep();
-        EXPECT_TRUE(painter.WritePng(*difference, kept + "-difference.png"));
+        const std::vector<std::byte> png = host::EncodePng(difference);
+        std::ofstream(kept + "-difference.png", std::ios::binary)
+            .write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
         ADD_FAILURE() << loud << " pixels differ; see " << kept << ".png and " << kept << "-difference.png";
     }
 }

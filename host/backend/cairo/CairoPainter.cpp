@@ -1,55 +1,35 @@
 #include "backend/cairo/CairoPainter.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <utility>
 
 #include "backend/cairo/CairoPicture.h"
+#include "backend/cairo/CairoPixel.h"
 #include "backend/cairo/CairoSurface.h"
 #include "backend/cairo/PangoFonts.h"
 #include "backend/cairo/PangoText.h"
-#include "backend/cairo/PngFile.h"
+#include "png/PngPicture.h"
 
 namespace host {
 
 namespace {
 
-// A picture of more than 16 Mpx is none of this program's; decoding it would take 64 MiB and more.
-constexpr std::int64_t kLargestPicturePixels = std::int64_t{16} * 1024 * 1024;
-
-/// The size that a PNG file's first chunk promises; empty when there is none (ISO/IEC 15948, 5.2 and 11.2.2).
-PixelSize PngSize(std::span<const std::byte> png) {
-    constexpr std::array<unsigned char, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
-    constexpr std::size_t kWidthAt = 16;
-    constexpr std::size_t kHeightAt = 20;
-    constexpr std::size_t kNeeded = 24;
-    constexpr std::size_t kBytesOfNumber = 4;
-    constexpr int kBitsOfByte = 8;
-    if (png.size() < kNeeded || std::memcmp(png.data(), kSignature.data(), kSignature.size()) != 0) return {};
-    const auto numberAt = [&](std::size_t at) {
-        std::uint32_t number = 0;
-        for (std::size_t i = 0; i < kBytesOfNumber; ++i) {
-            number = number << kBitsOfByte | std::to_integer<std::uint32_t>(png[at + i]);
-        }
-        return number;
-    };
-    const std::uint32_t width = numberAt(kWidthAt);
-    const std::uint32_t height = numberAt(kHeightAt);
-    if (width > INT16_MAX || height > INT16_MAX) return {};
-    return {static_cast<int>(width), static_cast<int>(height)};
-}
-
-cairo_status_t ReadBytes(void* closure, unsigned char* data, unsigned int length) {
-    auto& rest = *static_cast<std::span<const std::byte>*>(closure);
-    if (rest.size() < length) return CAIRO_STATUS_READ_ERROR;
-    std::memcpy(data, rest.data(), length);
-    rest = rest.subspan(length);
-    return CAIRO_STATUS_SUCCESS;
-}
-
 CairoSurfaceHandle MakeImage(cairo_format_t format, PixelSize size) {
     return CairoSurfaceHandle(cairo_image_surface_create(format, std::max(size.width, 0), std::max(size.height, 0)));
+}
+
+cairo_format_t FormatFor(bool hasAlpha) {
+    return hasAlpha ? CAIRO_FORMAT_ARGB32 : CAIRO_FORMAT_RGB24;
+}
+
+/// From straight alpha to Cairo's.
+void Premultiply(const PixelRows& rows) {
+    for (int y = 0; y < rows.size.height; ++y) {
+        unsigned char* pixel = rows.data + static_cast<std::size_t>(y) * rows.stride;
+        for (int x = 0; x < rows.size.width; ++x, pixel += kPixelBytes) {
+            StorePixel(PremultipliedPixel(UnpackedPixel(LoadPixel(pixel))), pixel);
+        }
+    }
 }
 
 }  // namespace
@@ -72,39 +52,32 @@ std::unique_ptr<Surface> CairoPainter::WrapPixels(unsigned char* pixels, int wid
 }
 
 std::shared_ptr<const Picture> CairoPainter::DecodePicture(std::span<const std::byte> png) {
-    const PixelSize promised = PngSize(png);
-    const std::int64_t pixels = std::int64_t{promised.width} * promised.height;
-    if (pixels == 0 || pixels > kLargestPicturePixels) return nullptr;
-    CairoSurfaceHandle image(cairo_image_surface_create_from_png_stream(ReadBytes, &png));
-    if (cairo_surface_status(image.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+    const PngPicture file(png);
+    CairoSurfaceHandle image = MakeImage(FormatFor(file.HasAlpha()), file.Size());
+    const PixelRows rows = RowsOf(image.get());
+    // Of an empty picture or without memory there are no rows.
+    if (rows.data == nullptr || !file.DecodeInto(rows.data, rows.stride)) return nullptr;
+    if (file.HasAlpha()) Premultiply(rows);
+    cairo_surface_mark_dirty(image.get());
     return std::make_shared<CairoPicture>(std::move(image));
 }
 
-std::shared_ptr<const Picture> CairoPainter::CreatePicture(PixelSize size, std::span<const Rgba> pixels) {
-    if (size.width <= 0 || size.height <= 0) return nullptr;
-    const std::size_t width = static_cast<std::size_t>(size.width);
-    const std::size_t height = static_cast<std::size_t>(size.height);
-    if (pixels.size() < width * height) return nullptr;
-    constexpr std::uint32_t kFull = 255;
-    const bool isOpaque = std::all_of(pixels.begin(), pixels.end(), [](Rgba pixel) { return pixel.alpha == kFull; });
-    CairoSurfaceHandle image = MakeImage(isOpaque ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32, size);
-    if (cairo_surface_status(image.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
-
-    const auto premultiplied = [](Rgba pixel) {
-        const auto channel = [&](std::uint32_t value) { return (value * pixel.alpha + kFull / 2) / kFull; };
-        return std::uint32_t{pixel.alpha} << 24 | channel(pixel.red) << 16 | channel(pixel.green) << 8 |
-               channel(pixel.blue);
-    };
-    unsigned char* const data = cairo_image_surface_get_data(image.get());
-    const auto stride = static_cast<std::size_t>(cairo_image_surface_get_stride(image.get()));
-    for (std::size_t y = 0; y < height; ++y) {
-        for (std::size_t x = 0; x < width; ++x) {
-            const std::uint32_t pixel = premultiplied(pixels[y * width + x]);
-            std::memcpy(data + y * stride + x * sizeof pixel, &pixel, sizeof pixel);
-        }
+std::shared_ptr<const Picture> CairoPainter::CreatePicture(const Image& image) {
+    const auto [width, height] = image.size;
+    if (width <= 0 || height <= 0) return nullptr;
+    if (image.pixels.size() / static_cast<std::size_t>(width) < static_cast<std::size_t>(height)) return nullptr;
+    const bool hasAlpha = std::any_of(image.pixels.begin(), image.pixels.end(),
+                                      [](const Rgba& pixel) { return pixel.alpha != kOpaqueAlpha; });
+    CairoSurfaceHandle copy = MakeImage(FormatFor(hasAlpha), image.size);
+    const PixelRows rows = RowsOf(copy.get());
+    if (rows.data == nullptr) return nullptr;
+    const Rgba* source = image.pixels.data();
+    for (int y = 0; y < height; ++y) {
+        unsigned char* target = rows.data + static_cast<std::size_t>(y) * rows.stride;
+        for (int x = 0; x < width; ++x, target += kPixelBytes) StorePixel(PremultipliedPixel(*source++), target);
     }
-    cairo_surface_mark_dirty(image.get());
-    return std::make_shared<CairoPicture>(std::move(image));
+    cairo_surface_mark_dirty(copy.get());
+    return std::make_shared<CairoPicture>(std::move(copy));
 }
 
 void CairoPainter::SetLanguage(std::string_view language) {
@@ -115,11 +88,6 @@ void CairoPainter::SetLanguage(std::string_view language) {
 std::unique_ptr<TextLayout> CairoPainter::CreateText(std::string_view utf8, const TextStyle& style, double scale) {
     if (!fonts_) fonts_ = std::make_unique<PangoFonts>(language_);
     return std::make_unique<PangoText>(*fonts_, utf8, style, scale);
-}
-
-bool CairoPainter::WritePng(const Surface& surface, const std::string& path) {
-    const auto& own = static_cast<const CairoSurface&>(surface);
-    return WritePngFile(own.Image(), path);
 }
 
 }  // namespace host

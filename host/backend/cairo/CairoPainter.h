@@ -21,11 +21,10 @@ public:
 
     [[nodiscard]] std::unique_ptr<Surface> CreateSurface(PixelSize size, double scale) override;
     [[nodiscard]] std::shared_ptr<const Picture> DecodePicture(std::span<const std::byte> png) override;
-    [[nodiscard]] std::shared_ptr<const Picture> CreatePicture(PixelSize size, std::span<const Rgba> pixels) override;
+    [[nodiscard]] std::shared_ptr<const Picture> CreatePicture(const Image& image) override;
     void SetLanguage(std::string_view language) override;
     [[nodiscard]] std::unique_ptr<TextLayout> CreateText(std::string_view utf8, const TextStyle& style,
                                                          double scale) override;
-    [[nodiscard]] bool WritePng(const Surface& surface, const std::string& path) override;
 
     /// A surface without alpha for a window's pixels: black at first, scale 1.
     [[nodiscard]] std::unique_ptr<Surface> CreateOpaqueSurface(PixelSize size);

@@ -14,12 +14,6 @@ constexpr std::size_t kCopies = 3;
 // 64 MiB: beyond the largest screen there is, only an odd rectangle asks for more.
 constexpr std::int64_t kLargestCopyPixels = std::int64_t{16} * 1024 * 1024;
 
-PixelRows RowsOf(cairo_surface_t* image) {
-    return {cairo_image_surface_get_data(image),
-            static_cast<std::size_t>(cairo_image_surface_get_stride(image)),
-            {cairo_image_surface_get_width(image), cairo_image_surface_get_height(image)}};
-}
-
 CairoSurfaceHandle Scale(cairo_surface_t* image, PixelSize size) {
     CairoSurfaceHandle scaled(
         cairo_image_surface_create(cairo_image_surface_get_format(image), size.width, size.height));

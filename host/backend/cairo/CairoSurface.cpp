@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "backend/cairo/CairoPicture.h"
 #include "backend/cairo/CairoPixel.h"
@@ -118,6 +120,7 @@ void CairoSurface::FillGradient(const RectF& rect, double arcWidth, double arcHe
     AddRoundRectangle(rect, arcWidth, arcHeight);
     cairo_set_source(context_.get(), gradient.get());
     cairo_fill(context_.get());
+    ForgetSource();
 }
 
 void CairoSurface::DrawPicture(const RectF& rect, const Picture& picture) {
@@ -146,6 +149,7 @@ void CairoSurface::DrawPicture(const RectF& rect, const Picture& picture) {
     }
     cairo_rectangle(context, left, top, width, height);
     cairo_fill(context);
+    ForgetSource();
 }
 
 void CairoSurface::DrawText(const TextLayout& text, PointF topLeft, Rgba color) {
@@ -182,26 +186,36 @@ void CairoSurface::Compose(const Surface& source, int x, int y, Blend blend) {
     const DeviceUnits units(*this);
     cairo_t* const context = context_.get();
     const PixelSize size = source.Size();
-    cairo_set_source_surface(context, Own(source).Image(), x, y);
+    cairo_set_source_surface(context, Own(source).Target(), x, y);
     cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
     // A rectangle of the source's size, since painting without one would replace what lies beside the source too.
     cairo_rectangle(context, x, y, size.width, size.height);
     if (blend == Blend::kReplace) cairo_set_operator(context, CAIRO_OPERATOR_SOURCE);
     cairo_fill(context);
     cairo_set_operator(context, CAIRO_OPERATOR_OVER);
-    // The context must not keep the source alive, nor its pixels when they are somebody else's.
-    cairo_set_source_rgb(context, 0, 0, 0);
+    ForgetSource();
 }
 
-Rgba CairoSurface::PixelAt(int x, int y) const {
-    const PixelSize size = Size();
-    if (x < 0 || y < 0 || x >= size.width || y >= size.height) return {};
-    cairo_surface_flush(image_.get());
-    const unsigned char* const row =
-        cairo_image_surface_get_data(image_.get()) + std::ptrdiff_t{y} * cairo_image_surface_get_stride(image_.get());
-    std::uint32_t pixel = 0;
-    std::memcpy(&pixel, row + std::ptrdiff_t{x} * static_cast<std::ptrdiff_t>(sizeof pixel), sizeof pixel);
-    return StraightPixel(pixel, cairo_image_surface_get_format(image_.get()) == CAIRO_FORMAT_RGB24);
+Image CairoSurface::Read(const PixelRect& area) const {
+    if (area.IsEmpty()) return {};
+    Image image{{area.width, area.height}, std::vector<Rgba>(static_cast<std::size_t>(area.Area()))};
+    const PixelRows rows = RowsOf(image_.get());
+    const PixelRect inside = area.Intersection({0, 0, rows.size.width, rows.size.height});
+    const bool isOpaque = cairo_image_surface_get_format(image_.get()) == CAIRO_FORMAT_RGB24;
+    for (int y = inside.y; y < inside.y + inside.height; ++y) {
+        const unsigned char* source =
+            rows.data + static_cast<std::size_t>(y) * rows.stride + static_cast<std::size_t>(inside.x) * kPixelBytes;
+        Rgba* target = image.pixels.data() + std::ptrdiff_t{y - area.y} * area.width + (inside.x - area.x);
+        for (int x = 0; x < inside.width; ++x, source += kPixelBytes) {
+            const std::uint32_t pixel = LoadPixel(source);
+            *target++ = isOpaque ? UnpackedPixel(pixel | kOpaqueAlpha << 24) : StraightColor(pixel);
+        }
+    }
+    return image;
+}
+
+void CairoSurface::ForgetSource() {
+    cairo_set_source_rgb(context_.get(), 0, 0, 0);
 }
 
 void CairoSurface::Fill(Rgba color) {

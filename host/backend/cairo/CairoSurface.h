@@ -30,13 +30,15 @@ public:
     void SetClip(const PixelRect& clip) override;
     void ResetClip() override;
     void Compose(const Surface& source, int x, int y, Blend blend) override;
-    [[nodiscard]] Rgba PixelAt(int x, int y) const override;
+    [[nodiscard]] Image Read(const PixelRect& area) const override;
 
-    [[nodiscard]] cairo_surface_t* Image() const { return image_.get(); }
+    [[nodiscard]] cairo_surface_t* Target() const { return image_.get(); }
 
 private:
     class DeviceUnits;
 
+    /// The context must not keep what it has drawn alive, nor its pixels when they are somebody else's.
+    void ForgetSource();
     void Fill(Rgba color);
     void Stroke(double lineWidth, Rgba color);
     void AddEllipse(const RectF& rect);

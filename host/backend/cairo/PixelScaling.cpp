@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <span>
 #include <vector>
 
@@ -22,8 +21,7 @@ constexpr Lanes kHalfInEachLane = 0x0080008000800080;
 constexpr int kUpperPairShift = 24;
 
 Lanes Spread(const unsigned char* pixel) {
-    std::uint32_t value = 0;
-    std::memcpy(&value, pixel, sizeof value);
+    const std::uint32_t value = LoadPixel(pixel);
     return ((Lanes{value} << kUpperPairShift) | value) & kLaneBytes;
 }
 
@@ -32,8 +30,7 @@ Lanes DivideByWhole(Lanes sum) {
 }
 
 void Store(Lanes lanes, unsigned char* pixel) {
-    const auto value = static_cast<std::uint32_t>(lanes | lanes >> kUpperPairShift);
-    std::memcpy(pixel, &value, sizeof value);
+    StorePixel(static_cast<std::uint32_t>(lanes | lanes >> kUpperPairShift), pixel);
 }
 
 /// Which source pixels, in which part, a pixel of the target is made of, along one axis.
@@ -81,7 +78,6 @@ private:
 }  // namespace
 
 void ScalePixels(const PixelRows& from, const PixelRows& to) {
-    constexpr std::size_t kPixelBytes = 4;
     const Axis columns(from.size.width, to.size.width);
     const Axis rows(from.size.height, to.size.height);
     const auto fromWidth = static_cast<std::size_t>(from.size.width);

@@ -1,17 +1,8 @@
 #pragma once
 
-#include <cstddef>
-
-#include "backend/Geometry.h"
+#include "backend/cairo/CairoPixel.h"
 
 namespace host {
-
-/// 32-bit pixels of four 8-bit channels with premultiplied alpha, row by row from the top.
-struct PixelRows {
-    unsigned char* data = nullptr;
-    std::size_t stride = 0;  ///< bytes from one row to the next
-    PixelSize size;
-};
 
 /// Fills `to` with a scaled copy of `from`; neither may be empty. A pixel that is shrunk weighs all of the area that it
 /// covers, so that thin lines fade and do not break; an enlarged one is interpolated linearly. Five times as fast as

@@ -4,10 +4,9 @@
 #include <variant>
 
 #include "backend/Geometry.h"
+#include "runtime/package/PhoneKey.h"
 
 namespace host {
-
-enum class PhoneKey { kBack, kVolumeUp, kVolumeDown };
 
 /// Holds a finger on a control, at a fraction of its size, while the key is down.
 struct TouchBinding {

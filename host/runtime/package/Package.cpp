@@ -28,13 +28,6 @@ bool Contains(const LayoutControl& control, std::string_view name) {
                                                [name](const LayoutControl& child) { return Contains(child, name); });
 }
 
-std::optional<PhoneKey> PhoneKeyOf(std::string_view name) {
-    if (name == "back") return PhoneKey::kBack;
-    if (name == "volume-up") return PhoneKey::kVolumeUp;
-    if (name == "volume-down") return PhoneKey::kVolumeDown;
-    return std::nullopt;
-}
-
 // Adds the texts to those that are there, which stay. What is no text is noted and left out.
 void ReadStrings(XmlFile& file, std::string_view language, std::map<std::string, std::string, std::less<>>& strings) {
     const pugi::xml_node root = file.Root();
@@ -88,7 +81,7 @@ bool ReadEffect(XmlFile& file, const pugi::xml_node& element, KeyBinding& bindin
         if (!level || !isFraction(*level)) return file.Fail(element, "breath of <key> is a number of 0 to 1");
         binding.effect = BreathBinding{*level};
     } else {
-        const auto key = PhoneKeyOf(phone.value());
+        const auto key = PhoneKeyNamed(phone.value());
         if (!key) return file.Fail(element, "phone of <key> is back or volume-up or volume-down");
         binding.effect = *key;
     }

@@ -9,6 +9,7 @@
 #include "backend/Clock.h"
 #include "backend/Geometry.h"
 #include "backend/Window.h"
+#include "runtime/package/PhoneKey.h"
 
 namespace host {
 
@@ -32,7 +33,7 @@ struct TapAction {
 };
 enum class KeyDirection { kPress, kRelease };
 struct KeyAction {
-    std::string key;  ///< "back" or a key's code
+    std::variant<PhoneKey, std::string> key;  ///< one of the phone, or the code of one of the keyboard
     KeyDirection direction = KeyDirection::kPress;
 };
 struct BreathAction {

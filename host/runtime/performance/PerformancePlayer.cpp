@@ -1,10 +1,13 @@
 #include "runtime/performance/PerformancePlayer.h"
 
+#include <optional>
 #include <utility>
 
+#include "png/PngWriter.h"
 #include "runtime/Phone.h"
 #include "runtime/package/Package.h"
 #include "runtime/screen/Screen.h"
+#include "runtime/screen/controls/ColorPickerNode.h"
 #include "runtime/sound/Sound.h"
 
 namespace host {
@@ -62,20 +65,22 @@ void PerformancePlayer::DoNext() {
 }
 
 void PerformancePlayer::Do(const TouchAction& action, int) {
-    runtime_.GetScreen().Touch(action.finger, action.phase, action.position);
+    const bool hasPlace = action.phase != TouchPhase::kUp;
+    runtime_.GetScreen().Touch({FingerSource::kPerformance, action.finger}, action.phase,
+                               hasPlace ? std::optional(action.position) : std::nullopt);
 }
 
 void PerformancePlayer::Do(const PressAction& action, int line) {
-    const auto point = runtime_.GetScreen().PointOn(action.control, action.fraction.x, action.fraction.y);
-    if (!point) {
+    const Node* control = runtime_.GetScreen().FindOnTop(action.control);
+    if (control == nullptr) {
         Complain(line, "no " + action.control + " can be pressed now");
         return;
     }
-    runtime_.GetScreen().Touch(FingerFor(action.control), TouchPhase::kDown, *point);
+    runtime_.GetScreen().Touch(FingerFor(action.control), TouchPhase::kDown, control->ScreenPointAt(action.fraction));
 }
 
 void PerformancePlayer::Do(const ReleaseAction& action, int) {
-    runtime_.GetScreen().Touch(FingerFor(action.control), TouchPhase::kUp, {});
+    runtime_.GetScreen().Touch(FingerFor(action.control), TouchPhase::kUp, std::nullopt);
 }
 
 void PerformancePlayer::Do(const TapAction& action, int line) {
@@ -84,10 +89,13 @@ void PerformancePlayer::Do(const TapAction& action, int line) {
 }
 
 void PerformancePlayer::Do(const KeyAction& action, int) {
-    if (action.direction == KeyDirection::kPress) {
-        runtime_.GetScreen().PressKey(action.key);
+    Screen& screen = runtime_.GetScreen();
+    const bool isPress = action.direction == KeyDirection::kPress;
+    if (const auto* phoneKey = std::get_if<PhoneKey>(&action.key)) {
+        isPress ? screen.PressPhoneKey(*phoneKey) : screen.LiftPhoneKey(*phoneKey);
     } else {
-        runtime_.GetScreen().ReleaseKey(action.key);
+        const auto& code = std::get<std::string>(action.key);
+        isPress ? screen.PressKey(code, ShiftKey::kReleased) : screen.LiftKey(code);
     }
 }
 
@@ -104,7 +112,11 @@ void PerformancePlayer::Do(const RingtoneAction& action, int) {
 }
 
 void PerformancePlayer::Do(const PickAction& action, int line) {
-    if (!runtime_.GetScreen().PickColor(action.control, action.color)) {
+    Screen& screen = runtime_.GetScreen();
+    screen.FlushReports();
+    if (auto* picker = dynamic_cast<ColorPickerNode*>(screen.FindOnTop(action.control))) {
+        picker->Pick(action.color);
+    } else {
         Complain(line, "no colour picker " + action.control + " is on the screen now");
     }
 }
@@ -139,8 +151,14 @@ void PerformancePlayer::Do(const DeviceAction& action, int) {
 void PerformancePlayer::Do(const ScreenshotAction& action, int line) {
     const bool isAbsolute = action.file.front() == '/';
     const std::string path = isAbsolute ? action.file : screenshotFolder_ + '/' + action.file;
-    if (runtime_.GetScreen().SavePicture(path)) return;
-    runtime_.GetConsole().ReportLoss(Place(line) + "cannot write the screenshot " + path);
+    std::string problem;
+    const std::unique_ptr<OutputFile> file = runtime_.GetStorage().OpenOutput(path, problem);
+    if (file != nullptr) {
+        const bool isWritten = file->Append(EncodePng(runtime_.GetScreen().ReadNow()));
+        if (file->Close() && isWritten) return;
+        problem = file->Problem();
+    }
+    runtime_.GetConsole().ReportLoss(Place(line) + "cannot write the screenshot " + path + ": " + problem);
 }
 
 void PerformancePlayer::Do(const QuitAction&, int) {
@@ -155,10 +173,10 @@ std::string PerformancePlayer::Place(int line) const {
     return performance_->Name() + ':' + std::to_string(line) + ": ";
 }
 
-std::int64_t PerformancePlayer::FingerFor(const std::string& control) {
+FingerId PerformancePlayer::FingerFor(const std::string& control) {
     const auto [place, isNew] = fingers_.try_emplace(control, kFirstNamedFinger);
     if (isNew) place->second += static_cast<std::int64_t>(fingers_.size());
-    return place->second;
+    return {FingerSource::kPerformance, place->second};
 }
 
 }  // namespace host

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
 
 #include "backend/Storage.h"
 #include "runtime/performance/Performance.h"
+#include "runtime/screen/input/Fingers.h"
 
 namespace host {
 
@@ -52,8 +54,8 @@ private:
 
     void Complain(int line, const std::string& reason);
     [[nodiscard]] std::string Place(int line) const;
-    // The number of the finger that presses the named control; one a name, beside the ten that a file numbers itself.
-    [[nodiscard]] std::int64_t FingerFor(const std::string& control);
+    /// The finger that presses the named control; one a name, beside the ten that a file numbers itself.
+    [[nodiscard]] FingerId FingerFor(const std::string& control);
 
     Phone& phone_;
     Runtime& runtime_;

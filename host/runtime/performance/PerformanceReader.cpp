@@ -154,9 +154,10 @@ PerformanceAction ParseKey(const Words& words) {
     constexpr const char* kForm = "key back press, key back release, key CODE press or key CODE release";
     ExpectWords(words, 3, kForm);
     if (words[2] != "press" && words[2] != "release") throw Malformed(std::string("expected: ") + kForm);
-    const bool isPhoneKey = words[1] == "back" || words[1] == "volume-up" || words[1] == "volume-down";
-    if (!isPhoneKey && !IsKeyCode(words[1])) throw Malformed("no key has the code " + Quoted(words[1]));
-    return KeyAction{std::string(words[1]), words[2] == "press" ? KeyDirection::kPress : KeyDirection::kRelease};
+    const KeyDirection direction = words[2] == "press" ? KeyDirection::kPress : KeyDirection::kRelease;
+    if (const auto phoneKey = PhoneKeyNamed(words[1])) return KeyAction{*phoneKey, direction};
+    if (!IsKeyCode(words[1])) throw Malformed("no key has the code " + Quoted(words[1]));
+    return KeyAction{std::string(words[1]), direction};
 }
 
 PerformanceAction ParseDevice(const Words& words, DeviceChange change) {

@@ -5,7 +5,7 @@
 
 namespace host {
 
-Node::Node(NodeHost& host) : host_(host), token_(this, [](Node*) {}) {}
+Node::Node(NodeHost& host) : host_(host), lookListener_(host.GetLookListener()), token_(this, [](Node*) {}) {}
 
 Node::~Node() {
     // Whatever still points here must find nothing.
@@ -20,12 +20,12 @@ void Node::AddChild(Node& child) {
     child.parent_ = this;
     children_.push_back(&child);
     child.RequestRedraw(Extent::kTree);
-    host_.OnNodeDamaged(child);
+    lookListener_.OnNodeDamaged(child);
 }
 
 void Node::RemoveFromParent() {
     if (parent_ == nullptr) return;
-    host_.OnNodeDamaged(*this);
+    lookListener_.OnNodeDamaged(*this);
     auto& siblings = parent_->children_;
     siblings.erase(std::remove(siblings.begin(), siblings.end(), this), siblings.end());
     parent_ = nullptr;
@@ -55,9 +55,9 @@ Node* Node::FindVisible(std::string_view name) {
 
 void Node::SetBounds(const PixelRect& bounds) {
     if (bounds == bounds_) return;
-    host_.OnNodeDamaged(*this);
+    lookListener_.OnNodeDamaged(*this);
     bounds_ = bounds;
-    host_.OnNodeDamaged(*this);
+    lookListener_.OnNodeDamaged(*this);
     RequestRedraw(Extent::kTree);
 }
 
@@ -70,6 +70,16 @@ PixelRect Node::ScreenBounds() const {
     return place;
 }
 
+PointF Node::ScreenPointAt(PointF fraction) const {
+    // The far edge belongs to the neighbour, so the last point is half a pixel before it.
+    constexpr double kBeforeEdge = 0.5;
+    const PixelRect place = ScreenBounds();
+    const auto along = [](double part, int length) {
+        return std::clamp(part * length, 0.0, std::max(0.0, length - kBeforeEdge));
+    };
+    return {place.x + along(fraction.x, place.width), place.y + along(fraction.y, place.height)};
+}
+
 SizeF Node::Size() const {
     return {static_cast<double>(bounds_.width), static_cast<double>(bounds_.height)};
 }
@@ -77,7 +87,7 @@ SizeF Node::Size() const {
 void Node::SetVisible(bool isVisible) {
     if (isVisible == isVisible_) return;
     isVisible_ = isVisible;
-    host_.OnNodeDamaged(*this);
+    lookListener_.OnNodeDamaged(*this);
     host_.OnNodeShownOrHidden(*this);
 }
 
@@ -89,13 +99,13 @@ bool Node::IsVisibleInTree() const {
 }
 
 void Node::RequestRedraw(Extent extent) {
-    host_.OnNodeMarked(*this);
+    lookListener_.OnNodeMarked(*this);
     if (extent == Extent::kNode) return;
     for (Node* child : children_) child->RequestRedraw(extent);
 }
 
 void Node::Draw(DrawOperation operation) {
-    host_.OnNodeDrawn(*this, std::move(operation));
+    lookListener_.OnNodeDrawn(*this, std::move(operation));
 }
 
 void Node::OnFinger(const FingerEvent& event) {

@@ -53,8 +53,8 @@ protected:
 
 class Node;
 
-/// What a node tells whoever shows it. UI thread.
-class NodeHost {
+/// What a node tells whoever paints it. UI thread.
+class LookListener {
 public:
     /// The node is to be asked for its look and OnDraw at the next frame.
     virtual void OnNodeMarked(const Node& node) = 0;
@@ -63,6 +63,16 @@ public:
     virtual void OnNodeDrawn(const Node& node, DrawOperation operation) = 0;
     /// What the node covers, or covered, must be painted again.
     virtual void OnNodeDamaged(const Node& node) = 0;
+
+protected:
+    ~LookListener() = default;
+};
+
+/// The screen that a node can be shown on. UI thread.
+class NodeHost {
+public:
+    /// Outlives the host's nodes.
+    [[nodiscard]] virtual LookListener& GetLookListener() = 0;
     virtual void OnNodeShownOrHidden(const Node& node) = 0;
     virtual void OnNodeGone(const Node& node) = 0;
     /// The node wants its FlushReports called before the next frame, or before the next thing that the user does.
@@ -112,6 +122,8 @@ public:
     [[nodiscard]] const PixelRect& Bounds() const { return bounds_; }
     /// Place on the phone's screen.
     [[nodiscard]] PixelRect ScreenBounds() const;
+    /// The place on the phone's screen that lies at a fraction (0..1) of the node's width and height.
+    [[nodiscard]] PointF ScreenPointAt(PointF fraction) const;
     [[nodiscard]] SizeF Size() const;
 
     void SetVisible(bool isVisible);
@@ -128,6 +140,7 @@ public:
     enum class Extent { kNode, kTree };
     /// Asks for the look and OnDraw at the next frame.
     void RequestRedraw(Extent extent);
+    /// Draws over the look and over what was drawn before, until the next redraw.
     void Draw(DrawOperation operation);
 
     /// Called by whoever captured the finger for this node. May destroy the node.
@@ -161,6 +174,7 @@ protected:
 
 private:
     NodeHost& host_;
+    LookListener& lookListener_;
     NodeDelegate* delegate_ = nullptr;
     std::shared_ptr<Node> token_;
     Node* parent_ = nullptr;

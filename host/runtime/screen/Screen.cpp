@@ -1,26 +1,14 @@
 #include "runtime/screen/Screen.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "backend/LoopDriver.h"
 #include "runtime/screen/ScreenStack.h"
 #include "runtime/screen/composing/Compositor.h"
-#include "runtime/screen/controls/ColorPickerNode.h"
-#include "runtime/screen/input/Fingers.h"
 #include "runtime/screen/input/Keyboard.h"
 
 namespace host {
-
-namespace {
-
-std::optional<PhoneKey> PhoneKeyOf(std::string_view name) {
-    if (name == "back") return PhoneKey::kBack;
-    if (name == "volume-up") return PhoneKey::kVolumeUp;
-    if (name == "volume-down") return PhoneKey::kVolumeDown;
-    return std::nullopt;
-}
-
-}  // namespace
 
 Screen::Screen(EventLoop& loop, const Clock& clock, Painter& painter, Window& window, Trace& trace,
                const Package& package, PhoneKeyListener& keyListener, PixelSize phoneScreen)
@@ -37,50 +25,29 @@ Screen::~Screen() = default;
 
 void Screen::OnTouch(const TouchInput& touch) {
     loop_.BeginInput();
-    if (isInputSuspended_) return;
-    const FingerId finger{FingerSource::kWindow, touch.finger};
-    const PointF place = compositor_->ToPhone(touch.x, touch.y);
-    FlushReportsBefore(finger);
-    switch (touch.phase) {
-        case TouchPhase::kDown:
-            PressFinger(finger, place);
-            break;
-        case TouchPhase::kMove:
-            fingers_->Move(finger, place);
-            break;
-        case TouchPhase::kUp:
-            fingers_->Lift(finger, place);
-            break;
-        case TouchPhase::kCancel:
-            fingers_->Cancel(finger);
-            break;
-    }
+    Touch({FingerSource::kWindow, touch.finger}, touch.phase, compositor_->ToPhone(touch.x, touch.y));
 }
 
-void Screen::Touch(std::int64_t number, TouchPhase phase, PointF position) {
+void Screen::Touch(const FingerId& finger, TouchPhase phase, std::optional<PointF> place) {
     if (isInputSuspended_) return;
-    const FingerId finger{FingerSource::kPerformance, number};
-    FlushReportsBefore(finger);
+    // The finger that goes on with a drag is what its report waits for; any other may act on what was dragged.
+    FlushReportsBut(fingers_->NodeOf(finger));
     switch (phase) {
         case TouchPhase::kDown:
-            PressFinger(finger, position);
+            TellOfUse();
+            keyboard_->OnTouch();
+            fingers_->Press(finger, place.value_or(PointF{}));
             break;
         case TouchPhase::kMove:
-            fingers_->Move(finger, position);
+            fingers_->Move(finger, place.value_or(PointF{}));
             break;
         case TouchPhase::kUp:
-            fingers_->Lift(finger);
+            place ? fingers_->Lift(finger, *place) : fingers_->Lift(finger);
             break;
         case TouchPhase::kCancel:
             fingers_->Cancel(finger);
             break;
     }
-}
-
-void Screen::PressFinger(const FingerId& finger, PointF place) {
-    TellOfUse();
-    keyboard_->OnTouch();
-    fingers_->Press(finger, place);
 }
 
 void Screen::TellOfUse() {
@@ -89,41 +56,45 @@ void Screen::TellOfUse() {
 
 void Screen::OnKey(const KeyInput& key) {
     loop_.BeginInput();
-    if (isInputSuspended_) return;
-    FlushReports();
     switch (key.phase) {
         case KeyPhase::kDown:
-            TellOfUse();
-            keyboard_->Press(key.code, key.shift);
+            PressKey(key.code, key.shift);
             break;
         case KeyPhase::kRepeat:
+            if (isInputSuspended_) return;
+            FlushReports();
             keyboard_->Repeat(key.code, key.shift);
             break;
         case KeyPhase::kUp:
-            keyboard_->Lift(key.code);
+            LiftKey(key.code);
             break;
     }
 }
 
-void Screen::PressKey(std::string_view key) {
+void Screen::PressKey(std::string_view code, ShiftKey shift) {
     if (isInputSuspended_) return;
     FlushReports();
     TellOfUse();
-    if (const auto phoneKey = PhoneKeyOf(key)) {
-        keyboard_->PressPhoneKey(*phoneKey);
-    } else {
-        keyboard_->Press(key, ShiftKey::kReleased);
-    }
+    keyboard_->Press(code, shift);
 }
 
-void Screen::ReleaseKey(std::string_view key) {
+void Screen::LiftKey(std::string_view code) {
     if (isInputSuspended_) return;
     FlushReports();
-    if (const auto phoneKey = PhoneKeyOf(key)) {
-        keyboard_->LiftPhoneKey(*phoneKey);
-    } else {
-        keyboard_->Lift(key);
-    }
+    keyboard_->Lift(code);
+}
+
+void Screen::PressPhoneKey(PhoneKey key) {
+    if (isInputSuspended_) return;
+    FlushReports();
+    TellOfUse();
+    keyboard_->PressPhoneKey(key);
+}
+
+void Screen::LiftPhoneKey(PhoneKey key) {
+    if (isInputSuspended_) return;
+    FlushReports();
+    keyboard_->LiftPhoneKey(key);
 }
 
 void Screen::OnInputLost() {
@@ -162,22 +133,8 @@ void Screen::SetVisibility(Visibility visibility) {
     compositor_->SetVisible(visibility == Visibility::kVisible);
 }
 
-std::optional<PointF> Screen::PointOn(std::string_view name, double fractionX, double fractionY) const {
-    return stack_->PointOn(name, {fractionX, fractionY});
-}
-
-bool Screen::PickColor(std::string_view name, Rgba color) {
-    FlushReports();
-    Node* topmost = stack_->Topmost();
-    auto* picker = topmost == nullptr ? nullptr : dynamic_cast<ColorPickerNode*>(topmost->FindVisible(name));
-    if (picker == nullptr) return false;
-    picker->Pick(color);
-    return true;
-}
-
-bool Screen::SavePicture(const std::string& path) {
-    if (compositor_->IsWanted()) Compose(loop_.Now());
-    return compositor_->SavePicture(path);
+Node* Screen::FindOnTop(std::string_view name) {
+    return stack_->FindOnTop(name);
 }
 
 Microseconds Screen::ComposeIfDue(Microseconds now) {
@@ -191,12 +148,9 @@ void Screen::Compose(Microseconds now) {
     compositor_->Compose(now);
 }
 
-std::uint64_t Screen::FramesComposed() const {
-    return compositor_->FramesComposed();
-}
-
-void Screen::RepaintAll() {
-    compositor_->RepaintAll();
+Image Screen::ReadNow() {
+    if (compositor_->IsWanted()) Compose(loop_.Now());
+    return compositor_->ReadScreen();
 }
 
 void Screen::SetCurrentForm(Node* form) {
@@ -225,16 +179,8 @@ void Screen::OnTopmostChanged() {
     fingers_->CancelOutside(stack_->Topmost());
 }
 
-void Screen::OnNodeMarked(const Node& node) {
-    compositor_->Mark(node);
-}
-
-void Screen::OnNodeDrawn(const Node& node, DrawOperation operation) {
-    compositor_->Record(node, std::move(operation));
-}
-
-void Screen::OnNodeDamaged(const Node& node) {
-    compositor_->AddDamage(node);
+LookListener& Screen::GetLookListener() {
+    return *compositor_;
 }
 
 void Screen::OnNodeShownOrHidden(const Node& node) {
@@ -254,22 +200,26 @@ void Screen::OnNodeGone(const Node& node) {
 }
 
 void Screen::OnReportWanted(const Node& node) {
-    // One node at a time is changed by the user; a second one only waits until the first has told.
-    const auto before = reporting_.lock();
-    if (before && before.get() != &node) FlushReports();
-    reporting_ = node.Token();
+    const auto isIt = [&node](const std::weak_ptr<Node>& waiting) { return waiting.lock().get() == &node; };
+    if (std::none_of(reporting_.begin(), reporting_.end(), isIt)) reporting_.push_back(node.Token());
     compositor_->WantFrame();
 }
 
-void Screen::FlushReportsBefore(const FingerId& finger) {
-    // The finger that goes on with a drag is what the report waits for; any other may act on what was dragged.
-    const auto node = reporting_.lock();
-    if (node && node.get() != fingers_->NodeOf(finger)) FlushReports();
+void Screen::FlushReports() {
+    FlushReportsBut(nullptr);
 }
 
-void Screen::FlushReports() {
-    const auto node = std::exchange(reporting_, {}).lock();
-    if (node) node->FlushReports();
+void Screen::FlushReportsBut(const Node* goesOn) {
+    // A listener that is told may cause further reports; those wait for the next time.
+    for (const std::weak_ptr<Node>& waiting : std::exchange(reporting_, {})) {
+        const auto node = waiting.lock();
+        if (node == nullptr) continue;
+        if (node.get() == goesOn) {
+            reporting_.push_back(waiting);
+        } else {
+            node->FlushReports();
+        }
+    }
 }
 
 }  // namespace host

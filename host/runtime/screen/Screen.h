@@ -1,26 +1,24 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "backend/Painter.h"
 #include "backend/Window.h"
 #include "runtime/loop/EventLoop.h"
 #include "runtime/package/Package.h"
 #include "runtime/screen/Node.h"
+#include "runtime/screen/input/Fingers.h"
 #include "runtime/screen/input/PhoneKeyListener.h"
 #include "runtime/trace/Trace.h"
 
 namespace host {
 
 class Compositor;
-class Fingers;
-struct FingerId;
 class Keyboard;
 class ScreenStack;
 
@@ -51,26 +49,26 @@ public:
     /// It is in the foreground again: first everything that was down is lifted.
     void ResumeInput();
 
-    // From a performance, in the phone's pixels.
-    /// A lifted finger lifts where it last was: `position` is not looked at then. Passed over while input is suspended.
-    void Touch(std::int64_t finger, TouchPhase phase, PointF position);
-    /// A point on the named control of the topmost screen, at the fraction (0..1) of its size; empty when there is no
-    /// such visible control.
-    [[nodiscard]] std::optional<PointF> PointOn(std::string_view name, double fractionX, double fractionY) const;
-    /// "back", "volume-up", "volume-down" or a key's code; a code that nothing is bound to is passed over.
-    void PressKey(std::string_view key);
-    void ReleaseKey(std::string_view key);
-    /// The user chooses a colour in the named colour picker of the topmost screen; false when there is none.
-    [[nodiscard]] bool PickColor(std::string_view name, Rgba color);
-    /// Writes what the screen shows now; false when that failed.
-    [[nodiscard]] bool SavePicture(const std::string& path);
+    // From the window and from a performance. Passed over while input is suspended.
+    /// A finger's news in the phone's pixels. A lift without a place is where the finger last was.
+    void Touch(const FingerId& finger, TouchPhase phase, std::optional<PointF> place);
+    /// A code that nothing is bound to is passed over.
+    void PressKey(std::string_view code, ShiftKey shift);
+    void LiftKey(std::string_view code);
+    /// As a key of that kind. A Back that is lifted without a press goes to the topmost screen.
+    void PressPhoneKey(PhoneKey key);
+    void LiftPhoneKey(PhoneKey key);
+    /// The visible control of that name on the topmost screen; null when there is none.
+    [[nodiscard]] Node* FindOnTop(std::string_view name);
+    /// Has every change reported that is still in progress (a drag).
+    void FlushReports();
 
     /// Composes what is marked, at most once a display frame and at once when nothing was composed for longer than
     /// that. Returns when it wants to be called again, or LoopClient::kNever.
     Microseconds ComposeIfDue(Microseconds now);
-    [[nodiscard]] std::uint64_t FramesComposed() const;
-    /// Draws every visible control anew at the next frame, also where nothing has changed.
-    void RepaintAll();
+    /// What the screen shows now, with all that is marked.
+    [[nodiscard]] Image ReadNow();
+    [[nodiscard]] Compositor& GetCompositor() { return *compositor_; }
 
     // For the framework's controls.
     /// The form that is shown under the popups, or null. Fingers on the one before are taken as lifted.
@@ -89,21 +87,18 @@ public:
     [[nodiscard]] PixelSize GetPhoneScreen() const { return phoneScreen_; }
 
     // NodeHost
-    void OnNodeMarked(const Node& node) override;
-    void OnNodeDrawn(const Node& node, DrawOperation operation) override;
-    void OnNodeDamaged(const Node& node) override;
+    [[nodiscard]] LookListener& GetLookListener() override;
     void OnNodeShownOrHidden(const Node& node) override;
     void OnNodeGone(const Node& node) override;
     void OnReportWanted(const Node& node) override;
 
 private:
-    void PressFinger(const FingerId& finger, PointF place);
     void TellOfUse();
     void LiftAll();
     void OnTopmostChanged();
     void Compose(Microseconds now);
-    void FlushReportsBefore(const FingerId& finger);
-    void FlushReports();
+    /// Has all changes reported but that of `goesOn`, which is null for none.
+    void FlushReportsBut(const Node* goesOn);
 
     EventLoop& loop_;
     Painter& painter_;
@@ -113,7 +108,7 @@ private:
     std::unique_ptr<Fingers> fingers_;
     std::unique_ptr<Compositor> compositor_;
     std::unique_ptr<Keyboard> keyboard_;
-    std::weak_ptr<Node> reporting_;
+    std::vector<std::weak_ptr<Node>> reporting_;  ///< want their reports flushed
     std::function<void()> onUse_;
     bool isInputSuspended_ = false;
 };

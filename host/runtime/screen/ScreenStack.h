@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <memory>
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -59,18 +57,10 @@ public:
         return nullptr;
     }
 
-    /// Where on the phone's screen a fraction (0..1) of the named visible control of the topmost screen lies.
-    [[nodiscard]] std::optional<PointF> PointOn(std::string_view name, PointF fraction) const {
+    /// The visible control of that name on the topmost screen; null when there is none.
+    [[nodiscard]] Node* FindOnTop(std::string_view name) const {
         Node* topmost = Topmost();
-        const Node* node = topmost == nullptr ? nullptr : topmost->FindVisible(name);
-        if (node == nullptr) return std::nullopt;
-        // The far edge belongs to the neighbour, so the last point is half a pixel before it.
-        constexpr double kBeforeEdge = 0.5;
-        const PixelRect place = node->ScreenBounds();
-        const auto along = [](double part, int length) {
-            return std::clamp(part * length, 0.0, std::max(0.0, length - kBeforeEdge));
-        };
-        return PointF{place.x + along(fraction.x, place.width), place.y + along(fraction.y, place.height)};
+        return topmost == nullptr ? nullptr : topmost->FindVisible(name);
     }
 
 private:

@@ -53,7 +53,7 @@ PixelRect Compositor::ToDevice(const PixelRect& phoneRect) const {
             edge(phoneRect.y + phoneRect.height) - top};
 }
 
-void Compositor::AddDamage(const Node& node) {
+void Compositor::OnNodeDamaged(const Node& node) {
     if (stack_.ScreenOf(node) == nullptr && stack_.Overlay() != &node) return;
     damage_.Add(ToDevice(node.ScreenBounds()).Intersection(phoneArea_));
     isDirty_ = true;
@@ -66,12 +66,12 @@ void Compositor::DamageAll() {
     isDirty_ = true;
 }
 
-void Compositor::Mark(const Node& node) {
+void Compositor::OnNodeMarked(const Node& node) {
     records_[&node].isMarked = true;
     isDirty_ = true;
 }
 
-void Compositor::Record(const Node& node, DrawOperation operation) {
+void Compositor::OnNodeDrawn(const Node& node, DrawOperation operation) {
     NodeRecord& record = records_[&node];
     if (record.recording != nullptr) {
         record.recording->Add(std::move(operation));
@@ -284,12 +284,6 @@ void Compositor::Perform(const Step& step, Surface& pixels) {
 
 PixelRect Compositor::RingPlace() const {
     return focus_ == nullptr ? PixelRect{} : ToDevice(FocusRingPlace(*focus_)).Intersection(phoneArea_);
-}
-
-bool Compositor::SavePicture(const std::string& path) const {
-    const auto picture = painter_.CreateSurface({phoneArea_.width, phoneArea_.height}, 1);
-    picture->Compose(window_.Pixels(), -phoneArea_.x, -phoneArea_.y, Surface::Blend::kReplace);
-    return painter_.WritePng(*picture, path);
 }
 
 }  // namespace host

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -22,7 +21,7 @@ namespace host {
 /// node it keeps by itself: the node's drawing, and a surface of it at the window's true scale. The surface is made
 /// when it is first of use: not for a plain colour, and not before the same content is composed a second time. UI
 /// thread only.
-class Compositor {
+class Compositor final : public LookListener {
 public:
     Compositor(const Clock& clock, Painter& painter, Window& window, Trace& trace, const ScreenStack& stack,
                PixelSize phoneScreen);
@@ -33,15 +32,15 @@ public:
     /// Edges go to the nearest device pixel, so that neighbours still meet.
     [[nodiscard]] PixelRect ToDevice(const PixelRect& phoneRect) const;
 
-    /// The node is asked for its drawing at the next frame.
-    void Mark(const Node& node);
-    /// Adds to what the node shows; while the node is asked for its drawing, to its new content.
-    void Record(const Node& node, DrawOperation operation);
+    // LookListener
+    void OnNodeMarked(const Node& node) override;
+    void OnNodeDrawn(const Node& node, DrawOperation operation) override;
+    void OnNodeDamaged(const Node& node) override;
+
     /// A frame is wanted, whatever will have changed until then.
     void WantFrame() { isDirty_ = true; }
     /// The node is going.
     void Forget(const Node& node) { records_.erase(&node); }
-    void AddDamage(const Node& node);
     /// Everything that can be seen is composed again, from the surfaces that are there.
     void DamageAll();
     /// As DamageAll, and every visible node is asked for its drawing and painted.
@@ -61,7 +60,7 @@ public:
     void Compose(Microseconds now);
     [[nodiscard]] std::uint64_t FramesComposed() const { return framesComposed_; }
     /// The phone's screen as it was last composed.
-    [[nodiscard]] bool SavePicture(const std::string& path) const;
+    [[nodiscard]] Image ReadScreen() const { return window_.Pixels().Read(phoneArea_); }
 
 private:
     // What is known of one node.

@@ -335,15 +335,15 @@ void ColorPickerNode::DescribeLook(DrawList& list, const LookContext& context) {
 
 void ColorPickerNode::DescribeField(const ColorPickerParts& parts, const LookContext& context, DrawList& list) {
     if (!fieldPicture_) {
-        std::vector<Rgba> pixels;
-        pixels.reserve(static_cast<std::size_t>(kFieldPoints.width) * kFieldPoints.height);
+        Image image{kFieldPoints, {}};
+        image.pixels.reserve(static_cast<std::size_t>(kFieldPoints.width) * kFieldPoints.height);
         for (int y = 0; y < kFieldPoints.height; ++y) {
             for (int x = 0; x < kFieldPoints.width; ++x) {
-                pixels.push_back(
+                image.pixels.push_back(
                     PickedColor::FromHsv((x + 0.5) / kFieldPointsPerSixth, 1 - (y + 0.5) / kFieldPoints.height, 1));
             }
         }
-        fieldPicture_ = context.painter.CreatePicture(kFieldPoints, pixels);
+        fieldPicture_ = context.painter.CreatePicture(image);
     }
     AddPicture(list, parts.field, fieldPicture_);
     AddOutline(list, parts.field, 0, kLine * parts.unit, kInk);

@@ -41,15 +41,9 @@ bool IsEnter(std::string_view code) {
 }
 
 std::string_view NameOf(PhoneKey key) {
-    switch (key) {
-        case PhoneKey::kBack:
-            return "back";
-        case PhoneKey::kVolumeUp:
-            return "volume-up";
-        case PhoneKey::kVolumeDown:
-            return "volume-down";
-    }
-    return {};
+    return std::find_if(kPhoneKeyNames.begin(), kPhoneKeyNames.end(),
+                        [key](const PhoneKeyName& candidate) { return candidate.key == key; })
+        ->name;
 }
 
 }  // namespace
@@ -123,11 +117,12 @@ Keyboard::Held Keyboard::Begin(std::string_view code, ShiftKey shift) {
 }
 
 Keyboard::Held Keyboard::Begin(const TouchBinding& binding) {
-    const auto place = stack_.PointOn(binding.control, binding.fraction);
-    if (!place) return {};
+    const Node* control = stack_.FindOnTop(binding.control);
+    if (control == nullptr) return {};
+    const PointF place = control->ScreenPointAt(binding.fraction);
     OnTouch();
     const FingerId finger{FingerSource::kKeyboard, ++lastFinger_};
-    fingers_.Press(finger, *place);
+    fingers_.Press(finger, place);
     return HeldFinger{finger};
 }
 
