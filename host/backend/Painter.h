@@ -25,7 +25,7 @@ enum class VerticalAlign { kTop, kMiddle, kBottom };
 enum class TextWrap { kOneLine, kWords };
 enum class FontWeight { kNormal, kBold };
 
-/// How a text is set; sizes in the units of the surface that it will be drawn on.
+/// How a text is set, by the rules in text/LineBreaking.h; sizes in the units of the surface that it will be drawn on.
 struct TextStyle {
     double size = 24;  ///< height of the em square
     FontWeight weight = FontWeight::kNormal;

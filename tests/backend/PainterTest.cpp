@@ -22,26 +22,6 @@ constexpr Rgba kBlack{0, 0, 0, 255};
 constexpr Rgba kRed{255, 0, 0, 255};
 constexpr Rgba kNothing{};
 
-/// Channel by channel, as rounding may differ by one or two.
-testing::AssertionResult IsNear(Rgba actual, Rgba expected, int tolerance = 2) {
-    const int worst = std::max({std::abs(actual.red - expected.red), std::abs(actual.green - expected.green),
-                                std::abs(actual.blue - expected.blue), std::abs(actual.alpha - expected.alpha)});
-    if (worst <= tolerance) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "is " << +actual.red << ',' << +actual.green << ',' << +actual.blue << ','
-                                       << +actual.alpha;
-}
-
-/// The smallest rectangle around everything that is not transparent.
-PixelRect DrawnExtent(const Surface& surface) {
-    PixelRect extent;
-    for (int y = 0; y < surface.Size().height; ++y) {
-        for (int x = 0; x < surface.Size().width; ++x) {
-            if (PixelAt(surface, x, y).alpha != 0) extent = extent.Union({x, y, 1, 1});
-        }
-    }
-    return extent;
-}
-
 /// How many whole pixels' worth is covered.
 double Coverage(const Surface& surface) {
     double sum = 0;
@@ -259,98 +239,6 @@ TEST_F(PainterTest, RefusesPicturesThatPromiseMoreThanTheirFileHolds) {
     }
     const std::string bare = signature + header + end;
     EXPECT_EQ(PngPicture(std::as_bytes(std::span(bare))).Size(), (PixelSize{1, 1}));
-}
-
-TEST_F(PainterTest, BreaksOrCutsTextsAtTheGivenWidthAndHeight) {
-    const std::string words = "Blow softly into the microphone and cover the holes";
-    TextStyle style;
-    style.size = 30;
-    const auto free = painter_.CreateText(words, style, 1);
-    const double line = free->Measure().height;
-    const double width = free->Measure().width;
-    EXPECT_FALSE(free->IsEllipsized());
-    EXPECT_GT(line, 30);
-    EXPECT_LT(line, 60);
-    const struct {
-        const char* what;
-        TextWrap wrap;
-        double maxWidth;
-        double maxHeight;
-        int lines;
-        bool isEllipsized;
-    } cases[] = {
-        {"one line that fits", TextWrap::kOneLine, width, 0, 1, false},
-        {"one line cut", TextWrap::kOneLine, 200, 0, 1, true},
-        {"broken", TextWrap::kWords, width * 0.7, 0, 2, false},
-        {"broken and cut", TextWrap::kWords, 200, line * 2, 2, true},
-        {"unbroken", TextWrap::kWords, 0, 0, 1, false},
-        {"lower than a line", TextWrap::kWords, 200, 5, 1, true},
-    };
-    for (const auto& row : cases) {
-        style.wrap = row.wrap;
-        style.maxWidth = row.maxWidth;
-        style.maxHeight = row.maxHeight;
-        const auto text = painter_.CreateText(words, style, 1);
-        EXPECT_NEAR(text->Measure().height, line * row.lines, 1) << row.what;
-        EXPECT_EQ(text->IsEllipsized(), row.isEllipsized) << row.what;
-        EXPECT_LE(text->Measure().width, row.maxWidth > 0 ? row.maxWidth : width) << row.what;
-    }
-    // What a window of another scale shows has the same place in the control's own units, but for whole pixels.
-    const auto doubled = painter_.CreateText(words, TextStyle{.size = 30}, 2);
-    EXPECT_NEAR(doubled->Measure().width, width, width * 0.02);
-    EXPECT_EQ(painter_.CreateText("two\nlines", TextStyle{.size = 30}, 1)->Measure().height, line);
-}
-
-TEST_F(PainterTest, DrawsTextsWhereTheyAreMeasuredInEveryScript) {
-    for (const char* const words : {"Hole colour", "穴の色", "구멍 색", "Grüße", "\xff\xfe not UTF-8", "a\nb"}) {
-        for (const auto align : {HorizontalAlign::kLeft, HorizontalAlign::kCenter, HorizontalAlign::kRight}) {
-            const TextStyle style{.size = 20, .align = align, .wrap = TextWrap::kWords, .maxWidth = 180};
-            const auto text = painter_.CreateText(words, style, 1);
-            const SizeF size = text->Measure();
-            ASSERT_GT(size.width, 0);
-            const auto surface = Make(200);
-            surface->DrawText(*text, {10, 10}, kRed);
-            const PixelRect box{9, 9, static_cast<int>(size.width) + 4, static_cast<int>(size.height) + 4};
-            const PixelRect extent = DrawnExtent(*surface);
-            EXPECT_FALSE(extent.IsEmpty()) << words;
-            EXPECT_TRUE(box.Contains(extent)) << words;
-        }
-    }
-}
-
-TEST_F(PainterTest, DrawsSharedCharactersAsTheLanguageWritesThem) {
-    const auto draw = [&](const char* language) {
-        painter_.SetLanguage(language);
-        const auto surface = Make(60);
-        surface->DrawText(*painter_.CreateText("骨", TextStyle{.size = 40}, 1), {0, 0}, kRed);
-        std::vector<int> alphas;
-        for (int y = 0; y < 60; ++y) {
-            for (int x = 0; x < 60; ++x) alphas.push_back(PixelAt(*surface, x, y).alpha);
-        }
-        return alphas;
-    };
-    const auto japanese = draw("ja");
-    EXPECT_NE(draw("zh-cn"), japanese);  // The inner corner of the upper part is on the other side.
-    EXPECT_EQ(draw("ja"), japanese);
-}
-
-TEST_F(PainterTest, SurroundsGlyphsWithTheirEdge) {
-    const auto text = painter_.CreateText("Help", TextStyle{.size = 40, .weight = FontWeight::kBold}, 1);
-    const auto plain = Make(200);
-    const auto edged = Make(200);
-    plain->DrawText(*text, {20, 20}, kWhite);
-    for (int i = 0; i < 2; ++i) {  // The second time from what the first has kept.
-        edged->Clear(kNothing);
-        edged->DrawTextWithEdge(*text, {20, 20}, kWhite, 3, kRed);
-    }
-    const PixelRect inner = DrawnExtent(*plain);
-    const PixelRect outer = DrawnExtent(*edged);
-    EXPECT_NEAR(inner.x - outer.x, 3, 1);
-    EXPECT_NEAR(outer.x + outer.width - inner.x - inner.width, 3, 1);
-    EXPECT_NEAR(inner.y - outer.y, 3, 1);
-    const int middle = inner.y + inner.height / 2;
-    EXPECT_TRUE(IsNear(PixelAt(*edged, inner.x - 2, middle), kRed, 20));
-    EXPECT_TRUE(IsNear(PixelAt(*edged, inner.x + 3, middle), kWhite, 20));
 }
 
 TEST_F(PainterTest, DrawsOnForeignPixelsInPlace) {

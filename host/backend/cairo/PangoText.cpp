@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <vector>
+
+#include "text/LineBreaking.h"
 
 namespace host {
 
@@ -33,6 +36,23 @@ std::string ValidText(std::string_view utf8, TextWrap wrap) {
         }
     }
     return text;
+}
+
+struct AttributesReleaser {
+    void operator()(PangoAttrList* list) const noexcept { pango_attr_list_unref(list); }
+};
+
+/// Keeps the lines from being broken within the ranges of the text; null without any.
+std::unique_ptr<PangoAttrList, AttributesReleaser> AttributesFor(const std::vector<TextRange>& unbreakable) {
+    if (unbreakable.empty()) return nullptr;
+    std::unique_ptr<PangoAttrList, AttributesReleaser> list(pango_attr_list_new());
+    for (const TextRange& range : unbreakable) {
+        PangoAttribute* const attribute = pango_attr_allow_breaks_new(FALSE);
+        attribute->start_index = static_cast<guint>(range.begin);
+        attribute->end_index = static_cast<guint>(range.end);
+        pango_attr_list_insert(list.get(), attribute);
+    }
+    return list;
 }
 
 PangoAlignment ToPango(HorizontalAlign align) {
@@ -80,6 +100,13 @@ PangoText::PangoText(const PangoFonts& fonts, std::string_view utf8, const TextS
     } else if (style.maxHeight > 0) {
         pango_layout_set_height(layout, ToPango(style.maxHeight, scale_));
         pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_END);
+    }
+    if (wraps) {
+        pango_layout_set_attributes(layout, AttributesFor(UnbreakableRanges(text)).get());
+        pango_layout_get_extents(layout, nullptr, &extent_);
+        // What no line can hold is broken after all.
+        const int width = pango_layout_get_width(layout);
+        if (width >= 0 && extent_.width > width) pango_layout_set_attributes(layout, nullptr);
     }
     pango_layout_get_extents(layout, nullptr, &extent_);
 }
