@@ -18,10 +18,19 @@ using ClipNumber = std::uint32_t;
 inline constexpr std::size_t kMostClips = 256;
 
 /// The frames of a clip. The first pass plays 0..length; every repeat starts at `loopStart`, whose frame follows the
-/// last one without a seam.
+/// last one without a seam. Behind `length` lie the further takes of the beginning, one after the other: each stands in
+/// for the first `loopStart` frames.
 struct ClipShape {
     std::uint32_t length = 0;
     std::uint32_t loopStart = 0;
+    std::uint32_t takes = 1;
+    /// In which a tone that ends falls from 90 to 10 % of its level; 0 for the short ramp of a clip that says nothing.
+    float releaseFrames = 0;
+    /// Of one period of the clip's tone; 0 when it is not known. Only such clips take each other's place in phase.
+    float periodFrames = 0;
+
+    /// Of all takes together.
+    [[nodiscard]] constexpr std::uint32_t Frames() const noexcept { return length + (takes - 1) * loopStart; }
 };
 
 struct MixCommand {

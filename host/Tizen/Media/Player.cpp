@@ -98,6 +98,7 @@ result Player::OpenFile(const Tizen::Base::String& path, bool isAsync) {
                                    (isMissing ? ": it is missing" : ": it does not decode to its end as a sound"));
         return isMissing ? E_FILE_NOT_FOUND : E_UNSUPPORTED_FORMAT;
     }
+    if (!session_->clip->Fault().empty()) sound.GetConsole().SayOnce(file + ": " + session_->clip->Fault());
     session_->state = PLAYER_STATE_OPENED;
     return E_SUCCESS;
 }

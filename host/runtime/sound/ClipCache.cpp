@@ -50,7 +50,9 @@ ClipCache::Outcome ClipCache::Open(const std::string& path, std::shared_ptr<cons
     }
     auto decoder = ClipDecoder::Open(std::move(content), rate_);
     if (decoder == nullptr) return Outcome::kUnsupported;
-    const std::size_t framesNow = decoder->IsProvedWhole() ? SliceFrames() : decoder->GetClip()->Length();
+    // A tone may begin in its sustained part.
+    const std::size_t framesAtFirst = decoder->GetClip()->Shape().loopStart + SliceFrames();
+    const std::size_t framesNow = decoder->IsProvedWhole() ? framesAtFirst : decoder->GetClip()->Length();
     if (!decoder->Advance(framesNow)) return Outcome::kUnsupported;
 
     clip = decoder->GetClip();

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "runtime/soundfile/ByteSource.h"
 
@@ -12,6 +14,7 @@ struct Framing {
     /// True when the structure proves that the file decodes to the end that it promises. A file without that proof and
     /// without a fault must be decoded to know.
     bool isProof = false;
+    std::vector<std::string> comments{};  ///< "NAME=value", as an Ogg file has them
 };
 
 /// Looks at the structure of a WAV or Ogg Vorbis file: a decoder takes a file whose end is missing, or that has a

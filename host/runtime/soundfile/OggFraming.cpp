@@ -41,6 +41,7 @@ private:
     [[nodiscard]] std::string_view TakePage(ogg_page& page);
     [[nodiscard]] std::string_view TakePacket(ogg_packet& packet);
     void CompareFrames(const ogg_packet& packet);
+    [[nodiscard]] std::vector<std::string> Comments() const;
 
     ogg_sync_state sync_{};
     ogg_stream_state stream_{};
@@ -73,7 +74,16 @@ Framing OggStream::Examine(ByteSource& source) {
     }
     const bool hasRest = sync_.fill > sync_.returned;
     if (hasRest || !hasEnded_ || isInPacket_ || lastBlock_ == 0) return {kCut};
-    return {"", areFramesAsPromised_};
+    return {"", areFramesAsPromised_, Comments()};
+}
+
+std::vector<std::string> OggStream::Comments() const {
+    std::vector<std::string> comments;
+    comments.reserve(static_cast<std::size_t>(comment_.comments));
+    for (int i = 0; i < comment_.comments; ++i) {
+        comments.emplace_back(comment_.user_comments[i], static_cast<std::size_t>(comment_.comment_lengths[i]));
+    }
+    return comments;
 }
 
 std::string_view OggStream::TakePage(ogg_page& page) {

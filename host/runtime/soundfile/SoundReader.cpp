@@ -20,6 +20,7 @@ struct SoundReader::Decoder {
 
     std::unique_ptr<ByteSource> source;
     bool isProvedWhole = false;
+    std::vector<std::string> comments;
     sf_count_t position = 0;
     SNDFILE* file = nullptr;
     SF_INFO info{};
@@ -62,11 +63,12 @@ std::unique_ptr<SoundReader> SoundReader::FromFile(std::unique_ptr<InputFile> fi
 }
 
 std::unique_ptr<SoundReader> SoundReader::FromSource(std::unique_ptr<ByteSource> source, std::string& problem) {
-    const Framing framing = ExamineFraming(*source);
+    Framing framing = ExamineFraming(*source);
     problem = framing.fault;
     if (!problem.empty()) return nullptr;
     auto decoder = std::make_unique<Decoder>(std::move(source));
     decoder->isProvedWhole = framing.isProof;
+    decoder->comments = std::move(framing.comments);
     SF_VIRTUAL_IO io = MakeVirtualIo<Decoder>();
     decoder->file = sf_open_virtual(&io, SFM_READ, &decoder->info, decoder.get());
     if (decoder->file == nullptr) {
@@ -102,6 +104,10 @@ bool SoundReader::IsUnsigned8Bit() const noexcept {
 
 bool SoundReader::IsProvedWhole() const noexcept {
     return decoder_->isProvedWhole;
+}
+
+const std::vector<std::string>& SoundReader::Comments() const noexcept {
+    return decoder_->comments;
 }
 
 std::size_t SoundReader::Read(std::span<float> samples) {

@@ -29,6 +29,8 @@ public:
     [[nodiscard]] bool IsUnsigned8Bit() const noexcept;
     /// True when the file is known to decode to its end without having been decoded.
     [[nodiscard]] bool IsProvedWhole() const noexcept;
+    /// "NAME=value" each; none but in an Ogg file.
+    [[nodiscard]] const std::vector<std::string>& Comments() const noexcept;
 
     /// Decodes the next frames into `samples`, interleaved, -1..1 (a loud file may exceed it), never infinite or not a
     /// number. Returns the whole frames; fewer than fit only at the end or at a place that does not decode.
