@@ -18,7 +18,8 @@ protected:
     ~LoopClient() = default;
 };
 
-/// Runs a client's steps on the UI thread and waits in between. Input of the window reaches its listener from in here.
+/// Runs a client's steps on the UI thread and waits in between. Input of the window reaches its listener from in here,
+/// and a step follows it at once: what the input asked for may be due.
 class LoopDriver {
 public:
     virtual ~LoopDriver() = default;

@@ -90,7 +90,7 @@ void Phone::Run(EntryPoint entryPoint, EndHandler onEnd) {
 void Phone::Start(std::unique_ptr<Application> application) {
     application_ = std::move(application);
     runtime_.GetLoop().StartTimer(kFirstScreenTime, [this] { isTimeForSound_ = true; });
-    EnterForeground();
+    if (visibility_ == Visibility::kVisible) EnterForeground();
     if (performance_) {
         const auto atEnd = entry_.attendance == Attendance::kUnattended ? PerformancePlayer::AtEnd::kEndProgram
                                                                         : PerformancePlayer::AtEnd::kGoOn;
@@ -178,6 +178,7 @@ void Phone::TellEnd(int result) {
 
 void Phone::OnVisibilityChanged(Visibility visibility) {
     runtime_.GetLoop().BeginInput();
+    visibility_ = visibility;
     runtime_.GetScreen().SetVisibility(visibility);
     visibility == Visibility::kVisible ? EnterForeground() : EnterBackground();
 }

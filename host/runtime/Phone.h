@@ -79,6 +79,7 @@ private:
     EndHandler onEnd_;
     bool isInRun_ = false;
     bool isForeground_ = false;
+    Visibility visibility_ = Visibility::kVisible;  ///< of the window
     bool isScreenOn_ = true;
     bool isTimeForSound_ = false;
     bool isEndRequested_ = false;

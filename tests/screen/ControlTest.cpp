@@ -155,13 +155,14 @@ TEST(UserEvents, AreDeliveredAfterTheirSenderHasReturnedOrDroppedWithTheReceiver
     Phone rig;
     auto* pReceiver = Made<Popup>("receiver");
     auto* pOther = Made<Popup>("other");
-    rig.Loop().Post([&] {
+    rig.Loop().StartTimer(0, [&] {
         pReceiver->SendUserEvent(7, nullptr);
         pOther->SendUserEvent(8, new Tizen::Base::Collection::ArrayList(Tizen::Base::Collection::SingleObjectDeleter));
         calls.push_back("returned");
         pOther->Destroy();
     });
-    rig.Loop().BeginInput();
+    const bool isEnding = false;
+    rig.Loop().RunDue(rig.Loop().Now(), isEnding);
     EXPECT_EQ((Log{"returned", "event 7 receiver"}), Log({calls[0], calls.back()}));
     pReceiver->Destroy();
     EXPECT_EQ((Log{"sent 7", "sent 8", "delivered 7", "dropped 8"}), rig.Trace("user-event"));

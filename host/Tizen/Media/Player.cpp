@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "runtime/loop/Lifetime.h"
 #include "runtime/sound/Sound.h"
 
 namespace Tizen {
@@ -48,17 +49,17 @@ struct Player::Session final : host::VoiceListener {
     enum class Answer { kNotAsked, kNone, kStop, kFinal };
     Answer answer = Answer::kNotAsked;
 
-    std::shared_ptr<const Session*> alive = std::make_shared<const Session*>(this);
+    host::Lifetime lifetime;
 };
 
 void Player::Session::OnVoiceEnd() {
-    const std::weak_ptr<const void> isAlive = alive;
+    const std::weak_ptr<const void> alive = lifetime.Watch();
     Sound& sound = *Sound::Current();
     state = PLAYER_STATE_ENDOFCLIP;
     answer = Answer::kNone;
     sound.GetTrace().Add("player", "end");
     listener.OnPlayerEndOfClip();
-    if (isAlive.expired()) return;
+    if (alive.expired()) return;
     // From here on, Stop or Play is an ordinary request, not the answer to the end.
     const Answer given = std::exchange(answer, Answer::kNotAsked);
     if (given == Answer::kNone) sound.GetDesk().Finish(voice);

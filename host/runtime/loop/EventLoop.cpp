@@ -1,11 +1,23 @@
 #include "runtime/loop/EventLoop.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace host {
 
-void EventLoop::Post(std::function<void()> event) {
-    posted_.push_back(std::move(event));
+ThreadSignal::ThreadSignal(EventLoop& loop, std::function<void()> handler) : loop_(loop), handler_(std::move(handler)) {
+    loop_.signals_.push_back(this);
+}
+
+ThreadSignal::~ThreadSignal() {
+    auto& signals = loop_.signals_;
+    signals.erase(std::remove(signals.begin(), signals.end(), this), signals.end());
+}
+
+void ThreadSignal::Raise() noexcept {
+    // One that was raised already has woken the loop.
+    if (!isRaised_.exchange(true, std::memory_order_acq_rel)) loop_.driver_.Wake();
 }
 
 void EventLoop::PostTo(std::weak_ptr<const void> receiver, std::function<void()> event, std::function<void()> dropped) {
@@ -16,12 +28,6 @@ void EventLoop::PostTo(std::weak_ptr<const void> receiver, std::function<void()>
             dropped();
         }
     });
-}
-
-bool EventLoop::PostFromThread(const ThreadMessage& message) noexcept {
-    const bool isQueued = fromThreads_.Push(message);
-    driver_.Wake();
-    return isQueued;
 }
 
 void EventLoop::RunDue(Microseconds now, const bool& isEnding) {
@@ -37,12 +43,12 @@ void EventLoop::BeginInput() {
 }
 
 void EventLoop::RunPosted() {
-    DeliverThreadMessages();
+    HandleSignals();
     while (!posted_.empty()) {
         const auto event = std::move(posted_.front());
         posted_.pop_front();
         event();
-        DeliverThreadMessages();
+        HandleSignals();
     }
 }
 
@@ -53,14 +59,16 @@ Microseconds EventLoop::NextDue() const {
 void EventLoop::Clear() {
     posted_.clear();
     timers_ = TimerQueue();
-    ThreadMessage message;
-    while (fromThreads_.Pop(message)) {
-    }
+    for (ThreadSignal* signal : signals_) signal->isRaised_.store(false, std::memory_order_relaxed);
 }
 
-void EventLoop::DeliverThreadMessages() {
-    ThreadMessage message;
-    while (fromThreads_.Pop(message)) message.target->OnThreadMessage(message);
+void EventLoop::HandleSignals() {
+    // By index, as a handler may make signals or destroy them.
+    for (std::size_t i = 0; i < signals_.size(); ++i) {
+        ThreadSignal& signal = *signals_[i];
+        // Taken back first, so that news that comes meanwhile raises it again.
+        if (signal.isRaised_.exchange(false, std::memory_order_acq_rel)) signal.handler_();
+    }
 }
 
 }  // namespace host

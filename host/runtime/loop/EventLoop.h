@@ -3,10 +3,11 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "backend/Clock.h"
 #include "backend/LoopDriver.h"
-#include "runtime/loop/ThreadQueue.h"
+#include "runtime/loop/ThreadSignal.h"
 #include "runtime/loop/TimerQueue.h"
 
 namespace host {
@@ -26,15 +27,11 @@ public:
     }
     void CancelTimer(TimerQueue::Id id) { timers_.Cancel(id); }
 
-    /// Runs `event` later on the UI thread. UI thread only; other threads use PostFromThread.
-    void Post(std::function<void()> event);
-    /// As Post; when `receiver` has expired by then, `dropped` runs instead (if it is set).
+    /// Runs `event` later; when `receiver` has expired by then, `dropped` runs instead (if it is set). UI thread only;
+    /// other threads have a ThreadSignal.
     void PostTo(std::weak_ptr<const void> receiver, std::function<void()> event, std::function<void()> dropped = {});
 
-    /// From any thread, without blocking or allocating. False when the queue is full and the news is lost.
-    bool PostFromThread(const ThreadMessage& message) noexcept;
-
-    /// Everything that is due at `now`: news of other threads, then posted events before timers, in their order.
+    /// Everything that is due at `now`: raised signals, then posted events before timers, in their order.
     /// Returns early once `isEnding` has become true.
     void RunDue(Microseconds now, const bool& isEnding);
     /// As RunDue, but without the timers: what must be delivered before an input that comes in between.
@@ -49,7 +46,9 @@ public:
     void Clear();
 
 private:
-    void DeliverThreadMessages();
+    friend class ThreadSignal;
+
+    void HandleSignals();
     void SetNow(Microseconds now) noexcept { now_ = now > now_ ? now : now_; }
 
     const Clock& clock_;
@@ -57,7 +56,7 @@ private:
     Microseconds now_;
     TimerQueue timers_;
     std::deque<std::function<void()>> posted_;
-    ThreadQueue fromThreads_;
+    std::vector<ThreadSignal*> signals_;
 };
 
 }  // namespace host

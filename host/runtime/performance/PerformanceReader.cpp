@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "runtime/Options.h"
 #include "runtime/package/KeyCodeNames.h"
 #include "runtime/package/Values.h"
 
@@ -20,7 +21,6 @@ namespace {
 constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 
 constexpr int kLastFinger = 9;
-constexpr int kLoudestRingtone = 15;
 constexpr std::size_t kDecimalsOfMillisecond = 3;
 constexpr std::int64_t kLongestMilliseconds = 24LL * 60 * 60 * 1000;
 

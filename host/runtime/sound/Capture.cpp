@@ -32,7 +32,7 @@ void Capture::Close() noexcept {
 
 void Capture::OnBlock(const Block& block) {
     unread_.push_back(block);
-    if (unread_.size() == 1) loop_.PostTo(alive_, [this] { DeliverUnread(); });
+    if (unread_.size() == 1) loop_.PostTo(lifetime_.Watch(), [this] { DeliverUnread(); });
 }
 
 void Capture::OnSourceLost() {
@@ -58,7 +58,7 @@ void Capture::OnSourceRestored() {
 void Capture::HearSilenceOnTimer() {
     hasDeliveredLately_ = false;
     silenceTimer_ = loop_.StartTimer(kBlockTime, [this] {
-        const std::weak_ptr<const void> alive = alive_;
+        const std::weak_ptr<const void> alive = lifetime_.Watch();
         silenceTimer_ = TimerQueue::kNone;
         if (!hasDeliveredLately_ && consumer_->BlocksWanted() > 0) {
             Block silence;
@@ -72,7 +72,7 @@ void Capture::HearSilenceOnTimer() {
 }
 
 void Capture::DeliverUnread() {
-    const std::weak_ptr<const void> alive = alive_;
+    const std::weak_ptr<const void> alive = lifetime_.Watch();
     while (!alive.expired() && consumer_ != nullptr) {
         const std::size_t wanted = consumer_->BlocksWanted();
         for (; unread_.size() > wanted; unread_.pop_front()) trace_.Add("microphone", "overrun").Flag("ok", false);

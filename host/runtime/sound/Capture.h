@@ -7,6 +7,7 @@
 
 #include "runtime/Console.h"
 #include "runtime/loop/EventLoop.h"
+#include "runtime/loop/Lifetime.h"
 #include "runtime/sound/BlockSource.h"
 #include "runtime/sound/SoundWatcher.h"
 #include "runtime/sound/Turbulence.h"
@@ -76,7 +77,7 @@ private:
     bool hasDeliveredLately_ = false;  ///< since the silence's timer fired last
     TimerQueue::Id silenceTimer_ = TimerQueue::kNone;
     Turbulence keyBreath_;
-    std::shared_ptr<const Capture*> alive_ = std::make_shared<const Capture*>(this);
+    Lifetime lifetime_;
 };
 
 }  // namespace host

@@ -18,7 +18,7 @@ constexpr int kTellingSilenceSeconds = 3;
 }  // namespace
 
 DeviceSource::DeviceSource(Microphone& microphone, EventLoop& loop)
-    : microphone_(microphone), loop_(loop), frames_(kFramesInRing) {}
+    : microphone_(microphone), frames_(kFramesInRing), heard_(loop, [this] { TakeFrames(); }) {}
 
 void DeviceSource::Start(BlockSink& sink) {
     Stop();
@@ -50,12 +50,13 @@ void DeviceSource::OnMicrophoneLost() noexcept {
 }
 
 void DeviceSource::OnFramesHeard(std::span<const float> frames) noexcept {
-    frames_.Push(frames.first(std::min(frames.size(), frames_.Room())));
-    // A wake-up that finds the loop's queue full is made good by the next frames'.
-    static_cast<void>(loop_.PostFromThread({this}));
+    const std::size_t count = std::min(frames.size(), frames_.Room());
+    frames_.Push(frames.first(count));
+    if (count < frames.size()) isOverflown_.store(true, std::memory_order_release);
+    heard_.Raise();
 }
 
-void DeviceSource::OnThreadMessage(const ThreadMessage&) {
+void DeviceSource::TakeFrames() {
     if (sink_ == nullptr || converter_ == nullptr) return;
     std::array<float, kFramesAtOnce> heard;
     while (const std::size_t count = frames_.Pop(heard)) {
@@ -69,6 +70,8 @@ void DeviceSource::OnThreadMessage(const ThreadMessage&) {
         sink_->OnBlock(block);
     }
     bytes_.erase(bytes_.begin(), from);
+    // What comes now does not go on where the block that is not full was cut off.
+    if (isOverflown_.exchange(false, std::memory_order_acq_rel)) bytes_.clear();
 }
 
 void DeviceSource::WatchForSilence(std::span<const float> frames) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -15,7 +16,7 @@ namespace host {
 
 /// Makes blocks of what a microphone hears. Its frames go through a lock-free ring to the UI thread, which does the
 /// rest: the microphone's thread only copies.
-class DeviceSource final : public BlockSource, private MicrophoneClient, private ThreadMessageHandler {
+class DeviceSource final : public BlockSource, private MicrophoneClient {
 public:
     DeviceSource(Microphone& microphone, EventLoop& loop);
     ~DeviceSource() override { Stop(); }
@@ -35,14 +36,15 @@ private:
     void OnMicrophoneLost() noexcept override;
     void OnFramesHeard(std::span<const float> frames) noexcept override;
 
-    void OnThreadMessage(const ThreadMessage& message) override;
+    void TakeFrames();
     void DropUnread() noexcept;
     /// Tells the sink once of 3 s of exact zeros.
     void WatchForSilence(std::span<const float> frames);
 
     Microphone& microphone_;
-    EventLoop& loop_;
     SpscRing<float> frames_;
+    std::atomic<bool> isOverflown_{false};  ///< frames were lost because the ring was full
+    ThreadSignal heard_;
     BlockSink* sink_ = nullptr;  ///< null while stopped
     bool isDeviceAllowed_ = false;
     std::unique_ptr<PhoneConverter> converter_;

@@ -27,7 +27,7 @@ VoiceNumber MixDesk::Start(const std::shared_ptr<const Clip>& clip, float gain, 
     // A clip that is shorter than the lead is at its end before the mix has seen it.
     const std::uint32_t ends = EndsDue(clip->Shape(), 0, 0, LeadFrames(speaker_.PeriodFrames()));
     voices_.push_back({lastVoice_, number, &listener, ends});
-    if (ends > 0) loop_.PostTo(alive_, [this] { DeliverEnds(); });
+    if (ends > 0) loop_.PostTo(lifetime_.Watch(), [this] { DeliverEnds(); });
     Send({Kind::kStart, lastVoice_, number, ends, gain});
     // The device may ask at any moment: its very next period must have the tone's first frame.
     Flush();
@@ -117,7 +117,7 @@ void MixDesk::Send(const MixCommand& command) {
 
 void MixDesk::FlushSoon() {
     if (std::exchange(isSendingSoon_, true)) return;
-    loop_.PostTo(alive_, [this] {
+    loop_.PostTo(lifetime_.Watch(), [this] {
         isSendingSoon_ = false;
         Flush();
     });
@@ -127,7 +127,7 @@ void MixDesk::Flush() {
     const std::size_t count = speaker_.Send(unsent_);
     unsent_.erase(unsent_.begin(), unsent_.begin() + static_cast<std::ptrdiff_t>(count));
     if (unsent_.empty() || std::exchange(isSendingSoon_, true)) return;
-    loop_.StartTimer(kRetryInterval, [this, alive = std::weak_ptr<const void>(alive_)] {
+    loop_.StartTimer(kRetryInterval, [this, alive = lifetime_.Watch()] {
         if (alive.expired()) return;
         isSendingSoon_ = false;
         Flush();
@@ -151,7 +151,7 @@ void MixDesk::TakeNews() {
 }
 
 void MixDesk::DeliverEnds() {
-    const std::weak_ptr<const void> alive = alive_;
+    const std::weak_ptr<const void> alive = lifetime_.Watch();
     // A listener may start and stop voices: after each call the search begins anew.
     for (std::size_t i = 0; i < voices_.size();) {
         Voice& voice = voices_[i];
@@ -174,7 +174,7 @@ void MixDesk::ForgetVoices() {
 
 void MixDesk::Close() noexcept {
     isClosed_ = true;
-    alive_.reset();
+    lifetime_.End();
     unsent_.clear();
     voices_.clear();
     places_.fill({});

@@ -6,6 +6,7 @@
 
 #include "backend/Speaker.h"
 #include "runtime/loop/EventLoop.h"
+#include "runtime/loop/Lifetime.h"
 #include "runtime/sound/Clip.h"
 
 namespace host {
@@ -86,7 +87,7 @@ private:
     std::vector<Voice> voices_;
     std::array<Place, kMostClips> places_;
     std::vector<MixCommand> unsent_;
-    std::shared_ptr<const MixDesk*> alive_ = std::make_shared<const MixDesk*>(this);  ///< for events that come too late
+    Lifetime lifetime_;
     bool isSendingSoon_ = false;
     bool isClosed_ = false;
 };

@@ -11,9 +11,7 @@ void SpeakerOutput::SetSimulatedLoss(bool isLost) {
 }
 
 void SpeakerOutput::OnSpeakerNews() noexcept {
-    if (isWoken_.exchange(true, std::memory_order_relaxed)) return;
-    // A wake-up that finds the loop's queue full is tried again in the next period.
-    if (!loop_.PostFromThread({this})) isWoken_.store(false, std::memory_order_relaxed);
+    news_.Raise();
 }
 
 void SpeakerOutput::OnSpeakerLost() noexcept {
@@ -28,12 +26,6 @@ void SpeakerOutput::OnSpeakerRestored() noexcept {
 
 void SpeakerOutput::OnFramesPlayed(std::span<const float> frames) noexcept {
     if (tap_ != nullptr) tap_->Push(frames);
-}
-
-void SpeakerOutput::OnThreadMessage(const ThreadMessage&) {
-    // First, so that news that comes meanwhile wakes again.
-    isWoken_.store(false, std::memory_order_relaxed);
-    desk_.TakeNews();
 }
 
 void SpeakerOutput::TellConsole() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <span>
 
 #include "backend/Speaker.h"
@@ -13,9 +12,10 @@ namespace host {
 
 /// Hears from the speaker: brings its news to the desk, a lost device to the console, and what is played to the
 /// recording's tap.
-class SpeakerOutput final : public SpeakerClient, private ThreadMessageHandler {
+class SpeakerOutput final : public SpeakerClient {
 public:
-    SpeakerOutput(MixDesk& desk, EventLoop& loop, Console& console) : desk_(desk), loop_(loop), console_(console) {}
+    SpeakerOutput(MixDesk& desk, EventLoop& loop, Console& console)
+        : desk_(desk), console_(console), news_(loop, [this] { desk_.TakeNews(); }) {}
 
     /// Before the speaker is opened. Not owned; null for none.
     void SetTap(OutputTap* tap) noexcept { tap_ = tap; }
@@ -30,17 +30,15 @@ public:
     void OnFramesPlayed(std::span<const float> frames) noexcept override;
 
 private:
-    void OnThreadMessage(const ThreadMessage& message) override;
     void TellConsole();
 
     MixDesk& desk_;
-    EventLoop& loop_;
     Console& console_;
     OutputTap* tap_ = nullptr;
     bool isDeviceLost_ = false;
     bool isLossSimulated_ = false;
     bool isLossTold_ = false;
-    std::atomic<bool> isWoken_{false};  ///< the UI thread has been told that there is news
+    ThreadSignal news_;
 };
 
 }  // namespace host
