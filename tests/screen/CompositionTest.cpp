@@ -209,6 +209,20 @@ TEST(Composition, FollowsTheWindowsSizeWithEveryVisibleControl) {
     EXPECT_EQ(kBlack, rig.Pixel(375, 250));
 }
 
+TEST(Composition, BlendsATranslucentControlOnceHoweverOftenItIsComposed) {
+    ScreenRig rig;
+    auto& form = rig.ShowForm();
+    form.SetBackground(kBlue);
+    auto& panel = rig.Add("panel", {0, 0, 50, 50}, &form);
+    panel.SetBackground({255, 0, 0, 128});
+    for (int i = 0; i < 4; ++i) {
+        rig.Compose();
+        EXPECT_TRUE(IsNear(rig.Pixel(25, 25), {128, 0, 100, 255})) << i;
+        panel.RequestRedraw(host::Node::Extent::kNode);
+        if (i == 1) rig.screen_.OnExposed();
+    }
+}
+
 TEST(Composition, KeepsWhatIsDrawnWithoutEndOutsideOfOnDraw) {
     ScreenRig rig;
     auto& form = rig.ShowForm();

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "backend/headless/HeadlessBackend.h"
 #include "png/PngWriter.h"
 #include "runtime/package/Package.h"
@@ -269,6 +271,12 @@ TEST(Package, OfTheProgramLoadsInEveryLanguageForEveryScreen) {
             host::Package package;
             EXPECT_EQ(std::vector<std::string>(),
                       package.Load(backend->Parts().storage, backend->Parts().painter, language, screen, console));
+            for (const char* code : {"Escape", "BrowserBack"}) {
+                const auto bound = std::find_if(package.Keys().begin(), package.Keys().end(),
+                                                [code](const host::KeyBinding& key) { return key.code == code; });
+                ASSERT_NE(package.Keys().end(), bound) << code;
+                EXPECT_EQ(host::PhoneKey::kBack, std::get<host::PhoneKey>(bound->effect));
+            }
         }
     }
 }
