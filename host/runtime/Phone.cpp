@@ -145,7 +145,10 @@ Microseconds Phone::RunStep(Microseconds now) {
     }
     const Microseconds nextFrame = runtime_.GetScreen().ComposeIfDue(now);
     runtime_.GetTrace().Flush();
-    if (isTimeForSound_ && nextFrame == kNever) runtime_.GetSound().Open();
+    if (nextFrame == kNever && std::exchange(isTimeForSound_, false)) {
+        runtime_.GetSound().Open();
+        runtime_.GetPackage().DecodeAhead();
+    }
     return std::min(nextFrame, runtime_.GetLoop().NextDue());
 }
 

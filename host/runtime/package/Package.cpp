@@ -227,4 +227,14 @@ std::shared_ptr<const Picture> Package::FindPicture(const std::string& fileName)
     return pictures_.emplace(fileName, std::move(picture)).first->second;
 }
 
+PictureSource Package::PictureNamed(const std::string& fileName) const {
+    if (fileName.empty()) return {};
+    named_.insert(fileName);
+    return {*this, fileName};
+}
+
+void Package::DecodeAhead() {
+    for (const std::string& fileName : std::exchange(named_, {})) static_cast<void>(FindPicture(fileName));
+}
+
 }  // namespace host

@@ -13,6 +13,7 @@
 #include "runtime/Options.h"
 #include "runtime/package/KeyBinding.h"
 #include "runtime/package/Layout.h"
+#include "runtime/package/PictureSource.h"
 
 namespace host {
 
@@ -40,6 +41,10 @@ public:
     /// The picture of a file name in images/, decoded at the first call and shared from then on. Null for what is no
     /// plain file name and, said once on the console, for what does not exist or does not decode.
     [[nodiscard]] std::shared_ptr<const Picture> FindPicture(const std::string& fileName) const;
+    /// As FindPicture, but decoded when it is first shown, or by DecodeAhead.
+    [[nodiscard]] PictureSource PictureNamed(const std::string& fileName) const;
+    /// Decodes the pictures that PictureNamed has been asked for, so that none is waited for when it is shown.
+    void DecodeAhead();
     /// In the order of keys.xml.
     [[nodiscard]] const std::vector<KeyBinding>& Keys() const { return keys_; }
 
@@ -61,6 +66,7 @@ private:
     Strings strings_;
     std::vector<KeyBinding> keys_;
     mutable std::map<std::string, std::shared_ptr<const Picture>> pictures_;
+    mutable std::set<std::string> named_;  ///< by PictureNamed, since DecodeAhead was last called
 };
 
 }  // namespace host

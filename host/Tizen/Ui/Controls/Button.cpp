@@ -68,8 +68,8 @@ void Button::ApplyLayout(const host::LayoutControl& layout) {
     const host::Package& package = GetScreen().GetPackage();
     node.SetLook(layout.box, layout.pressedColor);
     node.SetTextLook(layout.text, layout.pressedTextColor);
-    node.SetPicture(ButtonNode::State::kNormal, package.FindPicture(layout.picture));
-    node.SetPicture(ButtonNode::State::kPressed, package.FindPicture(layout.pressedPicture));
+    node.SetPicture(ButtonNode::State::kNormal, package.PictureNamed(layout.picture));
+    node.SetPicture(ButtonNode::State::kPressed, package.PictureNamed(layout.pressedPicture));
 }
 
 void Button::OnAction() {

@@ -29,7 +29,7 @@ void Label::ApplyLayout(const host::LayoutControl& layout) {
     Control::ApplyLayout(layout);
     auto& node = static_cast<host::BoxNode&>(GetNode());
     node.SetLook(layout.box);
-    node.SetPicture(GetScreen().GetPackage().FindPicture(layout.picture));
+    node.SetPicture(GetScreen().GetPackage().PictureNamed(layout.picture));
     node.SetTextLook(layout.text);
 }
 

@@ -15,7 +15,7 @@ void Panel::ApplyLayout(const host::LayoutControl& layout) {
     Container::ApplyLayout(layout);
     auto& node = static_cast<host::BoxNode&>(GetNode());
     node.SetLook(layout.box);
-    node.SetPicture(GetScreen().GetPackage().FindPicture(layout.picture));
+    node.SetPicture(GetScreen().GetPackage().PictureNamed(layout.picture));
 }
 
 }  // namespace Controls

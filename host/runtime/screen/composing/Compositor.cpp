@@ -40,6 +40,11 @@ void Compositor::FitPhoneScreen() {
     phoneArea_ = {(window.width - width) / 2, (window.height - height) / 2, width, height};
 }
 
+bool Compositor::HasContent() const {
+    const auto isShown = [](const Node* node) { return node != nullptr && node->IsVisible(); };
+    return isShown(stack_.Topmost()) || isShown(stack_.Overlay());
+}
+
 PointF Compositor::ToPhone(double deviceX, double deviceY) const {
     if (scale_ <= 0) return {-1, -1};
     return {(deviceX - phoneArea_.x) / scale_, (deviceY - phoneArea_.y) / scale_};

@@ -53,7 +53,7 @@ public:
     [[nodiscard]] const Node* Focus() const { return focus_; }
 
     /// Whether there is anything to compose, due or not.
-    [[nodiscard]] bool IsWanted() const { return isVisible_ && isDirty_; }
+    [[nodiscard]] bool IsWanted() const { return isVisible_ && isDirty_ && (framesComposed_ > 0 || HasContent()); }
     [[nodiscard]] bool IsDue(Microseconds now) const { return IsWanted() && now >= nextFrame_; }
     /// When Compose is to be called next; LoopClient::kNever when nothing is marked.
     [[nodiscard]] Microseconds NextDue() const;
@@ -93,6 +93,9 @@ private:
     };
 
     void FitPhoneScreen();
+    /// Whether there is a visible screen or overlay. The first frame waits for it: a black one before it would keep
+    /// the first screen back by a frame's time.
+    [[nodiscard]] bool HasContent() const;
 
     void Draw(Node& node, const PixelRect& clip);
     /// False when the node destroyed itself by that.

@@ -17,7 +17,7 @@ void BoxNode::SetBackground(Rgba color) {
     LookChanged();
 }
 
-void BoxNode::SetPicture(std::shared_ptr<const Picture> picture) {
+void BoxNode::SetPicture(PictureSource picture) {
     picture_ = std::move(picture);
     LookChanged();
 }
@@ -34,7 +34,7 @@ void BoxNode::SetText(const std::string& text) {
 
 void BoxNode::DescribeLook(DrawList& list, const LookContext& context) {
     AddBox(list, look_);
-    AddPicture(list, WholeOf(list), picture_);
+    AddPicture(list, WholeOf(list), picture_.Get());
     text_.Describe(context, TextAreaOf(list, look_), text_.Look().color, std::nullopt, list);
 }
 

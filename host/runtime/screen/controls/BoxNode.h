@@ -4,6 +4,7 @@
 #include <string>
 
 #include "runtime/package/Layout.h"
+#include "runtime/package/PictureSource.h"
 #include "runtime/screen/Node.h"
 #include "runtime/screen/controls/TextBlock.h"
 
@@ -18,7 +19,7 @@ public:
     void SetBackground(Rgba color);
     [[nodiscard]] Rgba Background() const { return look_.background; }
     /// Null for none.
-    void SetPicture(std::shared_ptr<const Picture> picture);
+    void SetPicture(PictureSource picture);
     void SetTextLook(const TextLook& look);
     void SetText(const std::string& text);
     [[nodiscard]] const std::string& Text() const { return text_.Look().text; }
@@ -27,7 +28,7 @@ private:
     void DescribeLook(DrawList& list, const LookContext& context) override;
 
     BoxLook look_;
-    std::shared_ptr<const Picture> picture_;
+    PictureSource picture_;
     TextBlock text_;
 };
 

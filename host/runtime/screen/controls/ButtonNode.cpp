@@ -60,7 +60,7 @@ void ButtonNode::SetText(const std::string& text) {
     LookChanged();
 }
 
-void ButtonNode::SetPicture(State state, std::shared_ptr<const Picture> picture) {
+void ButtonNode::SetPicture(State state, PictureSource picture) {
     (state == State::kPressed ? pressedPicture_ : picture_) = std::move(picture);
     LookChanged();
 }
@@ -72,7 +72,7 @@ void ButtonNode::DescribeLook(DrawList& list, const LookContext& context) {
         look.gradientBottom.reset();
     }
     AddBox(list, look);
-    AddPicture(list, WholeOf(list), IsPressed() && pressedPicture_ ? pressedPicture_ : picture_);
+    AddPicture(list, WholeOf(list), IsPressed() && pressedPicture_.Get() ? pressedPicture_.Get() : picture_.Get());
 
     const Rgba textColor = IsPressed() ? pressedTextColor_.value_or(textColor_) : textColor_;
     std::optional<TextBlock::Edge> edge;

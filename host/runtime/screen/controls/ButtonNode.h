@@ -5,6 +5,7 @@
 #include <string>
 
 #include "runtime/package/Layout.h"
+#include "runtime/package/PictureSource.h"
 #include "runtime/screen/controls/ActionNode.h"
 #include "runtime/screen/controls/TextBlock.h"
 
@@ -28,7 +29,7 @@ public:
     void SetText(const std::string& text);
     [[nodiscard]] const std::string& Text() const { return text_.Look().text; }
     /// Without one for kPressed that of kNormal shows.
-    void SetPicture(State state, std::shared_ptr<const Picture> picture);
+    void SetPicture(State state, PictureSource picture);
 
     [[nodiscard]] Outline GetOutline() const override { return {{0, 0, Size().width, Size().height}, look_.corner}; }
 
@@ -40,8 +41,8 @@ private:
     TextBlock text_;
     Rgba textColor_;
     std::optional<Rgba> pressedTextColor_;
-    std::shared_ptr<const Picture> picture_;
-    std::shared_ptr<const Picture> pressedPicture_;
+    PictureSource picture_;
+    PictureSource pressedPicture_;
 };
 
 }  // namespace host
