@@ -147,9 +147,11 @@ Microseconds Phone::RunStep(Microseconds now) {
     runtime_.GetTrace().Flush();
     if (nextFrame == kNever && std::exchange(isTimeForSound_, false)) {
         runtime_.GetSound().Open();
-        runtime_.GetPackage().DecodeAhead();
     }
-    return std::min(nextFrame, runtime_.GetLoop().NextDue());
+    const Microseconds due = std::min(nextFrame, runtime_.GetLoop().NextDue());
+    // Where somebody waits for the next screen, its pictures are made ready while there is nothing to do.
+    const bool isIdle = entry_.attendance == Attendance::kAttended && due > now;
+    return isIdle && runtime_.GetPackage().DecodeNext() ? now : due;
 }
 
 void Phone::End() {

@@ -219,6 +219,11 @@ void CairoSurface::ForgetSource() {
 }
 
 void CairoSurface::Fill(Rgba color) {
+    // Blending nothing takes Cairo as long as blending something.
+    if (color.alpha == 0) {
+        cairo_new_path(context_.get());
+        return;
+    }
     SetColor(context_.get(), color);
     cairo_fill(context_.get());
 }

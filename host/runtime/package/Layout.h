@@ -46,6 +46,7 @@ struct LayoutControl {
     TextLook text;
     std::string picture;                   ///< file name in images/; empty without one
     std::string pressedPicture;            ///< Button
+    std::string drawnPicture;              ///< Form, Popup: what the application draws on it; decoded ahead
     std::optional<Rgba> pressedColor;      ///< Button
     std::optional<Rgba> pressedTextColor;  ///< Button
     Rgba checkedColor;                     ///< CheckButton

@@ -46,7 +46,7 @@ struct AttributeRule {
     const char* name;
     unsigned kinds;
 };
-constexpr std::array<AttributeRule, 30> kAttributes{{
+constexpr std::array<AttributeRule, 31> kAttributes{{
     {"name", kRoots | kInner},
     {"design", kRoots},
     {"bounds", kPopup | kInner},
@@ -58,6 +58,7 @@ constexpr std::array<AttributeRule, 30> kAttributes{{
     {"vertical", kPopup | kInner},
     {"share", kInner},
     {"gravity", kInner},
+    {"draws", kRoots},
     {"background", kRoots | kPanel | kLabel},
     {"corner", kBordered},
     {"border", kBordered},
@@ -280,6 +281,7 @@ bool LayoutReader::ReadLook(const pugi::xml_node& element, LayoutControl& contro
         ReadColor(element, "background", box.background) && ReadColor(element, "color", box.background) &&
         ReadLength(element, "corner", box.corner) && ReadColor(element, "border", box.border) &&
         ReadLength(element, "border-width", box.borderWidth) && ReadPicture(element, "picture", control.picture) &&
+        ReadPicture(element, "draws", control.drawnPicture) &&
         ReadPicture(element, "picture-pressed", control.pressedPicture) && ReadGradient(element, box);
     if (!isRead) return false;
     control.checkedColor = box.background;

@@ -152,6 +152,7 @@ void Package::LoadLayouts(PixelSize screen, Problems& problems) {
         }
         problems.insert(problems.end(), file.Problems().begin(), file.Problems().end());
         if (isRead) {
+            if (!layout.drawnPicture.empty()) toDecode_.push_front(layout.drawnPicture);
             layouts_.emplace(layout.name, std::move(layout));
         } else {
             brokenLayouts_.insert(expectedName);
@@ -229,12 +230,19 @@ std::shared_ptr<const Picture> Package::FindPicture(const std::string& fileName)
 
 PictureSource Package::PictureNamed(const std::string& fileName) const {
     if (fileName.empty()) return {};
-    named_.insert(fileName);
+    toDecode_.push_back(fileName);
     return {*this, fileName};
 }
 
-void Package::DecodeAhead() {
-    for (const std::string& fileName : std::exchange(named_, {})) static_cast<void>(FindPicture(fileName));
+bool Package::DecodeNext() {
+    while (!toDecode_.empty()) {
+        const std::string fileName = std::move(toDecode_.front());
+        toDecode_.pop_front();
+        if (pictures_.find(fileName) != pictures_.end()) continue;
+        static_cast<void>(FindPicture(fileName));
+        return true;
+    }
+    return false;
 }
 
 }  // namespace host

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <map>
 #include <memory>
 #include <set>
@@ -41,10 +42,11 @@ public:
     /// The picture of a file name in images/, decoded at the first call and shared from then on. Null for what is no
     /// plain file name and, said once on the console, for what does not exist or does not decode.
     [[nodiscard]] std::shared_ptr<const Picture> FindPicture(const std::string& fileName) const;
-    /// As FindPicture, but decoded when it is first shown, or by DecodeAhead.
+    /// As FindPicture, but decoded when it is first shown, or by DecodeNext.
     [[nodiscard]] PictureSource PictureNamed(const std::string& fileName) const;
-    /// Decodes the pictures that PictureNamed has been asked for, so that none is waited for when it is shown.
-    void DecodeAhead();
+    /// Decodes one of the pictures that will be shown, first those that the layouts' forms draw themselves; false when
+    /// none is left. For when there is nothing else to do.
+    bool DecodeNext();
     /// In the order of keys.xml.
     [[nodiscard]] const std::vector<KeyBinding>& Keys() const { return keys_; }
 
@@ -66,7 +68,7 @@ private:
     Strings strings_;
     std::vector<KeyBinding> keys_;
     mutable std::map<std::string, std::shared_ptr<const Picture>> pictures_;
-    mutable std::set<std::string> named_;  ///< by PictureNamed, since DecodeAhead was last called
+    mutable std::deque<std::string> toDecode_;
 };
 
 }  // namespace host
