@@ -77,6 +77,34 @@ Complex Demodulate(Samples window, double radiansAFrame) {
     return sum;
 }
 
+// Butterworth of second order by the bilinear transform, run forwards and then backwards.
+template <typename Value>
+void PassBothWays(std::vector<Value>& x, double cornerOfRate, bool isHighPass) {
+    const double k = std::tan(kPi * cornerOfRate);
+    const double norm = 1.0 / (1.0 + std::sqrt(2.0) * k + k * k);
+    const double gain = isHighPass ? norm : k * k * norm;
+    const double side = isHighPass ? -2.0 : 2.0;
+    const double a1 = 2.0 * (k * k - 1.0) * norm;
+    const double a2 = (1.0 - std::sqrt(2.0) * k + k * k) * norm;
+    for (int way = 0; way < 2; ++way) {
+        Value s1{};
+        Value s2{};
+        for (Value& each : x) {
+            const Value in = each;
+            each = gain * in + s1;
+            s1 = gain * side * in - a1 * each + s2;
+            s2 = gain * in - a2 * each;
+        }
+        std::reverse(x.begin(), x.end());
+    }
+}
+
+std::vector<float> Filter(Samples samples, double cornerOfRate, bool isHighPass) {
+    std::vector<double> x(samples.begin(), samples.end());
+    PassBothWays(x, cornerOfRate, isHighPass);
+    return {x.begin(), x.end()};
+}
+
 std::unique_ptr<ebur128_state, void (*)(ebur128_state*)> Meter(Samples samples, int rate, int mode) {
     ebur128_state* state = ebur128_init(1, static_cast<unsigned long>(rate), mode);
     ebur128_add_frames_float(state, samples.data(), samples.size());
@@ -183,6 +211,43 @@ std::vector<Gap> FindGaps(Samples samples, float level, std::size_t leastFrames)
     return gaps;
 }
 
+Course Follow(Samples samples, int rate, double hz, double bandwidthHz, double pitchMs) {
+    std::vector<Complex> x(samples.size());
+    const Complex turn = std::polar(1.0, -2.0 * kPi * hz / rate);
+    Complex carrier = 1.0;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        x[i] = 2.0 * static_cast<double>(samples[i]) * carrier;
+        carrier *= turn;
+    }
+    PassBothWays(x, bandwidthHz / 2.0 / rate, false);
+
+    Course course;
+    const double framesAMs = rate / 1000.0;
+    const auto half = static_cast<std::size_t>(pitchMs * framesAMs / 2.0);
+    for (double at = 0.0; at < static_cast<double>(x.size()); at += Course::kStepMs * framesAMs) {
+        const auto frame = static_cast<std::size_t>(at);
+        course.levelDb.push_back(20.0 * std::log10(std::abs(x[frame]) + 1e-10));
+        const std::size_t from = frame - std::min(frame, half);
+        const std::size_t to = std::min(frame + half, x.size() - 1);
+        double radians = 0.0;
+        for (std::size_t i = from; i < to; i += half / 2) {
+            const std::size_t next = std::min(i + half / 2, to);
+            radians += std::arg(x[next] * std::conj(x[i]));
+        }
+        const double off = radians / (2.0 * kPi) * rate / static_cast<double>(to - from);
+        course.cents.push_back(Cents(std::max(1.0, hz + off), hz));
+    }
+    return course;
+}
+
+std::vector<float> Above(Samples samples, int rate, double hz) {
+    return Filter(samples, hz / rate, true);
+}
+
+std::vector<float> Below(Samples samples, int rate, double hz) {
+    return Filter(samples, hz / rate, false);
+}
+
 double Loudness(Samples samples, int rate) {
     double loudness = 0.0;
     ebur128_loudness_global(Meter(samples, rate, EBUR128_MODE_I).get(), &loudness);
@@ -224,6 +289,14 @@ double Spectrum::LineDb(double hz) const {
     double sum = 0.0;
     for (std::size_t bin = 0; binHz_ * static_cast<double>(bin) < 1.5 * hz; ++bin) {
         sum += IsLine(bin, hz) ? 2.0 * power_[bin] : 0.0;
+    }
+    return 10.0 * std::log10(sum / whole_);
+}
+
+double Spectrum::BandDb(double fromHz, double toHz) const {
+    double sum = 0.0;
+    for (auto bin = static_cast<std::size_t>(fromHz / binHz_); binHz_ * static_cast<double>(bin) < toHz; ++bin) {
+        sum += 2.0 * power_[bin];
     }
     return 10.0 * std::log10(sum / whole_);
 }

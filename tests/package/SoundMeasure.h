@@ -50,6 +50,23 @@ struct Gap {
 // The stretches of at least `leastFrames` in which no sample goes beyond the level, also at the ends.
 std::vector<Gap> FindGaps(Samples samples, float level, std::size_t leastFrames);
 
+// One partial of a sound over its time.
+struct Course {
+    std::vector<double> levelDb;  // of a sine of that amplitude, full scale at 0
+    std::vector<double> cents;    // from the frequency that was followed
+
+    static constexpr double kStepMs = 1.0;
+    static std::size_t At(double ms) { return static_cast<std::size_t>(ms / kStepMs); }
+};
+
+// Follows the partial at about `hz` within that bandwidth, both ways through a low-pass, so that nothing comes late.
+// The pitch is that of the phase's way over `pitchMs`.
+Course Follow(Samples samples, int rate, double hz, double bandwidthHz, double pitchMs);
+
+// A sound without what lies below a frequency, or above one: fourth order, both ways.
+std::vector<float> Above(Samples samples, int rate, double hz);
+std::vector<float> Below(Samples samples, int rate, double hz);
+
 // ITU-R BS.1770: integrated loudness in LUFS, and the true peak in dBTP.
 double Loudness(Samples samples, int rate);
 double TruePeakDb(Samples samples, int rate);
@@ -61,6 +78,9 @@ public:
 
     // Within a few hertz of a frequency, in decibels of the whole.
     double LineDb(double hz) const;
+
+    // Between two frequencies, in decibels of the whole.
+    double BandDb(double fromHz, double toHz) const;
 
     // What is left beside a fundamental and its harmonics, in decibels of the whole.
     double NoiseDb(double fundamental) const;

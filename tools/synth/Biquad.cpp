@@ -33,10 +33,18 @@ Biquad::Biquad(double hertz, double q, double b0, double b1, double b2) {
 }
 
 Loop Biquad::RunAround(const Loop& loop) const {
+    return RunLaps(loop, 2);
+}
+
+Loop Biquad::Run(const Loop& sound) const {
+    return RunLaps(sound, 1);
+}
+
+Loop Biquad::RunLaps(const Loop& loop, int laps) const {
     Loop out(loop.size());
     double s1 = 0.0;
     double s2 = 0.0;
-    for (int lap = 0; lap < 2; ++lap) {
+    for (int lap = 0; lap < laps; ++lap) {
         for (std::size_t i = 0; i < loop.size(); ++i) {
             const double x = loop[i];
             const double y = b_[0] * x + s1;

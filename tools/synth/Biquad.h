@@ -23,9 +23,14 @@ public:
 
     Loop RunAround(const Loop& loop) const;
 
+    // The same from silence, once.
+    Loop Run(const Loop& sound) const;
+
 private:
     // The prototype (b0 + b1 s + b2 s^2) / (1 + s/q + s^2), s in units of the corner frequency.
     Biquad(double hertz, double q, double b0, double b1, double b2);
+
+    Loop RunLaps(const Loop& loop, int laps) const;
 
     double b_[3];
     double a_[3];

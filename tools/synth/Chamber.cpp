@@ -35,6 +35,10 @@ double Chamber::Quality() const {
     return 1.0 / (1.0 / radiation + 1.0 / friction + 1.0 / kJetQuality);
 }
 
+double Chamber::RingSeconds() const {
+    return Quality() / (kPi * frequency_);
+}
+
 double Chamber::JetSpeed() const {
     // The jet drives best when its wave crosses to the edge in half a period (F&R ch. 16): l / (0.4 U) = 1 / (2 f).
     return 2.0 * frequency_ * kMouthToEdge / kWaveToJetSpeed;

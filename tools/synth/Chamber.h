@@ -21,6 +21,9 @@ public:
     // Quality of the resonance while it is played: radiation, friction and the jet's own losses side by side.
     double Quality() const;
 
+    // Seconds in which the resonance, left alone, falls to 1/e.
+    double RingSeconds() const;
+
     // Metres a second of the player's jet for this pitch.
     double JetSpeed() const;
 

@@ -24,11 +24,4 @@ double LoudnessMatch::Of(const Loop& loop) {
     return kOffset + 20.0 * std::log10(Rms(lowCut.RunAround(shelf.RunAround(loop))));
 }
 
-void LoudnessMatch::Apply(Loop& loop, double loudness) {
-    const double gain = FromDecibels(loudness - Of(loop));
-    for (double& x : loop) {
-        x *= gain;
-    }
-}
-
 }  // namespace synth

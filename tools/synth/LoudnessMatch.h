@@ -4,15 +4,12 @@
 
 namespace synth {
 
-// Levels by how loud they are heard, not by their peak: a low note needs more than a high one.
+// How loud a sound is heard, as the meter has it.
 class LoudnessMatch {
 public:
     // The loudness of one channel that goes round for ever, in LUFS (ITU-R BS.1770, without the gates: there is no
     // silence).
     static double Of(const Loop& loop);
-
-    // Scales the loop to a loudness in LUFS.
-    static void Apply(Loop& loop, double loudness);
 };
 
 }  // namespace synth

@@ -11,7 +11,10 @@ constexpr double kGentle = 0.6;     // q of the turbulence's own slopes: no bump
 constexpr double kPulsation = 0.5;  // of the noise's amplitude, with the jet's swing
 constexpr double kStandingWaveQuality = 3.0;
 constexpr double kStandingWaveShare = 0.8;  // of the turbulence near it
-constexpr double kBurstQuality = 0.9;       // a soft "h": without the hiss that would stand out at the repeat
+constexpr double kWindLowestHz = 40.0;
+constexpr double kWindHighestHz = 110.0;
+constexpr double kMouthHz = 1800.0;
+constexpr double kBurstQuality = 2.0;  // a soft "h"
 
 Loop Normalized(Loop loop) {
     const double rms = Rms(loop);
@@ -49,10 +52,16 @@ Loop ResonantNoise::Breath(const Loop& phase) {
     return Normalized(Biquad::HighPass(chamber_.Frequency(), chamber_.Quality()).RunAround(turbulence));
 }
 
-Loop ResonantNoise::Burst(std::size_t frames) {
-    const double corner = chamber_.TurbulenceCorner();
-    const Loop turbulence = Biquad::LowPass(corner, kGentle).RunAround(White(frames));
-    return Normalized(Biquad::BandPass(corner, kBurstQuality).RunAround(turbulence));
+Loop ResonantNoise::Wind(std::size_t frames) {
+    const Loop low = Biquad::LowPass(kWindHighestHz, kGentle).RunAround(White(frames));
+    return Normalized(Biquad::HighPass(kWindLowestHz, kGentle).RunAround(low));
+}
+
+Loop ResonantNoise::Burst(std::size_t frames, double colour) {
+    // The mouth's own shape has a part in it, which is the same for all notes.
+    const double middle = std::sqrt(kMouthHz * chamber_.TurbulenceCorner());
+    const Biquad band = Biquad::BandPass(colour * middle, kBurstQuality);
+    return Normalized(band.RunAround(band.RunAround(White(frames))));
 }
 
 }  // namespace synth

@@ -15,8 +15,12 @@ public:
     // The result has the RMS 1.
     Loop Breath(const Loop& phase);
 
-    // Turbulence of the jet before the chamber answers, for the attack. The result has the RMS 1.
-    Loop Burst(std::size_t frames);
+    // What the breath rumbles below all tones, which no resonance lifts. The result has the RMS 1.
+    Loop Wind(std::size_t frames);
+
+    // Turbulence of the jet before the chamber answers, for an attack, around `colour` times the middle of its band.
+    // The result has the RMS 1.
+    Loop Burst(std::size_t frames, double colour);
 
 private:
     Loop White(std::size_t frames);

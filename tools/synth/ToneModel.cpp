@@ -1,57 +1,93 @@
 #include "ToneModel.h"
 
+#include "Attack.h"
 #include "Biquad.h"
 #include "Chamber.h"
-#include "Chiff.h"
+#include "Jet.h"
 #include "Random.h"
 #include "ResonantNoise.h"
 #include "Wander.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 
 namespace synth {
 namespace {
 
-// Long enough that the repeat does not become a rhythm, short enough to be decoded quickly when the note is first
-// played.
-constexpr double kShortestSeconds = 5.0;
-constexpr double kLongestSeconds = 5.5;
+// A listener learns a repeat of less than some 8 s by heart. Each note has another length, so that two of them held in
+// turn do not fall into step.
+constexpr double kShortestSeconds = 8.1;
+constexpr double kSecondsANote = 0.11;
+constexpr double kLongerSeconds = 0.1;  // at most, to fit in whole periods
 
 constexpr std::uint64_t kSeed = 0x0ca41a;
 
-// The jet, whose flow into the chamber is a saturating function of where it stands (Fletcher and Rossing ch. 16: a tanh
-// profile integrated across the edge). The swing is in units of the jet's half width; the offset from the edge makes
-// the even harmonics.
-constexpr double kSwing = 1.9;
-constexpr double kOffset = 0.36;
-constexpr double kChiffSwing = 0.25;   // of the swing, at the height of the attack
-constexpr double kChiffOffset = 0.45;  // in half widths
-constexpr double kChiffLag = 0.07;     // radians: flat while the jet builds up, then catching up
+// The harmonics, in decibels of the first one, from the lowest note to the highest, and how much the fingerings differ:
+// each leaves another edge open.
+constexpr double kSecondLowDb = -31.0;
+constexpr double kSecondHighDb = -36.5;
+constexpr double kThirdLowDb = -37.5;
+constexpr double kThirdHighDb = -36.0;
+constexpr double kFingeringDb = 1.2;
 
-// The player's breath. A stronger one is louder, a little sharper, brighter and windier at the same time.
-constexpr int kBreathTurns = 14;      // of the fastest movement, a loop
-constexpr int kFreeTurns = 22;        // of the pitch's own movement: lips and hands
-constexpr double kBreathCents = 1.1;  // each at its largest
-constexpr double kFreeCents = 0.5;
-constexpr double kBreathDecibels = 0.15;  // beside what the wider swing adds
-constexpr double kBreathSwing = 0.09;     // of the swing
-constexpr double kBreathNoise = 0.4;      // of the noise
+constexpr double kForceADecibel = 0.02;  // of the swing: a stronger breath is brighter
+constexpr double kAirADecibel = 1.5;     // decibels of the noise
 
 // The noise against the tone. A dipole's turbulence gains one power of the jet's speed on the tone that the jet drives.
 constexpr double kNoiseDecibels = -46.0;  // for the slowest jet, the lowest note's
-constexpr double kBurstDecibels = -34.0;  // at the height of the attack
+
+// What an exponential's time constant is to the time from 90 to 10 % of it.
+constexpr double kFallOfTimeConstant = 2.1972245773362196;  // ln 9
+
+// The breath's rumble, in decibels of the tone: as strong as the noise that the encoder, which takes it for masked,
+// adds below the lowest tones, so that this noise is the breath's and not the encoder's.
+constexpr double kWindDecibels = -48.0;
+
+// The loudest stretch of the chiff against the tone.
+constexpr double kChiffDecibels = -34.0;
+constexpr double kChiffStretchSeconds = 0.01;
+
+constexpr double kSettleSeconds = 0.3;  // the chamber, in its steady state before an attack
+
+// Of any stretch of kChiffStretchSeconds.
+double LoudestRms(const Loop& sound) {
+    const auto length = static_cast<std::size_t>(kChiffStretchSeconds * kRate);
+    double sum = 0.0;
+    double most = 0.0;
+    for (std::size_t i = 0; i < sound.size(); ++i) {
+        sum += sound[i] * sound[i];
+        if (i >= length) {
+            sum -= sound[i - length] * sound[i - length];
+        }
+        most = std::max(most, sum);
+    }
+    return std::sqrt(most / static_cast<double>(length));
+}
+
+Jet MakeJet(Random& random, const Chamber& chamber) {
+    const double lowest = kFingeredNotes[0].Frequency();
+    const double highest = std::end(kFingeredNotes)[-1].Frequency();
+    const double place = std::log(chamber.Frequency() / lowest) / std::log(highest / lowest);
+    const auto between = [&](double low, double high) {
+        return low + place * (high - low) + kFingeringDb * (2.0 * random.Uniform() - 1.0);
+    };
+    const double second = between(kSecondLowDb, kSecondHighDb);
+    return {second, between(kThirdLowDb, kThirdHighDb), chamber.Quality()};
+}
 
 }  // namespace
 
-ToneModel::ToneModel(Note note, int take) : note_(note), take_(take) {
+ToneModel::ToneModel(Note note) : note_(note) {
     ChooseLength();
 }
 
 void ToneModel::ChooseLength() {
     const double period = kRate / note_.Frequency();
+    const double shortest = kShortestSeconds + kSecondsANote * (note_.Index() - kFingeredNotes[0].Index());
     double best = 1.0;
-    for (double cycles = std::ceil(kShortestSeconds * kRate / period); cycles * period < kLongestSeconds * kRate;
+    for (double cycles = std::ceil(shortest * kRate / period); cycles * period < (shortest + kLongerSeconds) * kRate;
          ++cycles) {
         const double error = std::abs(cycles * period - std::round(cycles * period));
         if (error < best) {
@@ -62,51 +98,78 @@ void ToneModel::ChooseLength() {
     }
 }
 
-Loop ToneModel::Render() const {
-    const double frames = static_cast<double>(frames_);
-    const Chamber chamber(cycles_ * kRate / frames);
-    Random random((kSeed + static_cast<std::uint64_t>(take_)) * kSeed + static_cast<std::uint64_t>(note_.Index()));
-    const Wander breath(random, kBreathTurns);
-    const Wander hands(random, kFreeTurns);
+Tone ToneModel::Render() const {
+    const double seconds = static_cast<double>(frames_) / kRate;
+    const Chamber chamber(cycles_ / seconds);
+    Random random(kSeed * kSeed + static_cast<std::uint64_t>(note_.Index()));
+    const Wander wander(random, frames_);
+    const Jet jet = MakeJet(random, chamber);
 
-    // A deviation in cents, integrated over the loop, becomes one in radians.
+    // A deviation in cents, integrated over time, becomes one in radians.
     constexpr double kCentsAnOctave = 1200.0;
-    const double radiansACent = 2.0 * kPi * cycles_ * std::log(2.0) / kCentsAnOctave;
+    const double radiansACent = 2.0 * kPi * chamber.Frequency() * std::log(2.0) / kCentsAnOctave;
 
+    const Loop& decibels = wander.Decibels();
     Loop phase(frames_);
     Loop drive(frames_);
     for (std::size_t i = 0; i < frames_; ++i) {
-        const double place = static_cast<double>(i) / frames;
-        const double chiff = Chiff::At(static_cast<double>(i) / kRate);
-        const double wander = kBreathCents * breath.IntegralAt(place) + kFreeCents * hands.IntegralAt(place);
-        phase[i] = 2.0 * kPi * cycles_ * place + radiansACent * wander - kChiffLag * chiff;
-
-        // The chamber answers its resonance a quarter of a period ahead of the drive; the cosine here is a sine there,
-        // so that the recording begins at a crossing of zero.
-        const double force = breath.At(place);
-        const double swing = kSwing * (1.0 + kBreathSwing * force + kChiffSwing * chiff);
-        const double flow = std::tanh(kOffset + kChiffOffset * chiff - swing * std::cos(phase[i]));
-        drive[i] = flow * FromDecibels(kBreathDecibels * force);
+        const double place = static_cast<double>(i) / static_cast<double>(frames_);
+        phase[i] = 2.0 * kPi * cycles_ * place + radiansACent * wander.CentsIntegral()[i];
+        drive[i] = jet.Flow(phase[i], kForceADecibel * decibels[i]);
     }
 
     // The sound that a small source radiates is the derivative of its flow, so driven by the jet's pressure the chamber
     // is a resonant high-pass: far above the resonance the inertance alone is left. The n-th harmonic comes out lower
     // than it went in by Q (1 - 1/n^2) and so is weak, which is the ocarina's round tone.
-    Loop tone = Biquad::HighPass(chamber.Frequency(), chamber.Quality()).RunAround(drive);
+    const Biquad resonance = Biquad::HighPass(chamber.Frequency(), chamber.Quality());
+    const Loop tone = resonance.RunAround(drive);
     const double toneRms = Rms(tone);
 
     ResonantNoise noise(random, chamber);
-    const Loop air = noise.Breath(phase);
-    const Loop burst = noise.Burst(frames_);
+    Loop air = noise.Breath(phase);
     const double faster = chamber.JetSpeed() / Chamber(kFingeredNotes[0].Frequency()).JetSpeed();
     const double airGain = toneRms * FromDecibels(kNoiseDecibels) * faster;
-    const double burstGain = toneRms * FromDecibels(kBurstDecibels);
+
+    const Loop wind = noise.Wind(frames_);
+    const double windGain = toneRms * FromDecibels(kWindDecibels);
+
+    Tone result;
+    result.frequency = chamber.Frequency();
+    result.releaseSeconds = kFallOfTimeConstant * chamber.RingSeconds();
     for (std::size_t i = 0; i < frames_; ++i) {
-        const double force = breath.At(static_cast<double>(i) / frames);
-        const double chiff = Chiff::At(static_cast<double>(i) / kRate);
-        tone[i] += airGain * (1.0 + kBreathNoise * force) * air[i] + burstGain * chiff * burst[i];
+        air[i] = (airGain * air[i] + windGain * wind[i]) * FromDecibels((1.0 + kAirADecibel) * decibels[i]);
+        result.sustained.push_back(FromDecibels(decibels[i]) * tone[i] + air[i]);
     }
-    return tone;
+
+    // An attack is the end of the loop, blown on again: it ends as the loop does, and so leads into its beginning.
+    const auto frames = static_cast<std::size_t>(Attack::kSeconds * kRate);
+    const auto settling = static_cast<std::size_t>(kSettleSeconds * kRate);
+    for (int take = 0; take < Attack::kTakes; ++take) {
+        const Attack attack(note_, take, chamber.RingSeconds());
+        const auto timeOf = [&](std::size_t i) {
+            return (static_cast<double>(i) - static_cast<double>(settling)) / kRate;
+        };
+        Loop blown(settling + frames);
+        for (std::size_t i = 0; i < blown.size(); ++i) {
+            const std::size_t at = frames_ - blown.size() + i;
+            blown[i] = jet.Flow(phase[at] + radiansACent * attack.Lead(timeOf(i)), kForceADecibel * decibels[at]);
+        }
+        blown = resonance.Run(blown);
+        Loop chiff = noise.Burst(frames, attack.ChiffColour());
+        for (std::size_t i = 0; i < frames; ++i) {
+            chiff[i] *= attack.Chiff(static_cast<double>(i) / kRate);
+        }
+        const double chiffGain = toneRms * FromDecibels(kChiffDecibels + attack.ChiffDecibels()) / LoudestRms(chiff);
+        Loop begun;
+        for (std::size_t i = settling; i < blown.size(); ++i) {
+            const std::size_t at = frames_ - blown.size() + i;
+            const double t = timeOf(i);
+            begun.push_back(attack.Level(t) * FromDecibels(decibels[at]) * blown[i] + attack.Air(t) * air[at] +
+                            chiffGain * chiff[i - settling]);
+        }
+        result.attacks.push_back(begun);
+    }
+    return result;
 }
 
 }  // namespace synth

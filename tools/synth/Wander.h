@@ -1,32 +1,28 @@
 #pragma once
 
+#include "Loop.h"
 #include "Random.h"
-
-#include <vector>
 
 namespace synth {
 
-// The slow unsteadiness of a player's breath, -1 to 1, mean 0, as a function of the place in the loop (0 to 1). It is a
-// sum of sines that each fit the loop a whole number of times, weaker the faster they are, so that neither it nor the
-// phase that it leads to has a seam. It is no vibrato: no single speed stands out.
+// The slow unsteadiness of a player: of the pitch, which lips and hands move, and of the level, which goes with it in
+// part, since a stronger breath is louder and sharper. Both are sums of many sines of which each fits the loop a whole
+// number of times, so that they have no seam. It is no vibrato: no single speed stands out. Means are 0. Around the
+// loop's beginning, where a tone is blown on, the player is steadier.
 class Wander {
 public:
-    // `fastest` is the number of turns a loop of the quickest sine.
-    Wander(Random& random, int fastest);
+    Wander(Random& random, std::size_t frames);
 
-    double At(double place) const;
-
-    // The integral of At over the place; itself a loop with the mean 0.
-    double IntegralAt(double place) const;
+    // At every frame of the loop.
+    const Loop& Cents() const { return cents_; }
+    const Loop& Decibels() const { return decibels_; }
+    // The integral of the cents from the loop's beginning, in cents times seconds.
+    const Loop& CentsIntegral() const { return integral_; }
 
 private:
-    struct Sine {
-        double turns;
-        double amplitude;
-        double phase;
-    };
-
-    std::vector<Sine> sines_;
+    Loop cents_;
+    Loop decibels_;
+    Loop integral_;
 };
 
 }  // namespace synth

@@ -5,38 +5,67 @@
 #include "ToneModel.h"
 #include "VorbisFile.h"
 
-#include <cstdint>
+#include <cmath>
 #include <cstdio>
 #include <exception>
 #include <string>
+#include <vector>
 
 namespace {
 
-// The loudness at which music is commonly delivered; a tone as pure as this leaves some 10 dB to full scale.
-constexpr double kLoudness = -16.0;  // LUFS
+using synth::Loop;
 
-// Of each note the take is kept whose seam has come through the encoder best.
-constexpr int kTakes = 10;
+// The instrument is as loud as its peaks allow. The ear hears low tones softer than the meter does and high ones louder
+// (ISO 226): so the lowest note is stronger and the highest one weaker, on a straight line in semitones.
+constexpr double kLowestLoudness = -7.3;  // LUFS
+constexpr double kLoudnessASemitone = -4.0 / 17.0;
 
-double WriteTake(const synth::Note& note, int take, const std::string& path) {
-    synth::Loop loop = synth::ToneModel(note, take).Render();
-    synth::LoudnessMatch::Apply(loop, kLoudness);
-    return synth::VorbisFile::Write(path, loop, static_cast<std::uint32_t>(note.Index()));
+// What follows a piece of the recording so that the encoder sees no end there: the sustained part's beginning, which is
+// what is heard there, faded out.
+constexpr std::size_t kRunOverFrames = 4096;
+
+void Append(Loop& sound, const Loop& piece, const Loop& sustained) {
+    sound.insert(sound.end(), piece.begin(), piece.end());
+    for (std::size_t i = 0; i < kRunOverFrames; ++i) {
+        const double place = static_cast<double>(i) / static_cast<double>(kRunOverFrames);
+        sound.push_back(sustained[i] * (0.5 + 0.5 * std::cos(synth::kPi * place)));
+    }
+}
+
+std::string Comment(const char* name, double value, int decimals) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%s=%.*f", name, decimals, value);
+    return text;
 }
 
 void WriteNote(const synth::Note& note, const std::string& folder) {
-    const std::string path = folder + "/" + note.FileName();
-    int best = 0;
-    double bestSeam = 1.0;
-    for (int take = 0; take < kTakes; ++take) {
-        const double seam = WriteTake(note, take, path);
-        if (seam < bestSeam) {
-            best = take;
-            bestSeam = seam;
+    synth::Tone tone = synth::ToneModel(note).Render();
+    const int semitones = note.Index() - synth::kFingeredNotes[0].Index();
+    const double loudness = kLowestLoudness + kLoudnessASemitone * semitones;
+    const double gain = synth::FromDecibels(loudness - synth::LoudnessMatch::Of(tone.sustained));
+    for (double& x : tone.sustained) {
+        x *= gain;
+    }
+    for (Loop& attack : tone.attacks) {
+        for (double& x : attack) {
+            x *= gain;
         }
     }
-    WriteTake(note, best, path);
-    std::printf("%s  %7.2f Hz  take %d  seam %.5f\n", note.FileName().c_str(), note.Frequency(), best, bestSeam);
+
+    const std::size_t loopStart = tone.attacks.front().size();
+    Loop sound = tone.attacks.front();
+    Append(sound, tone.sustained, tone.sustained);
+    std::string takes;
+    for (std::size_t i = 1; i < tone.attacks.size(); ++i) {
+        takes += (i == 1 ? "TAKES=" : ",") + std::to_string(sound.size());
+        Append(sound, tone.attacks[i], tone.sustained);
+    }
+    const std::vector<std::string> comments = {
+        "LOOPSTART=" + std::to_string(loopStart), "LOOPLENGTH=" + std::to_string(tone.sustained.size()), takes,
+        Comment("RELEASE", tone.releaseSeconds, 4), Comment("PITCH", tone.frequency, 3)};
+    synth::VorbisFile::Write(folder + "/" + note.FileName(), sound, comments, note.Index());
+    std::printf("%s  %7.2f Hz  %5.2f s  %6.2f LUFS\n", note.FileName().c_str(), tone.frequency,
+                static_cast<double>(tone.sustained.size()) / synth::kRate, loudness);
 }
 
 }  // namespace
