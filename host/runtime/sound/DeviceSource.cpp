@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "runtime/sound/PhoneFormat.h"
+
 namespace host {
 
 namespace {
@@ -42,7 +44,11 @@ void DeviceSource::OnMicrophoneOpened(int rate) noexcept {
     DropUnread();
     rate_ = rate;
     converter_ = PhoneConverter::Make(rate, kDeviceChannels);
-    if (converter_ != nullptr) sink_->OnSourceRestored();
+    if (converter_ == nullptr) return;
+    // What the filter keeps back is made up for at the beginning: a device whose periods are as long as a block then
+    // completes one with each, and no block waits for the period after it.
+    bytes_.assign(PhoneConverter::KeptBackBytes(rate, kDeviceChannels), kPhoneSilence);
+    sink_->OnSourceRestored();
 }
 
 void DeviceSource::OnMicrophoneLost() noexcept {

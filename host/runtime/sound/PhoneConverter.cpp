@@ -29,6 +29,18 @@ std::unique_ptr<PhoneConverter> PhoneConverter::Make(int rate, int channels) {
     return converter->resampler_ == nullptr ? nullptr : std::move(converter);
 }
 
+std::size_t PhoneConverter::KeptBackBytes(int rate, int channels) {
+    const auto trial = Make(rate, channels);
+    if (trial == nullptr) return 0;
+    // A tenth of a second, which is twenty times what the filter reaches.
+    constexpr int kTrials = 10;
+    const std::vector<float> silence(static_cast<std::size_t>(rate / kTrials * channels));
+    std::vector<std::uint8_t> bytes;
+    trial->Convert(silence, Input::kGoesOn, bytes);
+    const std::size_t whole = std::size_t{kPhoneRate} / kTrials * kPhoneChannels;
+    return whole - std::min(bytes.size(), whole);
+}
+
 void PhoneConverter::Convert(std::span<const float> frames, Input end, std::vector<std::uint8_t>& bytes) {
     const std::size_t heard = std::min<std::size_t>(channels_, kPhoneChannels);
     const auto append = [&](std::span<const float> samples) {

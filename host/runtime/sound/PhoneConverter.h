@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -21,6 +22,9 @@ public:
     /// Appends to `bytes` what the interleaved `frames` give, whole frames. The filter keeps a few of them back until
     /// it is told that no more follow.
     void Convert(std::span<const float> frames, Input end, std::vector<std::uint8_t>& bytes);
+
+    /// By how many bytes the result stays behind what was heard while it goes on.
+    [[nodiscard]] static std::size_t KeptBackBytes(int rate, int channels);
 
 private:
     explicit PhoneConverter(int channels);

@@ -6,6 +6,7 @@
 #include <array>
 #include <ctime>
 #include <string_view>
+#include <utility>
 
 // SDL tells in its configuration whether it knows X servers; its header then includes Xlib's. Only macros of Xlib's
 // that read its structure are used here: nothing of it is linked.
@@ -18,6 +19,9 @@ namespace {
 // SDL does some things by time when it pumps (it holds a change of focus back for 200 ms, and keeps the screen saver
 // off), and the threads of its sound devices queue events without a word to the display.
 constexpr Microseconds kPumpInterval = 100 * kMicrosecondsPerMillisecond;
+constexpr Microseconds kQuietPumpInterval = 500 * kMicrosecondsPerMillisecond;
+// After the display was last heard of, everything that waits for a time has had it.
+constexpr Microseconds kQuietAfter = kMicrosecondsPerSecond;
 constexpr long kNanosecondsPerMicrosecond = 1000;
 
 }  // namespace
@@ -66,10 +70,11 @@ bool X11Wait::MayHoldEvents() const {
 }
 
 void X11Wait::Pump() {
-    isReadable_ = false;
+    const Microseconds now = clock_.Now();
+    if (std::exchange(isReadable_, false)) heardAt_ = now;
     // Noted before: after the requests that the pump itself makes there is another one.
     pumpedAtRequest_ = Look().nextRequest;
-    nextPump_ = clock_.Now() + kPumpInterval;
+    nextPump_ = now + (now - heardAt_ < kQuietAfter ? kPumpInterval : kQuietPumpInterval);
     SDL_PumpEvents();
 }
 

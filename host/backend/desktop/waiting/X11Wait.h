@@ -40,6 +40,7 @@ private:
     bool isReadable_ = true;
     unsigned long pumpedAtRequest_ = 0;
     Microseconds nextPump_ = 0;
+    Microseconds heardAt_ = 0;  ///< when the display was last heard of
 };
 
 }  // namespace host
