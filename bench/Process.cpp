@@ -1,7 +1,7 @@
 // Measures whole processes from outside, and prints a line "row|column value" for each figure:
-//   start COLUMN RUNS PROGRAM...
+//   start COLUMN RUNS PROGRAM... [-- COLUMN PROGRAM...]...
 //     nanoseconds from before the start until the program says "frame", and the largest resident bytes a moment later;
-//     medians
+//     medians. Of several programs each is started in turn, so that all meet the same machine.
 //   idle COLUMN SECONDS PROGRAM...
 //     after a warm-up: the share of a core, the wake-ups a second of all threads, and the largest resident bytes
 //   elapsed COLUMN RUNS PROGRAM...
@@ -23,6 +23,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -115,20 +116,42 @@ private:
     int output_ = -1;
 };
 
-void MeasureStart(const std::string& column, int runs, char** program) {
-    setenv("LD_PRELOAD", BENCH_FIRST_FRAME, 1);
+struct Starter {
+    std::string column;
+    char** program = nullptr;
     std::vector<double> times;
     std::vector<double> sizes;
-    for (int i = 0; i < runs; ++i) {
-        const auto begin = Clock::now();
-        Child child(program);
-        child.AwaitFrame();
-        times.push_back(NanosecondsSince(begin));
-        std::this_thread::sleep_for(kAfterFirstFrame);
-        sizes.push_back(child.End(SIGKILL));
+};
+
+/// The programs that the arguments name; the separators between them become ends of argument lists.
+std::vector<Starter> StartersOf(const std::string& column, char** arguments) {
+    std::vector<Starter> starters{{column, arguments, {}, {}}};
+    for (char** argument = arguments; *argument != nullptr; ++argument) {
+        if (std::string_view(*argument) != "--") continue;
+        if (argument[1] == nullptr || argument[2] == nullptr) throw std::runtime_error("-- needs COLUMN PROGRAM");
+        *argument = nullptr;
+        starters.push_back({argument[1], argument + 2, {}, {}});
+        ++argument;
     }
-    Report("start", column, Median(times));
-    Report("memory", column, Median(sizes));
+    return starters;
+}
+
+void MeasureStart(std::vector<Starter> starters, int runs) {
+    setenv("LD_PRELOAD", BENCH_FIRST_FRAME, 1);
+    for (int i = 0; i < runs; ++i) {
+        for (Starter& starter : starters) {
+            const auto begin = Clock::now();
+            Child child(starter.program);
+            child.AwaitFrame();
+            starter.times.push_back(NanosecondsSince(begin));
+            std::this_thread::sleep_for(kAfterFirstFrame);
+            starter.sizes.push_back(child.End(SIGKILL));
+        }
+    }
+    for (const Starter& starter : starters) {
+        Report("start", starter.column, Median(starter.times));
+        Report("memory", starter.column, Median(starter.sizes));
+    }
 }
 
 void MeasureIdle(const std::string& column, int seconds, char** program) {
@@ -162,7 +185,7 @@ int main(int argc, char* argv[]) {
     const std::string kind = argv[1];
     try {
         const int count = std::stoi(argv[3]);
-        if (kind == "start") MeasureStart(argv[2], count, argv + kProgramAt);
+        if (kind == "start") MeasureStart(StartersOf(argv[2], argv + kProgramAt), count);
         if (kind == "idle") MeasureIdle(argv[2], count, argv + kProgramAt);
         if (kind == "elapsed") MeasureElapsed(argv[2], count, argv + kProgramAt);
     } catch (const std::exception& error) {

@@ -35,12 +35,13 @@ with_display() {
     if [ -x "$window" ]; then
         echo "hole|SDL2 $(SDL_FRAMEBUFFER_ACCELERATION=0 "$window" $redraws)" >>"$figures"
         echo "hole|SDL2, default surface $("$window" $accelerated_redraws)" >>"$figures"
-        SDL_FRAMEBUFFER_ACCELERATION=0 measure "$process" start "SDL2 and Cairo" $starts "$window"
+        SDL_FRAMEBUFFER_ACCELERATION=0 measure "$process" start "SDL2 and Cairo" $starts "$window" \
+            -- ours "$build/brevant" --backend desktop
         measure "$process" start "SDL2 and Cairo, default surface" $starts "$window"
     fi
     if [ -x "$build/bench/bench_peer_qt" ]; then measure "$process" start Qt6 $starts "$build/bench/bench_peer_qt"; fi
     if [ -x "$build/bench/bench_peer_gtk" ]; then measure "$process" start GTK4 $starts "$build/bench/bench_peer_gtk"; fi
-    measure "$process" start ours $starts "$build/brevant" --backend desktop
+    if [ ! -x "$window" ]; then measure "$process" start ours $starts "$build/brevant" --backend desktop; fi
     if [ -x "$build/bench/bench_peer_idle" ]; then
         measure "$process" idle "SDL2, both devices open, nothing else" $idle_seconds "$build/bench/bench_peer_idle"
     fi
