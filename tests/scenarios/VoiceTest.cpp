@@ -302,6 +302,39 @@ TEST(Voice, SlursEveryToneIntoEveryOther) {
     EXPECT_LE(longest, 20);
 }
 
+TEST(Voice, TakesASingleMissedBlockForADip) {
+    constexpr int kBlockMs = 20;
+    constexpr int kMisses = 4;
+    for (int mask = 0; mask < kMasks; ++mask) {
+        std::string performance = Finger(kPlayMs - 100, mask) + std::to_string(kPlayMs) + " peak 220\n";
+        // At other places in the wave, and in the speaker's periods.
+        std::vector<int> misses;
+        for (int i = 0; i < kMisses; ++i) {
+            misses.push_back(kPlayMs + 500 + i * 420);
+            performance += std::to_string(misses.back()) + " peak 128\n+" + std::to_string(kBlockMs) + " peak 220\n";
+        }
+        const auto sound = Play(performance, kPlayMs + 2500);
+        const auto breath = measure::Above(measure::Above(sound, kRate, 2500), kRate, 2500);
+        const double periodMs = 1000 / HzOf(mask);
+        double deepest = 0;
+        double burst = -20;
+        for (const int ms : misses) {
+            const double level = measure::RmsDb(Between(sound, ms - 60, ms - 20));
+            for (double at = 0; at < 100; at += 1) {
+                const Samples window = Between(sound, ms + at, ms + at + periodMs);
+                deepest = std::max(deepest, level - measure::RmsDb(window));
+            }
+            double burstMs = 0;
+            burst = std::max(burst, Loudest(Between(breath, ms, ms + 120), 10, burstMs) -
+                                        measure::RmsDb(Between(breath, ms - 100, ms)));
+        }
+        std::printf("%.0f Hz", HzOf(mask));
+        Expect(deepest, "dip", 1, 9, mask);
+        Expect(burst, "burst", -20, 4, mask);
+        std::puts("");
+    }
+}
+
 TEST(Voice, UsesTheRoomToFullScaleAndIsAsLoudToTheEarOnAllNotes) {
     // The ear's curves (ISO 226) in loudness units of the meter, from the lowest note to the highest.
     std::array<double, kMasks> loudness{};

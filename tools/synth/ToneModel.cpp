@@ -27,7 +27,7 @@ constexpr std::uint64_t kSeed = 0x0ca41a;
 // The harmonics, in decibels of the first one, from the lowest note to the highest, and how much the fingerings differ:
 // each leaves another edge open.
 constexpr double kSecondLowDb = -31.0;
-constexpr double kSecondHighDb = -36.5;
+constexpr double kSecondHighDb = -36.0;
 constexpr double kThirdLowDb = -37.5;
 constexpr double kThirdHighDb = -36.0;
 constexpr double kFingeringDb = 1.2;

@@ -14,14 +14,16 @@ constexpr int kRampsPerSecond = 200;  // 5 ms each
 // in flute like instruments", Acta Acustica 85, 1999): 10 to 90 % of this are 10.6 ms.
 constexpr int kGlidesPerSecond = 55;
 
-// A release is that of a critically damped resonance, (1 + x) exp(-x), x in time constants: it starts without a corner,
-// comes from 90 to 10 % of the level in 3.358 of them and is at -67 dB after three times that.
-constexpr float kReleaseTimeConstants = 3.358F;
+// A release is exp(-x) (1 + x + x^2/2 + x^3/6), x in time constants, what four equal low-passes in a row make of an
+// end: it starts without a corner, comes from 90 to 10 % of the level in 4.936 of them and is at -72 dB after three
+// times that. Falling slowly at first it has lost some 8 dB when a breath comes back that one block of the microphone
+// missed.
+constexpr float kReleaseTimeConstants = 4.936F;
 constexpr float kInaudible = 1e-5F;  // -100 dB
 
-// A tone that has fallen less than this, -20 dB, still sounds: the next one takes its place. Of a shorter pause in the
-// breath than two of the microphone's blocks nothing is heard but a dip.
-constexpr double kStillSounds = 0.1;
+// A tone that has fallen less than this, -12 dB, still sounds: the next one takes its place. Of a single block that the
+// microphone missed, nothing is heard but a dip. A tongue's stroke takes longer, and gives a new attack.
+constexpr double kStillSounds = 0.25;
 
 constexpr double kPi = 3.14159265358979323846;
 

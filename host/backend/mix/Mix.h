@@ -84,7 +84,7 @@ private:
         std::uint32_t endsPassed = 0;
 
         /// Of the release, 0..1.
-        [[nodiscard]] float Fall() const noexcept { return (1 + fallen) * decay; }
+        [[nodiscard]] float Fall() const noexcept { return (1 + fallen * (1 + fallen / 2 * (1 + fallen / 3))) * decay; }
     };
 
     // From the tone that gives way to the one that takes its place. In cycles a frame.

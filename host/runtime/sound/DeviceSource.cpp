@@ -19,8 +19,10 @@ constexpr int kTellingSilenceSeconds = 3;
 
 }  // namespace
 
-DeviceSource::DeviceSource(Microphone& microphone, EventLoop& loop)
-    : microphone_(microphone), frames_(kFramesInRing), heard_(loop, [this] { TakeFrames(); }) {}
+DeviceSource::DeviceSource(Microphone& microphone, EventLoop& loop, OwnTones& ownTones)
+    : microphone_(microphone), loop_(loop), ownTones_(ownTones), frames_(kFramesInRing), heard_(loop, [this] {
+          TakeFrames();
+      }) {}
 
 void DeviceSource::Start(BlockSink& sink) {
     Stop();
@@ -64,6 +66,7 @@ void DeviceSource::OnFramesHeard(std::span<const float> frames) noexcept {
 
 void DeviceSource::TakeFrames() {
     if (sink_ == nullptr || converter_ == nullptr) return;
+    converter_->SetOwnTones(ownTones_.HeardLately(loop_.Now()));
     std::array<float, kFramesAtOnce> heard;
     while (const std::size_t count = frames_.Pop(heard)) {
         WatchForSilence(std::span<const float>(heard).first(count));
@@ -77,7 +80,9 @@ void DeviceSource::TakeFrames() {
     }
     bytes_.erase(bytes_.begin(), from);
     // What comes now does not go on where the block that is not full was cut off.
-    if (isOverflown_.exchange(false, std::memory_order_acq_rel)) bytes_.clear();
+    if (!isOverflown_.exchange(false, std::memory_order_acq_rel)) return;
+    bytes_.clear();
+    converter_->DropUnfinished();
 }
 
 void DeviceSource::WatchForSilence(std::span<const float> frames) {

@@ -10,6 +10,7 @@
 #include "backend/SpscRing.h"
 #include "runtime/loop/EventLoop.h"
 #include "runtime/sound/BlockSource.h"
+#include "runtime/sound/OwnTones.h"
 #include "runtime/sound/PhoneConverter.h"
 
 namespace host {
@@ -18,7 +19,8 @@ namespace host {
 /// rest: the microphone's thread only copies.
 class DeviceSource final : public BlockSource, private MicrophoneClient {
 public:
-    DeviceSource(Microphone& microphone, EventLoop& loop);
+    /// What the speaker sounds is not taken for a breath.
+    DeviceSource(Microphone& microphone, EventLoop& loop, OwnTones& ownTones);
     ~DeviceSource() override { Stop(); }
     DeviceSource(const DeviceSource&) = delete;
     DeviceSource& operator=(const DeviceSource&) = delete;
@@ -42,6 +44,8 @@ private:
     void WatchForSilence(std::span<const float> frames);
 
     Microphone& microphone_;
+    EventLoop& loop_;
+    OwnTones& ownTones_;
     SpscRing<float> frames_;
     std::atomic<bool> isOverflown_{false};  ///< frames were lost because the ring was full
     ThreadSignal heard_;

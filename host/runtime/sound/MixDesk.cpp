@@ -27,6 +27,7 @@ VoiceNumber MixDesk::Start(const std::shared_ptr<const Clip>& clip, float gain, 
     // A clip that is shorter than the lead is at its end before the mix has seen it.
     const std::uint32_t ends = EndsDue(clip->Shape(), 0, 0, LeadFrames(speaker_.PeriodFrames()));
     voices_.push_back({lastVoice_, number, &listener, ends});
+    if (HertzOf(number) > 0) tones_.Begin(HertzOf(number));
     if (ends > 0) loop_.PostTo(lifetime_.Watch(), [this] { DeliverEnds(); });
     Send({Kind::kStart, lastVoice_, number, ends, gain});
     // The device may ask at any moment: its very next period must have the tone's first frame.
@@ -50,6 +51,12 @@ ClipNumber MixDesk::NumberOf(const std::shared_ptr<const Clip>& clip) {
     return number;
 }
 
+// 0 when it is not known.
+double MixDesk::HertzOf(ClipNumber clip) const {
+    const float period = places_[clip].clip == nullptr ? 0 : places_[clip].clip->Shape().periodFrames;
+    return period > 0 ? speaker_.Rate() / static_cast<double>(period) : 0;
+}
+
 void MixDesk::DropUnusedClips() {
     const auto taken =
         std::count_if(places_.begin(), places_.end(), [](const Place& place) { return place.clip != nullptr; });
@@ -69,6 +76,7 @@ void MixDesk::Stop(VoiceNumber number) {
     Voice* voice = Find(number);
     if (voice == nullptr) return;
     voice->listener = nullptr;
+    if (HertzOf(voice->clip) > 0) tones_.End(HertzOf(voice->clip), loop_.Now());
     SendToVoice({Kind::kStop, number});
     ForgetVoices();
 }

@@ -8,6 +8,7 @@
 #include "runtime/loop/EventLoop.h"
 #include "runtime/loop/Lifetime.h"
 #include "runtime/sound/Clip.h"
+#include "runtime/sound/OwnTones.h"
 
 namespace host {
 
@@ -51,6 +52,9 @@ public:
     /// The mix runs no more: ends all without a word.
     void Close() noexcept;
 
+    /// The tones of the voices, as far as their recordings tell them.
+    [[nodiscard]] OwnTones& GetTones() noexcept { return tones_; }
+
     // ClipListener
     void OnClipGrew(const Clip& clip) override;
 
@@ -83,6 +87,9 @@ private:
 
     Speaker& speaker_;
     EventLoop& loop_;
+    [[nodiscard]] double HertzOf(ClipNumber clip) const;
+
+    OwnTones tones_;
     VoiceNumber lastVoice_ = kNoVoice;
     std::vector<Voice> voices_;
     std::array<Place, kMostClips> places_;

@@ -18,7 +18,8 @@ std::uint8_t ToByte(float sample) {
 
 }  // namespace
 
-PhoneConverter::PhoneConverter(int channels) : channels_(static_cast<std::size_t>(channels)) {}
+PhoneConverter::PhoneConverter(int channels)
+    : channels_(static_cast<std::size_t>(channels)), frontEnd_(std::min(channels, kPhoneChannels)) {}
 
 PhoneConverter::~PhoneConverter() = default;
 
@@ -43,21 +44,31 @@ std::size_t PhoneConverter::KeptBackBytes(int rate, int channels) {
 
 void PhoneConverter::Convert(std::span<const float> frames, Input end, std::vector<std::uint8_t>& bytes) {
     const std::size_t heard = std::min<std::size_t>(channels_, kPhoneChannels);
-    const auto append = [&](std::span<const float> samples) {
-        for (std::size_t i = 0; i < samples.size(); i += heard) {
-            bytes.push_back(ToByte(samples[i]));
-            bytes.push_back(ToByte(samples[i + heard - 1]));
-        }
-    };
     for (std::size_t i = 0; i < frames.size(); i += channels_) {
         waiting_.insert(waiting_.end(), frames.begin() + static_cast<std::ptrdiff_t>(i),
                         frames.begin() + static_cast<std::ptrdiff_t>(i + heard));
     }
     if (resampler_ == nullptr) {
-        append(waiting_);
+        unfinished_.insert(unfinished_.end(), waiting_.begin(), waiting_.end());
         waiting_.clear();
-        return;
+    } else {
+        Resample(end);
     }
+
+    const std::size_t blockSamples = kBlockFrames * heard;
+    const std::size_t rest = end == Input::kEndsHere ? 0 : unfinished_.size() % blockSamples;
+    const std::span<float> blocks = std::span<float>(unfinished_).first(unfinished_.size() - rest);
+    frontEnd_.Process(blocks);
+    for (std::size_t i = 0; i < blocks.size(); i += heard) {
+        bytes.push_back(ToByte(blocks[i]));
+        bytes.push_back(ToByte(blocks[i + heard - 1]));
+    }
+    unfinished_.erase(unfinished_.begin(), unfinished_.end() - static_cast<std::ptrdiff_t>(rest));
+}
+
+// From what waits to what is unfinished.
+void PhoneConverter::Resample(Input end) {
+    const std::size_t heard = std::min<std::size_t>(channels_, kPhoneChannels);
     converted_.resize(kFramesAtOnce * heard);
     std::span<const float> rest = waiting_;
     Resampler::Progress progress;
@@ -65,7 +76,8 @@ void PhoneConverter::Convert(std::span<const float> frames, Input end, std::vect
         progress = resampler_->Process(
             rest, converted_, end == Input::kEndsHere ? Resampler::Input::kEndsHere : Resampler::Input::kGoesOn);
         rest = rest.subspan(progress.framesTaken * heard);
-        append(std::span<const float>(converted_).first(progress.framesMade * heard));
+        const auto made = converted_.begin() + static_cast<std::ptrdiff_t>(progress.framesMade * heard);
+        unfinished_.insert(unfinished_.end(), converted_.begin(), made);
     } while (progress.framesMade > 0);
     waiting_.erase(waiting_.begin(), waiting_.end() - static_cast<std::ptrdiff_t>(rest.size()));
 }

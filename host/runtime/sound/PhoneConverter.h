@@ -6,12 +6,15 @@
 #include <span>
 #include <vector>
 
+#include "runtime/sound/BreathFrontEnd.h"
+
 namespace host {
 
 class Resampler;
 
-/// Turns sound of any rate into what the phone's microphone delivers (PhoneFormat.h), piece by piece. What lies above
-/// half the phone's rate is filtered out first. One thread at a time; not for a device's thread.
+/// Turns sound of any rate into what the phone's microphone delivers (PhoneFormat.h), block by block. What lies above
+/// half the phone's rate is filtered out first; then comes the front end. One thread at a time; not for a device's
+/// thread.
 class PhoneConverter {
 public:
     /// Null when `rate` cannot be converted. One channel is heard on both sides; of more than two, the first two.
@@ -19,9 +22,13 @@ public:
     ~PhoneConverter();
 
     enum class Input { kGoesOn, kEndsHere };
-    /// Appends to `bytes` what the interleaved `frames` give, whole frames. The filter keeps a few of them back until
+    /// Appends to `bytes` the whole blocks that the interleaved `frames` give. What fills no block is kept back until
     /// it is told that no more follow.
     void Convert(std::span<const float> frames, Input end, std::vector<std::uint8_t>& bytes);
+    /// The frames that fill no block yet are forgotten: what comes next does not follow them.
+    void DropUnfinished() noexcept { unfinished_.clear(); }
+    /// See BreathFrontEnd.
+    void SetOwnTones(std::span<const double> hertz) { frontEnd_.SetOwnTones(hertz); }
 
     /// By how many bytes the result stays behind what was heard while it goes on.
     [[nodiscard]] static std::size_t KeptBackBytes(int rate, int channels);
@@ -29,10 +36,14 @@ public:
 private:
     explicit PhoneConverter(int channels);
 
+    void Resample(Input end);
+
     std::size_t channels_;
     std::unique_ptr<Resampler> resampler_;  ///< null when the rate is the phone's
     std::vector<float> waiting_;            ///< one or two channels, of the input's rate
     std::vector<float> converted_;
+    std::vector<float> unfinished_;  ///< of the phone's rate, less than a block
+    BreathFrontEnd frontEnd_;
 };
 
 }  // namespace host

@@ -20,7 +20,7 @@ Sound::Sound(const SoundServices& services, const Options& options, MicrophoneSu
       clips_(services.storage, services.loop, desk_),
       output_(desk_, services.loop, services.console),
       simulatedMicrophone_(services.loop),
-      deviceSource_(services.microphone, services.loop),
+      deviceSource_(services.microphone, services.loop, desk_.GetTones()),
       capture_(microphone == MicrophoneSupport::kNone ? static_cast<BlockSource&>(simulatedMicrophone_) : deviceSource_,
                services.loop, services.trace, services.console) {
     current = this;
