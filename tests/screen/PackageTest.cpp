@@ -211,6 +211,8 @@ TEST(Layouts, KeepWhatIsWholeOfABrokenOne) {
 <Label name="far" bounds="1e15,0,1,1"/>
 <Panel name="wide" bounds="0,0,32767,32767"/>
 <Label name="whole" bounds="0,0,1,1"/>
+<Label name="away" bounds="9999,0,1,1"/>
+<Label name="large" bounds="0,0,90,90"/>
 )" + deep + "</Form>");
     const auto problems = files.package_.Load(files.backend_->Parts().storage, files.backend_->Parts().painter, "en",
                                               {720, 1280}, files.console_);
@@ -223,7 +225,10 @@ TEST(Layouts, KeepWhatIsWholeOfABrokenOne) {
                   "layouts/IDF_A.xml:5: bounds of <Label> is x,y,width,height, not \"1e15,0,1,1\"",
                   ("layouts/IDF_A.xml:6: bounds of <Panel> is of numbers no further than 10000 from 0, not "
                    "\"0,0,32767,32767\""),
-                  "layouts/IDF_A.xml:8: controls lie at most 64 deep in each other"}),
+                  "layouts/IDF_A.xml:8: the <Label> lies too far from the screen",
+                  ("layouts/IDF_A.xml:9: the controls of a layout cover at most 64 screens together, which this "
+                   "<Label> exceeds"),
+                  "layouts/IDF_A.xml:10: controls lie at most 64 deep in each other"}),
               ends);
     const LayoutControl* form = files.package_.FindLayout("IDF_A");
     ASSERT_NE(nullptr, form);

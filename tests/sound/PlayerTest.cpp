@@ -451,6 +451,25 @@ TEST(Player, SharesAClipUntilItsFileChanges) {
     EXPECT_EQ(kept->Ready(), kLong);
 }
 
+TEST(Player, DoesNotReadARefusedFileAgainBeforeItChanges) {
+    Rig rig;
+    const auto open = [&rig](const std::string& path) {
+        std::shared_ptr<const host::Clip> clip;
+        return rig.sound->GetClips().Open(path, clip);
+    };
+    const auto path = WriteClip(rig, "clip.wav", Sine(500, 3, 0.5));
+    const Bytes whole = ReadFile(path);
+    WriteFile(path, Bytes(whole.size(), 'x'));
+    const auto time = std::filesystem::last_write_time(path);
+    EXPECT_EQ(open(path), host::ClipCache::Outcome::kUnsupported);
+    // Whole now, but it looks the same from outside.
+    WriteFile(path, whole);
+    std::filesystem::last_write_time(path, time);
+    EXPECT_EQ(open(path), host::ClipCache::Outcome::kUnsupported);
+    std::filesystem::last_write_time(path, time + std::chrono::seconds(1));
+    EXPECT_EQ(open(path), host::ClipCache::Outcome::kOpened);
+}
+
 TEST(Player, GoesOnInTimeWhileTheSpeakerIsLost) {
     Rig rig;
     const auto frames = Counting(30000);

@@ -33,6 +33,9 @@ struct BoxLook {
     double borderWidth = 0;
 };
 
+/// No edge of a control lies further than this from the screen's corner, in the phone's pixels.
+inline constexpr int kFarthestEdge = 100'000;
+
 enum class ControlKind { kForm, kPopup, kLabel, kButton, kPanel, kCheckButton, kColorPicker };
 
 /// A control of a layout and what is in it, scaled to the phone's screen. A plain value, made by LayoutReader.

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -97,6 +98,13 @@ bool IsAllowed(std::string_view attribute, ControlKind kind) {
 // mistake, and would cost the stack or the memory of surfaces that nobody sees.
 constexpr int kDeepest = 64;
 constexpr double kFarthest = 10'000;
+
+// The surfaces of so much take a quarter of a gigabyte on a phone's screen.
+constexpr std::int64_t kMostScreens = 64;
+
+bool IsNear(double begin, double size) {
+    return std::abs(begin) <= kFarthestEdge && std::abs(begin + size) <= kFarthestEdge;
+}
 
 int Rounded(double value) {
     return static_cast<int>(std::lround(value));
@@ -213,6 +221,10 @@ bool LayoutReader::ReadBounds(const pugi::xml_node& element, const Mapping& mapp
         y = {y.begin + (y.size - height) / 2, height};
     }
     if (shape == Shape::kCircle && !PlaceCircle(element, x, y)) return false;
+    // Written so that what is no number is refused, too.
+    if (!IsNear(x.begin, x.size) || !IsNear(y.begin, y.size)) {
+        return file_.Fail(element, std::string("the <") + element.name() + "> lies too far from the screen");
+    }
     if (shape == Shape::kBox) {
         // The edges are rounded and not the sizes, so that neighbours still meet.
         place.x = Rounded(x.begin);
@@ -227,7 +239,11 @@ bool LayoutReader::ReadBounds(const pugi::xml_node& element, const Mapping& mapp
     inner.y = {y.begin, y.size / (*numbers)[3], (*numbers)[3]};
     place.width = std::max(place.width, 1);
     place.height = std::max(place.height, 1);
-    return true;
+    pixels_ += place.Area();
+    if (pixels_ <= kMostScreens * PixelRect{0, 0, screen_.width, screen_.height}.Area()) return true;
+    pixels_ -= place.Area();
+    return file_.Fail(element, "the controls of a layout cover at most " + std::to_string(kMostScreens) +
+                                   " screens together, which this <" + element.name() + "> exceeds");
 }
 
 LayoutReader::Span LayoutReader::PlaceAlong(const Axis& axis, double begin, double size, Hold hold) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <set>
@@ -89,6 +90,7 @@ private:
     PixelSize screen_;
     const LayoutReferences& references_;
     double smallerScale_ = 1;
+    std::int64_t pixels_ = 0;  ///< of all controls so far
     std::set<std::string> names_;
 };
 

@@ -36,6 +36,8 @@ ClipCache::Outcome ClipCache::Open(const std::string& path, std::shared_ptr<cons
         Remove(known->second);
     }
     if (!stamp) return Outcome::kMissing;
+    const auto refused = refused_.find(path);
+    if (refused != refused_.end() && refused->second == *stamp) return Outcome::kUnsupported;
 
     std::vector<std::byte> content;
     switch (storage_.Read(path, kLargestFileBytes, content)) {
@@ -49,11 +51,11 @@ ClipCache::Outcome ClipCache::Open(const std::string& path, std::shared_ptr<cons
             return Outcome::kUnsupported;
     }
     auto decoder = ClipDecoder::Open(std::move(content), rate_);
-    if (decoder == nullptr) return Outcome::kUnsupported;
+    if (decoder == nullptr) return Refuse(path, *stamp);
     // A tone may begin in its sustained part.
     const std::size_t framesAtFirst = decoder->GetClip()->Shape().loopStart + SliceFrames();
     const std::size_t framesNow = decoder->IsProvedWhole() ? framesAtFirst : decoder->GetClip()->Length();
-    if (!decoder->Advance(framesNow)) return Outcome::kUnsupported;
+    if (!decoder->Advance(framesNow)) return Refuse(path, *stamp);
 
     clip = decoder->GetClip();
     entries_.push_front({path, *stamp, clip});
@@ -65,6 +67,11 @@ ClipCache::Outcome ClipCache::Open(const std::string& path, std::shared_ptr<cons
         DecodeOnTimer();
     }
     return Outcome::kOpened;
+}
+
+ClipCache::Outcome ClipCache::Refuse(const std::string& path, const FileStamp& stamp) {
+    refused_.insert_or_assign(path, stamp);
+    return Outcome::kUnsupported;
 }
 
 void ClipCache::Remove(Entries::iterator entry) {
@@ -94,11 +101,13 @@ void ClipCache::DecodeSlice() {
         if (!decoder->IsDone()) unfinished_.push_back(std::move(decoder));
         return listener_.OnClipGrew(*clip);
     }
-    // The decoder and the proof disagree, which no file is known for. The clip is silent from here on, and the next
-    // open decides anew.
+    // The structure was that of a whole file, but a packet holds no sound: only a file made for that is known to be so.
+    // The clip is silent from here on, and does not open again.
     const auto entry =
         std::find_if(entries_.begin(), entries_.end(), [&](const Entry& each) { return each.clip == clip; });
-    if (entry != entries_.end()) Remove(entry);
+    if (entry == entries_.end()) return;
+    refused_.insert_or_assign(entry->path, entry->stamp);
+    Remove(entry);
 }
 
 std::size_t ClipCache::SliceFrames() const {

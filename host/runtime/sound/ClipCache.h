@@ -28,7 +28,8 @@ public:
     /// The rate of the clips; before the first Open.
     void SetRate(int rate) { rate_ = rate; }
 
-    /// kUnsupported for a file that does not decode to its end, or is longer than a minute.
+    /// kUnsupported for a file that does not decode to its end, or is longer than a minute. Such a file is not read
+    /// again before it changes.
     enum class Outcome { kOpened, kMissing, kUnsupported };
     [[nodiscard]] Outcome Open(const std::string& path, std::shared_ptr<const Clip>& clip);
 
@@ -43,6 +44,7 @@ private:
     };
     using Entries = std::list<Entry>;
 
+    Outcome Refuse(const std::string& path, const FileStamp& stamp);
     void Remove(Entries::iterator entry);
     void KeepWithinLimit();
     void DecodeOnTimer();
@@ -55,6 +57,7 @@ private:
     int rate_ = 0;
     Entries entries_;  ///< the one opened last in front
     std::map<std::string, Entries::iterator> byPath_;
+    std::map<std::string, FileStamp> refused_;
     std::size_t bytes_ = 0;
     std::list<std::unique_ptr<ClipDecoder>> unfinished_;
     TimerQueue::Id timer_ = TimerQueue::kNone;
