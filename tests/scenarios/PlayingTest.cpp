@@ -233,6 +233,44 @@ TEST(Playing, GoesOnWithSilenceForARecordingThatIsSpoilt) {
     ExpectTone(sound, 8200, 8900, {4, 9});
 }
 
+// A demonstration tells in comments when each of its notes is meant to begin.
+TEST(Playing, PlaysItsDemonstrationsAsTheyAreMeant) {
+    constexpr double kPeriodMs = 256 * 1000.0 / kRate;
+    for (const std::string name : {"ode-to-joy", "compass"}) {
+        const std::string demo = std::string(BREVANT_PACKAGE) + "../demo/" + name;
+        std::ifstream file(demo + ".performance");
+        std::string performance;
+        std::vector<std::pair<double, std::string>> meant;
+        for (std::string line; std::getline(file, line); performance += line + '\n') {
+            double ms = 0;
+            std::array<char, 32> tone{};
+            if (std::sscanf(line.c_str(), "# meant at %lf: %31s", &ms, tone.data()) == 2) {
+                meant.emplace_back(ms, tone.data());
+            }
+        }
+        EXPECT_GT(meant.size(), 40U) << name;
+        ProgramRun run;
+        ASSERT_EQ(0, run.Play(performance, {"--breath", demo + ".wav"})) << run.Errors();
+
+        // A tone begins with the next of the speaker's periods.
+        std::vector<std::pair<double, std::string>> begun;
+        std::string opened;
+        for (const auto& line : run.ReadTrace()) {
+            if (line["what"] != "player") continue;
+            if (line["event"] == "open") opened = line["file"];
+            const double ms = std::ceil(line["ms"].get<double>() / kPeriodMs) * kPeriodMs;
+            if (line["event"] == "play") begun.emplace_back(ms, opened);
+        }
+        for (const auto& [ms, tone] : meant) {
+            EXPECT_TRUE(std::any_of(begun.begin(), begun.end(),
+                                    [&, at = ms, &wanted = tone](const auto& each) {
+                                        return each.second == wanted && std::abs(each.first - at) <= 3;
+                                    }))
+                << name << ' ' << ms << ' ' << tone;
+        }
+    }
+}
+
 TEST(Playing, ClicksAtNoChangeOfFingeringAndAtNoStartOrStop) {
     constexpr int kHoldMs = 60;
     constexpr double kMostOfATonesOwnStep = 1.5;

@@ -1,7 +1,7 @@
-// Writes the demonstration: a performance file that fingers the theme of Beethoven's Ode to Joy (Ninth Symphony, fourth
-// movement, 1824) and the breath that goes with it, as the turbulence that a microphone hears from a player's mouth.
+// Writes the demonstrations: performance files that finger tunes, and the breath that goes with each, as the turbulence
+// that a microphone hears from a player's mouth.
 //
-//   brevant_demo DIR     writes DIR/ode-to-joy.performance and DIR/ode-to-joy.wav
+//   brevant_demo DIR     writes DIR/NAME.performance and DIR/NAME.wav for each tune
 
 #include <sndfile.h>
 
@@ -10,55 +10,26 @@
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
+#include <iomanip>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "play/FingeringTable.h"
+#include "Interpretation.h"
+#include "Tune.h"
 
 namespace {
 
 constexpr int kRate = 8000;
 constexpr int kHoles = 4;
-constexpr int kBeatMs = 480;
-// The splash takes 2.5 s; a player takes a breath before the first note.
-constexpr int kFirstNoteMs = 3200;
-// A tongue closes the breath this long before a note that repeats the one before; two blocks of the microphone fit in.
-constexpr int kTongueMs = 70;
-constexpr int kPhraseBreathMs = 150;
 // The breath rises and falls over this time at the start and the end of a slur.
-constexpr int kEdgeMs = 12;
-
-struct Note {
-    Tone tone;
-    double beats;
-    bool endsPhrase;
-};
-
-constexpr Tone kLowG{3, 7};
-constexpr Tone kC{4, 0};
-constexpr Tone kD{4, 2};
-constexpr Tone kE{4, 4};
-constexpr Tone kF{4, 5};
-constexpr Tone kG{4, 7};
-
-std::vector<Note> OdeToJoy() {
-    const std::vector<Note> opening = {{kE, 1, false}, {kE, 1, false}, {kF, 1, false}, {kG, 1, false},
-                                       {kG, 1, false}, {kF, 1, false}, {kE, 1, false}, {kD, 1, false},
-                                       {kC, 1, false}, {kC, 1, false}, {kD, 1, false}, {kE, 1, false}};
-    const std::vector<Note> halfClose = {{kE, 1.5, false}, {kD, 0.5, false}, {kD, 2, true}};
-    const std::vector<Note> fullClose = {{kD, 1.5, false}, {kC, 0.5, false}, {kC, 2, true}};
-    const std::vector<Note> middle = {
-        {kD, 1, false},   {kD, 1, false}, {kE, 1, false}, {kC, 1, false}, {kD, 1, false},   {kE, 0.5, false},
-        {kF, 0.5, false}, {kE, 1, false}, {kC, 1, false}, {kD, 1, false}, {kE, 0.5, false}, {kF, 0.5, false},
-        {kE, 1, false},   {kD, 1, false}, {kC, 1, false}, {kD, 1, false}, {kLowG, 2, true}};
-    std::vector<Note> tune;
-    for (const auto* part : {&opening, &halfClose, &opening, &fullClose, &middle, &opening, &fullClose}) {
-        tune.insert(tune.end(), part->begin(), part->end());
-    }
-    return tune;
-}
+constexpr int kEdgeMs = 6;
+// Before a new breath the fingers are in place this much earlier.
+constexpr double kFingersMs = 30;
+// The volume is set this much before the note that has it.
+constexpr double kVolumeMs = 8;
+constexpr double kRestMs = 600;
 
 int MaskOf(const Tone& tone) {
     for (int mask = 0; mask < 1 << kHoles; ++mask) {
@@ -67,17 +38,6 @@ int MaskOf(const Tone& tone) {
     }
     throw std::runtime_error("the instrument has no such tone");
 }
-
-bool IsSame(const Tone& a, const Tone& b) {
-    return a.octave == b.octave && a.semitone == b.semitone;
-}
-
-// The breath's strength over the time of a slur, 0..1.
-struct Slur {
-    int beginMs;
-    int endMs;
-    double level;
-};
 
 // Breath noise: low-passed turbulence. A fixed generator keeps the file the same wherever it is made.
 class Turbulence {
@@ -99,15 +59,15 @@ private:
     double filtered_ = 0;
 };
 
-double Envelope(const Slur& slur, double ms) {
-    if (ms < slur.beginMs || ms >= slur.endMs) return 0;
-    const double edge = std::min({1.0, (ms - slur.beginMs) / kEdgeMs, (slur.endMs - ms) / kEdgeMs});
-    // A slur swells a little and tapers, as a breath does.
-    const double place = (ms - slur.beginMs) / (slur.endMs - slur.beginMs);
-    return slur.level * edge * (0.88 + 0.12 * std::sin(place * 3.14159265358979));
+double Envelope(const Breath& breath, double ms) {
+    if (ms < breath.beginMs || ms >= breath.endMs) return 0;
+    const double edge = std::min({1.0, (ms - breath.beginMs) / kEdgeMs, (breath.endMs - ms) / kEdgeMs});
+    // A breath swells a little and tapers.
+    const double place = (ms - breath.beginMs) / (breath.endMs - breath.beginMs);
+    return breath.level * edge * (0.88 + 0.12 * std::sin(place * 3.14159265358979));
 }
 
-void WriteBreath(const std::string& path, const std::vector<Slur>& slurs) {
+void WriteBreath(const std::string& path, const std::vector<Breath>& breaths) {
     SF_INFO info{};
     info.samplerate = kRate;
     info.channels = 1;
@@ -118,60 +78,57 @@ void WriteBreath(const std::string& path, const std::vector<Slur>& slurs) {
     std::vector<float> samples;
     Turbulence turbulence;
     std::size_t current = 0;
-    const auto frames = static_cast<std::size_t>(slurs.back().endMs) * kRate / 1000;
+    const auto frames = static_cast<std::size_t>(breaths.back().endMs) * kRate / 1000;
     for (std::size_t frame = 0; frame < frames; ++frame) {
         const double ms = static_cast<double>(frame) * kMsPerSecond / kRate;
-        while (current + 1 < slurs.size() && ms >= slurs[current].endMs) ++current;
-        samples.push_back(static_cast<float>(Envelope(slurs[current], ms) * turbulence.Next()));
+        while (current + 1 < breaths.size() && ms >= breaths[current].endMs) ++current;
+        samples.push_back(static_cast<float>(Envelope(breaths[current], ms) * turbulence.Next()));
     }
     const auto count = static_cast<sf_count_t>(samples.size());
     if (sf_writef_float(file.get(), samples.data(), count) != count)
         throw std::runtime_error(path + " cannot be written");
 }
 
-void WritePerformance(const std::string& path, const std::vector<Note>& tune, std::vector<Slur>& slurs) {
+void WriteFingers(std::ostream& file, double ms, int covered, int mask) {
     constexpr const char* kKeys[kHoles] = {"KeyR", "KeyU", "KeyF", "KeyJ"};
-    constexpr double kQuiet = 0.75;
-    constexpr double kLoud = 0.95;
-    std::ofstream file(path);
-    file << "# The theme of the Ode to Joy (L. van Beethoven, 1824). Made by brevant_demo together with its breath.\n"
-         << "# notes: " << tune.size() << "\n"
-         << "1000 screenshot splash.png\n"
-         << "2900 screenshot play.png\n";
-    int covered = 0;
-    double beat = 0;
-    bool startsSlur = true;
-    bool hasPictureOfPlaying = false;
-    for (std::size_t i = 0; i < tune.size(); ++i) {
-        const Note& note = tune[i];
-        const int begin = kFirstNoteMs + static_cast<int>(beat * kBeatMs);
-        beat += note.beats;
-        const int end = kFirstNoteMs + static_cast<int>(beat * kBeatMs);
-        const int mask = MaskOf(note.tone);
-        // Before a slur the fingers are in place a moment earlier; within one they move with the note.
-        const int fingersMs = startsSlur ? begin - kTongueMs / 2 : begin;
-        for (int hole = 0; hole < kHoles; ++hole) {
-            if ((covered & ~mask & 1 << hole) != 0) file << fingersMs << " key " << kKeys[hole] << " release\n";
-        }
-        for (int hole = 0; hole < kHoles; ++hole) {
-            if ((mask & ~covered & 1 << hole) != 0) file << fingersMs << " key " << kKeys[hole] << " press\n";
-        }
-        covered = mask;
-        if (startsSlur) slurs.push_back({begin, end, note.beats > 1 ? kLoud : kQuiet});
-        const bool isRepeated = i + 1 < tune.size() && IsSame(note.tone, tune[i + 1].tone);
-        const bool endsSlur = note.endsPhrase || isRepeated || i + 1 == tune.size();
-        slurs.back().endMs = endsSlur ? end - (note.endsPhrase ? kPhraseBreathMs : kTongueMs) : end;
-        startsSlur = endsSlur;
-        if (!hasPictureOfPlaying && mask == (1 << kHoles) - 1) {
-            file << begin + kBeatMs / 2 << " screenshot playing.png\n";
-            hasPictureOfPlaying = true;
-        }
-    }
-    constexpr int kRestMs = 600;
-    const int end = kFirstNoteMs + static_cast<int>(beat * kBeatMs) + kRestMs;
     for (int hole = 0; hole < kHoles; ++hole) {
-        if ((covered & 1 << hole) != 0) file << end << " key " << kKeys[hole] << " release\n";
+        if ((covered & ~mask & 1 << hole) != 0) file << ms << " key " << kKeys[hole] << " release\n";
     }
+    for (int hole = 0; hole < kHoles; ++hole) {
+        if ((mask & ~covered & 1 << hole) != 0) file << ms << " key " << kKeys[hole] << " press\n";
+    }
+}
+
+// `hasPictures` for the one that shows the program, too. There the volume stays until the last picture, which shows no
+// notice of it.
+void WritePerformance(const std::string& path, const Tune& tune, const Interpretation& played, bool hasPictures) {
+    std::ofstream file(path);
+    file << "# " << tune.title << " Made by brevant_demo together with its breath.\n"
+         << "# notes: " << tune.notes.size() << "\n"
+         << std::fixed << std::setprecision(1);
+    if (hasPictures) file << "1000 screenshot splash.png\n2900 screenshot play.png\n";
+    int covered = 0;
+    int ringtone = 0;
+    bool isPictureDue = hasPictures;
+    for (const PlayedNote& note : played.notes) {
+        const int mask = MaskOf(note.tone);
+        if (!isPictureDue && note.ringtone != ringtone) {
+            file << note.beginMs - (note.isTongued ? kFingersMs : 0) - kVolumeMs << " ringtone " << note.ringtone
+                 << "\n";
+            ringtone = note.ringtone;
+        }
+        WriteFingers(file, note.beginMs - (note.isTongued ? kFingersMs : kSpeakerMs), covered, mask);
+        file << "# meant at " << note.beginMs << ": ocarina_" << note.tone.octave << '_' << std::setw(2)
+             << std::setfill('0') << note.tone.semitone << ".ogg\n";
+        covered = mask;
+        if (isPictureDue && mask == (1 << kHoles) - 1) {
+            constexpr double kIntoTheNoteMs = 240;
+            file << note.beginMs + kIntoTheNoteMs << " screenshot playing.png\n";
+            isPictureDue = false;
+        }
+    }
+    const double end = played.endMs + kRestMs;
+    WriteFingers(file, end, covered, 0);
     file << end << " quit\n";
     if (!file) throw std::runtime_error(path + " cannot be written");
 }
@@ -184,10 +141,14 @@ int main(int argc, char* argv[]) {
         return 2;
     }
     try {
-        const std::string folder = argv[1];
-        std::vector<Slur> slurs;
-        WritePerformance(folder + "/ode-to-joy.performance", OdeToJoy(), slurs);
-        WriteBreath(folder + "/ode-to-joy.wav", slurs);
+        const std::string folder = std::string(argv[1]) + "/";
+        bool hasPictures = true;
+        for (const Tune& tune : {OdeToJoy(), Compass()}) {
+            const Interpretation played(tune);
+            WritePerformance(folder + tune.name + ".performance", tune, played, hasPictures);
+            WriteBreath(folder + tune.name + ".wav", played.breaths);
+            hasPictures = false;
+        }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "brevant_demo: %s\n", error.what());
         return 1;
