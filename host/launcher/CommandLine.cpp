@@ -63,6 +63,10 @@ CommandLine ReadCommandLine(int argc, const char* const* argv, const std::vector
     parser.add_option("--breath", options.breath, "What the microphone hears once it is started, then silence")
         ->type_name("FILE.wav");
     parser.add_option("--record", options.record, "Write what the speaker plays")->type_name("FILE.wav");
+    parser
+        .add_option("--keep-performance", options.keepPerformance,
+                    "Write what the player does as a performance file that gives the same tones again")
+        ->type_name("FILE");
     parser.add_option("--screenshots", options.screenshots, "Where screenshots go")->type_name("DIR");
     parser.add_option("--trace", options.trace, "Write one JSON object a line for each thing that happens")
         ->type_name("FILE");

@@ -16,10 +16,11 @@ struct Options {
     std::optional<std::string> backend;
     PixelSize screen{720, 1280};  ///< the phone's own pixels
     std::optional<std::string> dataFolder;
-    std::optional<std::string> performance;  ///< the file that is played
-    std::optional<std::string> breath;       ///< a sound file that the simulated microphone hears
-    std::optional<std::string> record;       ///< the WAV file that gets what the speaker plays
-    std::string screenshots = ".";           ///< the folder of pictures without a path of their own
+    std::optional<std::string> performance;      ///< the file that is played
+    std::optional<std::string> breath;           ///< a sound file that the simulated microphone hears
+    std::optional<std::string> keepPerformance;  ///< the file that gets what the player does
+    std::optional<std::string> record;           ///< the WAV file that gets what the speaker plays
+    std::string screenshots = ".";               ///< the folder of pictures without a path of their own
     std::optional<std::string> trace;
     bool hasTraceTimers = false;
     int ringtoneVolume = 11;               ///< 0..kLoudestRingtone

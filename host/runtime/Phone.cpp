@@ -7,6 +7,7 @@
 #include "runtime/notices/Notices.h"
 #include "runtime/package/Package.h"
 #include "runtime/performance/Performance.h"
+#include "runtime/performance/PerformanceKeeper.h"
 #include "runtime/performance/PerformancePlayer.h"
 #include "runtime/performance/PerformanceReader.h"
 #include "runtime/screen/Screen.h"
@@ -51,7 +52,10 @@ Phone& Phone::Current() {
 }
 
 bool Phone::Open(std::string& problem) {
-    if (!runtime_.Prepare(problem) || !PreparePerformance(problem) || !runtime_.Open(*this, problem)) return false;
+    if (!runtime_.Prepare(problem) || !PreparePerformance(problem) || !PrepareKeeper(problem) ||
+        !runtime_.Open(*this, problem)) {
+        return false;
+    }
     if (entry_.attendance == Attendance::kAttended) {
         notices_ = std::make_unique<Notices>(runtime_.GetScreen(), runtime_.GetSound(), runtime_.GetLoop(),
                                              runtime_.GetPackage(), runtime_.GetStorage());
@@ -70,6 +74,19 @@ bool Phone::PreparePerformance(std::string& problem) {
     performance_ = LoadPerformance(parts_.storage, *options_.performance, problem);
     return performance_ != nullptr && PerformancePlayer::Check(*performance_, runtime_.GetPackage(), parts_.storage,
                                                                options_.screenshots, problem);
+}
+
+bool Phone::PrepareKeeper(std::string& problem) {
+    if (!options_.keepPerformance) return true;
+    std::string reason;
+    auto file = parts_.storage.OpenOutput(*options_.keepPerformance, reason);
+    if (file == nullptr) {
+        problem = *options_.keepPerformance + ": the performance cannot be kept there: " + reason;
+        return false;
+    }
+    performanceKeeper_ = std::make_unique<PerformanceKeeper>(runtime_.GetLoop(), runtime_.GetConsole(), std::move(file),
+                                                             *options_.keepPerformance);
+    return true;
 }
 
 void Phone::Run(EntryPoint entryPoint, EndHandler onEnd) {
@@ -91,6 +108,11 @@ void Phone::Start(std::unique_ptr<Application> application) {
     application_ = std::move(application);
     runtime_.GetLoop().StartTimer(kFirstScreenTime, [this] { isTimeForSound_ = true; });
     if (visibility_ == Visibility::kVisible) EnterForeground();
+    if (performanceKeeper_) {
+        performanceKeeper_->Start(options_);
+        runtime_.GetScreen().SetInputWatcher(performanceKeeper_.get());
+        runtime_.GetSound().GetCapture().SetBlockWatcher(performanceKeeper_.get());
+    }
     if (performance_) {
         const auto atEnd = entry_.attendance == Attendance::kUnattended ? PerformancePlayer::AtEnd::kEndProgram
                                                                         : PerformancePlayer::AtEnd::kGoOn;
@@ -106,9 +128,14 @@ void Phone::RequestEnd() {
     parts_.loopDriver.Wake();
 }
 
+void Phone::OnPerformed(const PerformanceAction& action) {
+    if (performanceKeeper_) performanceKeeper_->Keep(action);
+}
+
 void Phone::EnterForeground() {
     if (isForeground_ || application_ == nullptr) return;
     isForeground_ = true;
+    OnPerformed(StateAction{StateChange::kForeground});
     runtime_.GetTrace().Add("app", "foreground");
     runtime_.GetScreen().ResumeInput();
     application_->OnForeground();
@@ -117,6 +144,7 @@ void Phone::EnterForeground() {
 void Phone::EnterBackground() {
     if (!isForeground_ || application_ == nullptr) return;
     isForeground_ = false;
+    OnPerformed(StateAction{StateChange::kBackground});
     runtime_.GetTrace().Add("app", "background");
     runtime_.GetScreen().SuspendInput();
     application_->OnBackground();
@@ -125,6 +153,7 @@ void Phone::EnterBackground() {
 void Phone::TurnScreenOn() {
     if (isScreenOn_ || application_ == nullptr) return;
     isScreenOn_ = true;
+    OnPerformed(StateAction{StateChange::kScreenOn});
     runtime_.GetTrace().Add("app", "screen-on");
     application_->OnScreenOn();
 }
@@ -132,6 +161,7 @@ void Phone::TurnScreenOn() {
 void Phone::TurnScreenOff() {
     if (!isScreenOn_ || application_ == nullptr) return;
     isScreenOn_ = false;
+    OnPerformed(StateAction{StateChange::kScreenOff});
     runtime_.GetTrace().Add("app", "screen-off");
     application_->OnScreenOff();
 }
@@ -160,6 +190,7 @@ void Phone::End() {
     // Silence first: what the application takes its time for afterwards is not heard.
     runtime_.CloseSound();
     performancePlayer_.reset();
+    if (performanceKeeper_) performanceKeeper_->Finish();
     if (notices_) notices_->Save();
     notices_.reset();
     application_->OnEnd();

@@ -8,11 +8,12 @@
 #include "runtime/Application.h"
 #include "runtime/Options.h"
 #include "runtime/Runtime.h"
+#include "runtime/performance/Performance.h"
 
 namespace host {
 
-class Performance;
 class Notices;
+class PerformanceKeeper;
 class PerformancePlayer;
 
 /// The application's entry point.
@@ -53,6 +54,9 @@ public:
     void TurnScreenOn();
     void TurnScreenOff();
 
+    /// A performance has done something to the phone that is neither finger nor key nor breath.
+    void OnPerformed(const PerformanceAction& action);
+
     [[nodiscard]] Runtime& GetRuntime() { return runtime_; }
 
 private:
@@ -64,6 +68,7 @@ private:
     void OnCloseRequested() override { RequestEnd(); }
 
     [[nodiscard]] bool PreparePerformance(std::string& problem);
+    [[nodiscard]] bool PrepareKeeper(std::string& problem);
     void End();
     void TellEnd(int result);
 
@@ -74,6 +79,7 @@ private:
     Runtime runtime_;
     std::shared_ptr<const Performance> performance_;
     std::unique_ptr<PerformancePlayer> performancePlayer_;
+    std::unique_ptr<PerformanceKeeper> performanceKeeper_;
     std::unique_ptr<Notices> notices_;  ///< where a person is in front of it
     std::unique_ptr<Application> application_;
     EndHandler onEnd_;

@@ -25,4 +25,11 @@ inline constexpr std::array<PhoneKeyName, 3> kPhoneKeyNames{
     return std::nullopt;
 }
 
+[[nodiscard]] constexpr std::string_view NameOf(PhoneKey key) noexcept {
+    for (const PhoneKeyName& candidate : kPhoneKeyNames) {
+        if (candidate.key == key) return candidate.name;
+    }
+    return {};
+}
+
 }  // namespace host

@@ -108,6 +108,7 @@ void PerformancePlayer::Do(const PeakAction& action, int) {
 }
 
 void PerformancePlayer::Do(const RingtoneAction& action, int) {
+    phone_.OnPerformed(action);
     runtime_.GetSound().SetRingtoneVolume(action.volume);
 }
 
@@ -115,6 +116,7 @@ void PerformancePlayer::Do(const PickAction& action, int line) {
     Screen& screen = runtime_.GetScreen();
     screen.FlushReports();
     if (auto* picker = dynamic_cast<ColorPickerNode*>(screen.FindOnTop(action.control))) {
+        phone_.OnPerformed(action);
         picker->Pick(action.color);
     } else {
         Complain(line, "no colour picker " + action.control + " is on the screen now");
@@ -139,6 +141,7 @@ void PerformancePlayer::Do(const StateAction& action, int) {
 }
 
 void PerformancePlayer::Do(const DeviceAction& action, int) {
+    phone_.OnPerformed(action);
     Sound& sound = runtime_.GetSound();
     const bool isLost = action.change == DeviceChange::kLost;
     if (action.device == Device::kSpeaker) {

@@ -30,6 +30,7 @@ void Screen::OnTouch(const TouchInput& touch) {
 
 void Screen::Touch(const FingerId& finger, TouchPhase phase, std::optional<PointF> place) {
     if (isInputSuspended_) return;
+    if (inputWatcher_ != nullptr) inputWatcher_->OnFingerUsed(finger, phase, place);
     // The finger that goes on with a drag is what its report waits for; any other may act on what was dragged.
     FlushReportsBut(fingers_->NodeOf(finger));
     switch (phase) {
@@ -73,6 +74,7 @@ void Screen::OnKey(const KeyInput& key) {
 
 void Screen::PressKey(std::string_view code, ShiftKey shift) {
     if (isInputSuspended_) return;
+    if (inputWatcher_ != nullptr) inputWatcher_->OnKeyUsed(code, KeyPhase::kDown);
     FlushReports();
     TellOfUse();
     keyboard_->Press(code, shift);
@@ -80,12 +82,14 @@ void Screen::PressKey(std::string_view code, ShiftKey shift) {
 
 void Screen::LiftKey(std::string_view code) {
     if (isInputSuspended_) return;
+    if (inputWatcher_ != nullptr) inputWatcher_->OnKeyUsed(code, KeyPhase::kUp);
     FlushReports();
     keyboard_->Lift(code);
 }
 
 void Screen::PressPhoneKey(PhoneKey key) {
     if (isInputSuspended_) return;
+    if (inputWatcher_ != nullptr) inputWatcher_->OnPhoneKeyUsed(key, KeyPhase::kDown);
     FlushReports();
     TellOfUse();
     keyboard_->PressPhoneKey(key);
@@ -93,6 +97,7 @@ void Screen::PressPhoneKey(PhoneKey key) {
 
 void Screen::LiftPhoneKey(PhoneKey key) {
     if (isInputSuspended_) return;
+    if (inputWatcher_ != nullptr) inputWatcher_->OnPhoneKeyUsed(key, KeyPhase::kUp);
     FlushReports();
     keyboard_->LiftPhoneKey(key);
 }
@@ -111,6 +116,7 @@ void Screen::ResumeInput() {
 }
 
 void Screen::LiftAll() {
+    if (inputWatcher_ != nullptr) inputWatcher_->OnAllLifted();
     fingers_->CancelAll();
     keyboard_->CancelAll();
 }

@@ -13,6 +13,7 @@
 #include "runtime/package/Package.h"
 #include "runtime/screen/Node.h"
 #include "runtime/screen/input/Fingers.h"
+#include "runtime/screen/input/InputWatcher.h"
 #include "runtime/screen/input/PhoneKeyListener.h"
 #include "runtime/trace/Trace.h"
 
@@ -79,6 +80,8 @@ public:
     void SetOverlay(Node* overlay);
     /// Called whenever a finger or a key is pressed, before it acts. Empty for none.
     void SetUseHandler(std::function<void()> onUse) { onUse_ = std::move(onUse); }
+    /// Null for none. It must outlive the screen, or be taken back.
+    void SetInputWatcher(InputWatcher* watcher) noexcept { inputWatcher_ = watcher; }
     /// Whether keys play on the topmost screen.
     [[nodiscard]] bool IsPlayedOn() const;
     [[nodiscard]] EventLoop& GetLoop() { return loop_; }
@@ -110,6 +113,7 @@ private:
     std::unique_ptr<Keyboard> keyboard_;
     std::vector<std::weak_ptr<Node>> reporting_;  ///< want their reports flushed
     std::function<void()> onUse_;
+    InputWatcher* inputWatcher_ = nullptr;
     bool isInputSuspended_ = false;
 };
 

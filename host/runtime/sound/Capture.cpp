@@ -86,6 +86,7 @@ void Capture::DeliverUnread() {
 void Capture::Deliver(Block& block) {
     hasDeliveredLately_ = true;
     ++blocksDelivered_;
+    if (blockWatcher_ != nullptr) blockWatcher_->OnBlockHeard(block);
     keyBreath_.AddTo(block);
     consumer_->OnBlock(block);
 }

@@ -9,6 +9,7 @@
 #include "runtime/loop/EventLoop.h"
 #include "runtime/loop/Lifetime.h"
 #include "runtime/sound/BlockSource.h"
+#include "runtime/sound/BlockWatcher.h"
 #include "runtime/sound/SoundWatcher.h"
 #include "runtime/sound/Turbulence.h"
 #include "runtime/trace/Trace.h"
@@ -50,6 +51,9 @@ public:
     /// Null for none. It must outlive the capture, or be taken back.
     void SetWatcher(SoundWatcher* watcher) noexcept { watcher_ = watcher; }
 
+    /// Null for none. It must outlive the capture, or be taken back.
+    void SetBlockWatcher(BlockWatcher* watcher) noexcept { blockWatcher_ = watcher; }
+
     /// Since the program's start.
     [[nodiscard]] std::uint64_t BlocksDelivered() const noexcept { return blocksDelivered_; }
 
@@ -70,6 +74,7 @@ private:
     Console& console_;
     CaptureConsumer* consumer_ = nullptr;
     SoundWatcher* watcher_ = nullptr;
+    BlockWatcher* blockWatcher_ = nullptr;
     std::deque<Block> unread_;
     std::uint64_t blocksDelivered_ = 0;
     bool isClosed_ = false;

@@ -40,12 +40,6 @@ bool IsEnter(std::string_view code) {
     return code == "Enter" || code == "NumpadEnter";
 }
 
-std::string_view NameOf(PhoneKey key) {
-    return std::find_if(kPhoneKeyNames.begin(), kPhoneKeyNames.end(),
-                        [key](const PhoneKeyName& candidate) { return candidate.key == key; })
-        ->name;
-}
-
 }  // namespace
 
 Keyboard::Keyboard(const std::vector<KeyBinding>& bindings, ScreenStack& stack, Fingers& fingers,
