@@ -171,7 +171,8 @@ start SDL_DISKAUDIOFILEIN="$folder/breath"
 # The splash stands for two seconds from its first frame on: first the shots, then a look at them.
 until_true "the splash" shows_its_splash
 for ((number = 0; number < 5; ++number)); do shot "early$number"; done
-convert "$root/res/images/intro01.png" -resize "${WIDTH}x${HEIGHT}!" "$folder/intro.png"
+convert "$root/res/images/intro01.png" -resize "${WIDTH}x${HEIGHT}" -background black -gravity center \
+    -extent "${WIDTH}x${HEIGHT}" "$folder/intro.png"
 while ! shows_splash "early$((--number))"; do
     [ "$number" -gt 0 ] || fail "no splash picture was on the screen"
 done

@@ -113,6 +113,22 @@ TEST(Layouts, HoldOnToTheSidesThatTheyName) {
     }
 }
 
+TEST(Layouts, AFormMayKeepTheProportionsOfWhatIsDrawnOnIt) {
+    for (const PixelRect expected : {PixelRect{437, 0, 405, 720}, {0, 240, 1080, 1920}, {0, 0, 720, 1280}}) {
+        Files files;
+        files.folder_.Write("layouts/IDF_A.xml",
+                            R"(<Form name="IDF_A" design="720x1280" client="0,0,720,1280" )"
+                            R"(horizontal="center" vertical="middle"><Label name="a" bounds="0,0,720,1280"/></Form>)");
+        const host::PixelSize screen{expected.x * 2 + expected.width, expected.y * 2 + expected.height};
+        ASSERT_TRUE(files.Load("en", screen)) << files.problem_;
+        const LayoutControl& form = *files.package_.FindLayout("IDF_A");
+        const PixelRect whole{0, 0, screen.width, screen.height};
+        EXPECT_EQ(expected, form.clientArea);
+        EXPECT_EQ(whole, form.bounds);
+        EXPECT_EQ(whole, Child(form, "a").bounds) << "the controls lie on the whole form";
+    }
+}
+
 TEST(PackageProblems, AreOneLineWithFileAndLine) {
     struct Case {
         const char* file;

@@ -24,6 +24,14 @@ constexpr double kFieldWidth = 3.02;
 // Where the middle of the instrument comes to lie, as a share of the picture's height.
 constexpr double kMiddleAt = 0.375;
 
+// The lamp's pool of light: where its middle lies, as a share of the picture's height, and where it ends, in half
+// widths of the picture. The instrument stands higher than the table and keeps its light farther out.
+constexpr double kPoolAt = 0.41;
+constexpr double kPoolEdge = 1.0;
+constexpr double kPoolSoftness = 1.4;
+constexpr double kPoolCoreOnClay = 0.45;
+constexpr double kPoolEdgeOnClay = 1.50;
+
 constexpr Vector3 kKeyLight = {-0.52, 0.50, 0.78};
 constexpr double kHitDistance = 0.0006;
 constexpr double kSafeStep = 0.78;
@@ -206,6 +214,14 @@ std::uint8_t Encoded(double linear) {
     return static_cast<std::uint8_t>(std::lround(255 * std::pow(std::clamp(linear, 0.0, 1.0), kGamma)));
 }
 
+/// The lamp's light, from 1 where it is full to 0 beyond its edge. Blue fades first, as under a bulb that is dimmed.
+/// The picture ends in black on every side, because black is what surrounds it on a screen of other proportions.
+Vector3 Lamplight(double light) {
+    constexpr double kGreenFades = 1.12;
+    constexpr double kBlueFades = 1.28;
+    return {light, std::pow(light, kGreenFades), std::pow(light, kBlueFades)};
+}
+
 /// Keeps bright places from clipping hard.
 double Shoulder(double v) {
     constexpr double kKnee = 0.80;
@@ -247,18 +263,22 @@ void PhotographOcarina(Picture& picture) {
     const int height = cairo_image_surface_get_height(picture.Surface());
     const int stride = cairo_image_surface_get_stride(picture.Surface());
     const Camera camera(width, height);
-    const Vector3 paperTop = Linear(Rgb(0xFFF6E9));
-    const Vector3 paperBottom = Linear(Rgb(0xFFDDB6));
+    const Vector3 paper = Linear(Rgb(0xFFC79A));
 
     const auto shade = [&](double x, double y) {
-        const Vector3 paper = Mix(paperTop, paperBottom, SmoothStep(0.25, 1.0, y / height));
+        const double across = (x - width / 2.0) / (width / 2.0);
+        const double along = (y - kPoolAt * height) / (width / 2.0);
+        const double distance = std::sqrt(across * across + along * along);
         const Ray ray = camera.At(x, y);
         const double t = Hit(ray);
         if (t >= 0) {
             const Vector3 c = ShadeInstrument(ray.from + ray.along * t, ray.along, paper);
-            return Vector3{Shoulder(c.x), Shoulder(c.y), Shoulder(c.z)};
+            return Vector3{Shoulder(c.x), Shoulder(c.y), Shoulder(c.z)} *
+                   Lamplight(1 - SmoothStep(kPoolCoreOnClay, kPoolEdgeOnClay, distance));
         }
-        return ShadeTable(ray.from + ray.along * (-ray.from.z / ray.along.z), paper);
+        const double light = 1 - SmoothStep(0, kPoolEdge, distance);
+        return ShadeTable(ray.from + ray.along * (-ray.from.z / ray.along.z), paper) *
+               Lamplight(std::pow(light, kPoolSoftness));
     };
     std::atomic<int> nextRow = 0;
     const auto work = [&] {

@@ -13,7 +13,7 @@ void DrawSplash(const std::string& folder) {
     // would keep it back by 14 ms.
     Picture picture(kWidth, kHeight, 1, Ground::kOpaque);
     PhotographOcarina(picture);
-    DrawWordmark(picture.Pen(), 360, 1108, 62, kInk, kHoneyDeep);
+    DrawWordmark(picture.Pen(), 360, 1108, 62, kPaper, kHoney);
     picture.SavePng(folder + "/intro01.png");
 }
 

@@ -42,7 +42,8 @@ enum class ControlKind { kForm, kPopup, kLabel, kButton, kPanel, kCheckButton, k
 struct LayoutControl {
     ControlKind kind = ControlKind::kForm;
     std::string name;
-    PixelRect bounds;  ///< in the parent, a form's or popup's on the screen; the phone's pixels
+    PixelRect bounds;                     ///< in the parent, a form's or popup's on the screen; the phone's pixels
+    std::optional<PixelRect> clientArea;  ///< Form: what the application draws on, in the form; otherwise all of it
     bool isVisible = true;
     bool takesTouches = true;
     BoxLook box;

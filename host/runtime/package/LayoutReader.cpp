@@ -47,16 +47,17 @@ struct AttributeRule {
     const char* name;
     unsigned kinds;
 };
-constexpr std::array<AttributeRule, 31> kAttributes{{
+constexpr std::array<AttributeRule, 32> kAttributes{{
     {"name", kRoots | kInner},
     {"design", kRoots},
     {"bounds", kPopup | kInner},
+    {"client", kForm},
     {"visible", kInner},
     {"touch", kInner},
     {"needs", kInner},
     {"shape", kInner},
-    {"horizontal", kPopup | kInner},
-    {"vertical", kPopup | kInner},
+    {"horizontal", kRoots | kInner},
+    {"vertical", kRoots | kInner},
     {"share", kInner},
     {"gravity", kInner},
     {"draws", kRoots},
@@ -150,8 +151,17 @@ bool LayoutReader::ReadControl(const pugi::xml_node& element, const Mapping& map
 
     PixelRect place{0, 0, screen_.width, screen_.height};
     Mapping inner = mapping;
-    const bool isForm = control.kind == ControlKind::kForm;
-    if (!ReadName(element, control) || (!isForm && !ReadBounds(element, mapping, place, inner))) return false;
+    if (!ReadName(element, control)) return false;
+    if (control.kind == ControlKind::kForm) {
+        // Its controls lie where the design has them, whatever part of it the application draws on.
+        Mapping ofClient;
+        if (element.attribute("client") &&
+            !ReadPlace(element, "client", mapping, control.clientArea.emplace(), ofClient)) {
+            return false;
+        }
+    } else if (!ReadPlace(element, "bounds", mapping, place, inner)) {
+        return false;
+    }
     control.bounds = {place.x - parent.x, place.y - parent.y, place.width, place.height};
     if (!ReadLook(element, control) || !ReadText(element, control)) return false;
 
@@ -182,7 +192,8 @@ bool LayoutReader::ReadName(const pugi::xml_node& element, LayoutControl& contro
     return true;
 }
 
-bool LayoutReader::ReadBounds(const pugi::xml_node& element, const Mapping& mapping, PixelRect& place, Mapping& inner) {
+bool LayoutReader::ReadPlace(const pugi::xml_node& element, const char* name, const Mapping& mapping, PixelRect& place,
+                             Mapping& inner) {
     static constexpr std::pair<const char*, Shape> kShapes[] = {
         {"box", Shape::kBox}, {"round", Shape::kRound}, {"circle", Shape::kCircle}};
     static constexpr std::pair<const char*, Hold> kHorizontals[] = {{"stretch", Hold::kStretch},
@@ -197,12 +208,12 @@ bool LayoutReader::ReadBounds(const pugi::xml_node& element, const Mapping& mapp
                                                                   {"sides", Hold::kSides}};
     constexpr std::size_t kSides = 4;
 
-    const auto numbers = ParseNumbers(element.attribute("bounds").value());
+    const auto numbers = ParseNumbers(element.attribute(name).value());
     if (!numbers || numbers->size() != kSides || (*numbers)[2] <= 0 || (*numbers)[3] <= 0) {
-        return FailValue(element, "bounds", "x,y,width,height");
+        return FailValue(element, name, "x,y,width,height");
     }
     if (std::any_of(numbers->begin(), numbers->end(), [](double number) { return std::abs(number) > kFarthest; })) {
-        return FailValue(element, "bounds", "of numbers no further than 10000 from 0");
+        return FailValue(element, name, "of numbers no further than 10000 from 0");
     }
     Shape shape = Shape::kBox;
     Hold horizontal = Hold::kStretch;

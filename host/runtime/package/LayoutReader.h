@@ -69,8 +69,9 @@ private:
     [[nodiscard]] bool ReadName(const pugi::xml_node& element, LayoutControl& control);
     [[nodiscard]] Span PlaceAlong(const Axis& axis, double begin, double size, Hold hold) const;
     [[nodiscard]] bool PlaceCircle(const pugi::xml_node& element, Span& x, Span& y);
-    [[nodiscard]] bool ReadBounds(const pugi::xml_node& element, const Mapping& mapping, PixelRect& place,
-                                  Mapping& inner);
+    /// Of the attribute `name`, which is bounds or client.
+    [[nodiscard]] bool ReadPlace(const pugi::xml_node& element, const char* name, const Mapping& mapping,
+                                 PixelRect& place, Mapping& inner);
     [[nodiscard]] bool ReadLook(const pugi::xml_node& element, LayoutControl& control);
     [[nodiscard]] bool ReadText(const pugi::xml_node& element, LayoutControl& control);
 

@@ -33,7 +33,7 @@ result Form::Construct(const String& layoutName) {
 
 Rectangle Form::GetClientAreaBounds() const {
     const Rectangle bounds = GetBounds();
-    return Rectangle(0, 0, bounds.width, bounds.height);
+    return clientArea_.value_or(Rectangle(0, 0, bounds.width, bounds.height));
 }
 
 result Form::SetBackgroundColor(const Color& color) {
@@ -49,6 +49,8 @@ void Form::SetFormBackEventListener(IFormBackEventListener* pListener) {
 
 void Form::ApplyLayout(const host::LayoutControl& layout) {
     Container::ApplyLayout(layout);
+    clientArea_.reset();
+    if (const auto& area = layout.clientArea) clientArea_.emplace(area->x, area->y, area->width, area->height);
     static_cast<host::BoxNode&>(GetNode()).SetLook(layout.box);
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
+
 #include "Tizen/Graphics/Color.h"
+#include "Tizen/Graphics/Rectangle.h"
 #include "Tizen/Ui/Container.h"
 
 namespace Tizen {
@@ -18,7 +21,8 @@ public:
     /// Builds the form from layouts/`layoutName`.xml. E_FILE_NOT_FOUND, and an empty form, when there is no such form.
     result Construct(const Tizen::Base::String& layoutName);
 
-    /// The part that the application draws on: all of it, for this phone has no bars. In the form's own coordinates.
+    /// The part that the application draws on, in the form's own coordinates: what the layout says, otherwise all of
+    /// it, for this phone has no bars.
     Tizen::Graphics::Rectangle GetClientAreaBounds() const;
     result SetBackgroundColor(const Tizen::Graphics::Color& color);
     /// Null takes it away again.
@@ -29,6 +33,7 @@ private:
     void OnBackReleased() override;
 
     IFormBackEventListener* pBackListener_ = nullptr;
+    std::optional<Tizen::Graphics::Rectangle> clientArea_;
 };
 
 }  // namespace Controls
