@@ -6,6 +6,7 @@
 
 #include "backend/Clock.h"
 #include "backend/Geometry.h"
+#include "backend/Image.h"
 #include "backend/Painter.h"
 
 namespace host {
@@ -73,6 +74,8 @@ public:
                                     InputListener& input) = 0;
     /// No listener is called after this.
     virtual void Close() = 0;
+    /// Gives the open window its picture for the desktop's title bars and lists. Where there are none, nothing happens.
+    virtual void SetIcon(const Image& /*icon*/) {}
 
     /// Device pixels.
     [[nodiscard]] virtual PixelSize Size() const = 0;

@@ -20,7 +20,8 @@ namespace {
 
 constexpr int kLostSomething = 1;
 // Asking for a sound device takes longer than a frame. The first screen is shown before that: the devices are opened so
-// long after the start, when nothing waits to be shown, or as soon as a sound is wanted.
+// long after the start, when nothing waits to be shown, or as soon as a sound is wanted. The window's icon comes then,
+// too.
 constexpr Microseconds kFirstScreenTime = 100 * kMicrosecondsPerMillisecond;
 
 Phone* current = nullptr;
@@ -106,7 +107,7 @@ void Phone::Run(EntryPoint entryPoint, EndHandler onEnd) {
 
 void Phone::Start(std::unique_ptr<Application> application) {
     application_ = std::move(application);
-    runtime_.GetLoop().StartTimer(kFirstScreenTime, [this] { isTimeForSound_ = true; });
+    runtime_.GetLoop().StartTimer(kFirstScreenTime, [this] { isTimeForTheRest_ = true; });
     if (visibility_ == Visibility::kVisible) EnterForeground();
     if (performanceKeeper_) {
         performanceKeeper_->Start(options_);
@@ -175,8 +176,9 @@ Microseconds Phone::RunStep(Microseconds now) {
     }
     const Microseconds nextFrame = runtime_.GetScreen().ComposeIfDue(now);
     runtime_.GetTrace().Flush();
-    if (nextFrame == kNever && std::exchange(isTimeForSound_, false)) {
+    if (nextFrame == kNever && std::exchange(isTimeForTheRest_, false)) {
         runtime_.GetSound().Open();
+        if (entry_.attendance == Attendance::kAttended) parts_.window.SetIcon(runtime_.GetPackage().LoadIcon());
     }
     const Microseconds due = std::min(nextFrame, runtime_.GetLoop().NextDue());
     // Where somebody waits for the next screen, its pictures are made ready while there is nothing to do.

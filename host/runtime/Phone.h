@@ -87,7 +87,7 @@ private:
     bool isForeground_ = false;
     Visibility visibility_ = Visibility::kVisible;  ///< of the window
     bool isScreenOn_ = true;
-    bool isTimeForSound_ = false;
+    bool isTimeForTheRest_ = false;
     bool isEndRequested_ = false;
     bool hasEnded_ = false;
 };

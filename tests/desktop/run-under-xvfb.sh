@@ -161,6 +161,12 @@ hole_has_grown() {
     # shellcheck disable=SC2086 # two coordinates
     [ "$(color open $rim)" != "$(color covered $rim)" ]
 }
+# An icon of 128 pixels is told as a list of numbers: its two sides, then every pixel. A corner is transparent, the middle
+# is not.
+has_icon() {
+    xprop -id "$window" -notype 32c _NET_WM_ICON | tr -dc '0-9,' |
+        awk -F, '{ exit !($1 == 128 && $2 == 128 && NF == 2 + 128 * 128 && $3 == 0 && $(2 + 64 * 128 + 64) != 0) }'
+}
 mouse_to() { xdotool mousemove --window "$window" "$(device "$1")" "$(device "$2")"; }
 
 # Two minutes of breath for the microphone: noise as SDL's disk driver reads it, 32-bit floats, one channel at 48000 Hz.
@@ -182,6 +188,8 @@ told=0
 until_true "the play screen" plays
 until_true "the keyboard's focus" has_focus
 passed "the play screen follows it"
+until_true "the window's icon" has_icon
+passed "the window has the application's icon"
 
 # The open instrument, one hole by a key, one more by the mouse, and back.
 sounds "no hole covered" 5_00 523.25

@@ -128,6 +128,13 @@ void DrawEmblem(cairo_t* pen, Detail detail) {
     }
 }
 
+void DrawWindowIcon(const std::string& folder) {
+    constexpr int kSize = 128;  // The desktops scale it down.
+    Picture icon(kSize, kSize, 1);
+    DrawIcon(icon.Pen(), kSize, Detail::kFull);
+    icon.SavePng(folder + "/app_icon.png");
+}
+
 void DrawApplicationIcon(const std::string& folder) {
     constexpr int kSizes[] = {16, 24, 32, 48, 64, 128, 256, 512};
     constexpr int kSmallBelow = 40;

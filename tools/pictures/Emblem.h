@@ -15,5 +15,7 @@ void EmblemPath(cairo_t* pen);
 
 /// Writes the application icon: brevant.svg and the usual sizes as brevant-N.png.
 void DrawApplicationIcon(const std::string& folder);
+/// Writes the icon that the program gives its window, app_icon.png.
+void DrawWindowIcon(const std::string& folder);
 
 }  // namespace pictures

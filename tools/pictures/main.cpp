@@ -26,6 +26,7 @@ int main(int argc, char** argv) {
         std::filesystem::create_directories(icons);
         // The icon comes first: Cairo numbers the surfaces of a run, and an SVG names its own by that number.
         pictures::DrawApplicationIcon(icons.string());
+        pictures::DrawWindowIcon(images.string());
         pictures::DrawMenuFrames(images.string());
         pictures::DrawMenuButtons(images.string());
         pictures::DrawBreathMeter(images.string());

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <span>
 #include <utility>
 
+#include "png/PngPicture.h"
 #include "runtime/package/KeyCodeNames.h"
 #include "runtime/package/LayoutReader.h"
 #include "runtime/package/Values.h"
@@ -21,6 +24,15 @@ constexpr std::size_t kLargestPicture = std::size_t{32} * 1024 * 1024;
 bool IsPlainFileName(std::string_view name) {
     return !name.empty() && name != "." && name != ".." &&
            name.find_first_of(std::string_view("/\\\0", 3)) == name.npos;
+}
+
+// A pixel 0xAARRGGBB.
+Rgba FromArgb(std::uint32_t pixel) {
+    constexpr int kAlphaShift = 24;
+    constexpr int kRedShift = 16;
+    constexpr int kGreenShift = 8;
+    const auto channel = [pixel](int shift) { return static_cast<std::uint8_t>(pixel >> shift); };
+    return {channel(kRedShift), channel(kGreenShift), channel(0), channel(kAlphaShift)};
 }
 
 bool Contains(const LayoutControl& control, std::string_view name) {
@@ -215,16 +227,11 @@ std::shared_ptr<const Picture> Package::FindPicture(const std::string& fileName)
     const auto found = pictures_.find(fileName);
     if (found != pictures_.end()) return found->second;
     if (!IsPlainFileName(fileName)) return nullptr;
-    const std::string path = storage_->PackageRoot() + "images/" + fileName;
-    std::vector<std::byte> content;
     std::shared_ptr<const Picture> picture;
-    const ReadOutcome outcome = storage_->Read(path, kLargestPicture, content);
-    if (outcome == ReadOutcome::kRead) picture = painter_->DecodePicture(content);
-    if (!picture) {
-        const std::string_view reason =
-            outcome == ReadOutcome::kRead ? "the picture does not decode" : ReasonOf(outcome);
-        console_->SayOnce(path + ": " + std::string(reason));
-    }
+    ReadPicture(fileName, [&](std::span<const std::byte> content) {
+        picture = painter_->DecodePicture(content);
+        return picture != nullptr;
+    });
     return pictures_.emplace(fileName, std::move(picture)).first->second;
 }
 
@@ -243,6 +250,36 @@ bool Package::DecodeNext() {
         return true;
     }
     return false;
+}
+
+Image Package::LoadIcon() const {
+    Image icon;
+    ReadPicture("app_icon.png", [&](std::span<const std::byte> content) {
+        const PngPicture picture(content);
+        const PixelSize size = picture.Size();
+        if (size.width <= 0 || size.height <= 0) return false;
+        const std::size_t count = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
+        std::vector<std::uint32_t> decoded(count);
+        const std::size_t stride = static_cast<std::size_t>(size.width) * sizeof decoded[0];
+        if (!picture.DecodeInto(reinterpret_cast<unsigned char*>(decoded.data()), stride)) return false;
+        icon.size = size;
+        icon.pixels.reserve(count);
+        for (const std::uint32_t pixel : decoded) icon.pixels.push_back(FromArgb(pixel));
+        return true;
+    });
+    return icon;
+}
+
+template <typename Decode>
+void Package::ReadPicture(const std::string& fileName, Decode decode) const {
+    const std::string path = storage_->PackageRoot() + "images/" + fileName;
+    std::vector<std::byte> content;
+    const ReadOutcome outcome = storage_->Read(path, kLargestPicture, content);
+    if (outcome != ReadOutcome::kRead) {
+        console_->SayOnce(path + ": " + std::string(ReasonOf(outcome)));
+    } else if (!decode(content)) {
+        console_->SayOnce(path + ": the picture does not decode");
+    }
 }
 
 }  // namespace host

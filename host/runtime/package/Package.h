@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "backend/Image.h"
 #include "backend/Painter.h"
 #include "backend/Storage.h"
 #include "runtime/Console.h"
@@ -47,6 +48,9 @@ public:
     /// Decodes one of the pictures that will be shown, first those that the layouts' forms draw themselves; false when
     /// none is left. For when there is nothing else to do.
     bool DecodeNext();
+    /// The application's icon, images/app_icon.png. Empty and, said once on the console, when it does not exist or does
+    /// not decode.
+    [[nodiscard]] Image LoadIcon() const;
     /// In the order of keys.xml.
     [[nodiscard]] const std::vector<KeyBinding>& Keys() const { return keys_; }
 
@@ -59,6 +63,10 @@ private:
     void LoadLayouts(PixelSize screen, Problems& problems);
     void LoadKeys(Problems& problems);
     [[nodiscard]] bool HasPicture(const std::string& fileName) const;
+    /// The bytes of a file in images/, for `decode`, which says whether it could; what fails is said once on the
+    /// console.
+    template <typename Decode>
+    void ReadPicture(const std::string& fileName, Decode decode) const;
 
     Storage* storage_ = nullptr;
     Painter* painter_ = nullptr;

@@ -83,6 +83,19 @@ void DesktopWindow::Close() {
     window_.reset();
 }
 
+void DesktopWindow::SetIcon(const Image& icon) {
+    if (!window_ || icon.pixels.empty()) return;
+    constexpr int kBits = 32;
+    constexpr int kPixelBytes = 4;
+    static_assert(sizeof(Rgba) == kPixelBytes);
+    // SDL takes a picture that may be written to, and copies it.
+    std::vector<Rgba> pixels = icon.pixels;
+    const std::unique_ptr<SDL_Surface, WindowReleaser> surface(
+        SDL_CreateRGBSurfaceWithFormatFrom(pixels.data(), icon.size.width, icon.size.height, kBits,
+                                           icon.size.width * kPixelBytes, SDL_PIXELFORMAT_RGBA32));
+    if (surface) SDL_SetWindowIcon(window_.get(), surface.get());
+}
+
 void DesktopWindow::Present(std::span<const PixelRect> damage) {
     if (target_ == nullptr || isResized_) return;
     const PixelRect bounds{0, 0, target_->w, target_->h};

@@ -23,6 +23,7 @@ public:
     [[nodiscard]] bool Open(std::string_view title, PixelSize screen, WindowListener& listener,
                             InputListener& input) override;
     void Close() override;
+    void SetIcon(const Image& icon) override;
 
     [[nodiscard]] PixelSize Size() const override { return pixels_->Size(); }
     [[nodiscard]] Surface& Pixels() override { return *pixels_; }
