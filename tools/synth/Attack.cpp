@@ -10,7 +10,7 @@ namespace {
 // than 20 (M. Castellengo, "Acoustical analysis of initial transients in flute like instruments", Acta Acustica 85,
 // 1999; N. Fletcher, T. Rossing, "The Physics of Musical Instruments", 2nd ed., ch. 16).
 constexpr double kShortestSeconds = 0.015;
-constexpr double kLowestNotesFurtherSeconds = 0.0195;
+constexpr double kLowestNotesFurtherSeconds = 0.0185;
 constexpr double kFasterAnOctave = -3.2;  // octaves of the further time
 // The level is sin^2(pi/2 x^kSooner), which is at 10 and 90 % of its way at these x. The exponent lets it begin
 // steeply, as the breath's answer must not be late, and end without a corner.

@@ -13,8 +13,8 @@ constexpr double kVolume = 0.8e-4;           // m^3, a clay body that fits two h
 constexpr double kBodyLength = 0.085;        // m, inside
 constexpr double kMouthToEdge = 0.007;       // m, the way of the jet
 constexpr double kJetThickness = 0.001;      // m
-constexpr double kHoleRadius = 0.0039;       // m, of the mouth and of a finger hole
-constexpr double kJetQuality = 48.0;         // vortices shed at the edge
+constexpr double kHoleRadius = 0.0038;       // m, of the mouth and of a finger hole
+constexpr double kJetQuality = 52.0;         // vortices shed at the edge
 constexpr double kWaveToJetSpeed = 0.4;      // a wave on the jet against the jet (F&R ch. 16, Coltman)
 constexpr double kTurbulenceStrouhal = 0.2;  // f h / U at the top of a plane jet's spectrum
 

@@ -30,8 +30,11 @@ public:
     // Hertz above which the jet's turbulence falls off.
     double TurbulenceCorner() const;
 
-    // Hertz of the first standing wave along the body, the only other resonance low enough to colour the breath.
+    // Hertz of the first standing wave along the body, the only other resonance low enough to colour tone and breath;
+    // its quality; and how much of what sounds there it adds.
     static double StandingWave();
+    static constexpr double kStandingWaveQuality = 3.0;
+    static constexpr double kStandingWaveShare = 0.8;
 
 private:
     double frequency_;

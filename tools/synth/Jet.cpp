@@ -7,11 +7,17 @@
 namespace synth {
 namespace {
 
-// What a resonant high-pass of this quality leaves of a harmonic, against the first: far above the resonance it passes
-// 1, at it Q.
+// What the jet's own corner leaves of a harmonic.
+double Followed(int harmonic) {
+    const double r = harmonic / Jet::kCornerOfPitch;
+    return 1.0 / std::hypot(1.0 - r * r, r / Jet::kCornerQuality);
+}
+
+// What that corner and a resonant high-pass of this quality leave of a harmonic, against the first: far above the
+// resonance it passes 1, at it Q.
 double Passed(int harmonic, double quality) {
     const double n = harmonic;
-    return n * n / std::hypot(n * n - 1.0, n / quality) / quality;
+    return n * n / std::hypot(n * n - 1.0, n / quality) / quality * Followed(harmonic) / Followed(1);
 }
 
 // The harmonic's share of the jet's flow. The flow is even in the phase.

@@ -6,6 +6,11 @@ namespace synth {
 // profile integrated across the edge), in units of the jet's half width.
 class Jet {
 public:
+    // A jet does not follow faster swings than these, in parts of the pitch: its flow goes through a low-pass of second
+    // order.
+    static constexpr double kCornerOfPitch = 5.0;
+    static constexpr double kCornerQuality = 0.7;
+
     // The jet whose tone comes out of a chamber of this quality with a second and a third harmonic of these levels, in
     // decibels of the first.
     Jet(double secondDb, double thirdDb, double chamberQuality);

@@ -9,8 +9,6 @@ namespace {
 
 constexpr double kGentle = 0.6;     // q of the turbulence's own slopes: no bump at the corner
 constexpr double kPulsation = 0.5;  // of the noise's amplitude, with the jet's swing
-constexpr double kStandingWaveQuality = 3.0;
-constexpr double kStandingWaveShare = 0.8;  // of the turbulence near it
 constexpr double kWindLowestHz = 40.0;
 constexpr double kWindHighestHz = 110.0;
 constexpr double kMouthHz = 1800.0;
@@ -43,9 +41,9 @@ Loop ResonantNoise::Breath(const Loop& phase) {
         turbulence[i] *= 1.0 + kPulsation * std::cos(phase[i]);
     }
 
-    const Loop wave = Biquad::BandPass(Chamber::StandingWave(), kStandingWaveQuality).RunAround(turbulence);
+    const Loop wave = Biquad::BandPass(Chamber::StandingWave(), Chamber::kStandingWaveQuality).RunAround(turbulence);
     for (std::size_t i = 0; i < turbulence.size(); ++i) {
-        turbulence[i] += kStandingWaveShare * wave[i];
+        turbulence[i] += Chamber::kStandingWaveShare * wave[i];
     }
 
     // The same resonance that shapes the tone: a crest at the pitch, and the faint air above it.

@@ -26,11 +26,11 @@ constexpr std::uint64_t kSeed = 0x0ca41a;
 
 // The harmonics, in decibels of the first one, from the lowest note to the highest, and how much the fingerings differ:
 // each leaves another edge open.
-constexpr double kSecondLowDb = -31.0;
+constexpr double kSecondLowDb = -31.5;
 constexpr double kSecondHighDb = -36.0;
-constexpr double kThirdLowDb = -37.5;
-constexpr double kThirdHighDb = -36.0;
-constexpr double kFingeringDb = 1.2;
+constexpr double kThirdLowDb = -38.8;
+constexpr double kThirdHighDb = -37.2;
+constexpr double kFingeringDb = 1.0;
 
 constexpr double kForceADecibel = 0.02;  // of the swing: a stronger breath is brighter
 constexpr double kAirADecibel = 1.5;     // decibels of the noise
@@ -64,6 +64,12 @@ double LoudestRms(const Loop& sound) {
         most = std::max(most, sum);
     }
     return std::sqrt(most / static_cast<double>(length));
+}
+
+void Add(Loop& to, const Loop& what, double share) {
+    for (std::size_t i = 0; i < to.size(); ++i) {
+        to[i] += share * what[i];
+    }
 }
 
 Jet MakeJet(Random& random, const Chamber& chamber) {
@@ -122,7 +128,10 @@ Tone ToneModel::Render() const {
     // is a resonant high-pass: far above the resonance the inertance alone is left. The n-th harmonic comes out lower
     // than it went in by Q (1 - 1/n^2) and so is weak, which is the ocarina's round tone.
     const Biquad resonance = Biquad::HighPass(chamber.Frequency(), chamber.Quality());
-    const Loop tone = resonance.RunAround(drive);
+    const Biquad corner = Biquad::LowPass(Jet::kCornerOfPitch * chamber.Frequency(), Jet::kCornerQuality);
+    const Biquad body = Biquad::BandPass(Chamber::StandingWave(), Chamber::kStandingWaveQuality);
+    Loop tone = resonance.RunAround(corner.RunAround(drive));
+    Add(tone, body.RunAround(tone), Chamber::kStandingWaveShare);
     const double toneRms = Rms(tone);
 
     ResonantNoise noise(random, chamber);
@@ -154,7 +163,8 @@ Tone ToneModel::Render() const {
             const std::size_t at = frames_ - blown.size() + i;
             blown[i] = jet.Flow(phase[at] + radiansACent * attack.Lead(timeOf(i)), kForceADecibel * decibels[at]);
         }
-        blown = resonance.Run(blown);
+        blown = resonance.Run(corner.Run(blown));
+        Add(blown, body.Run(blown), Chamber::kStandingWaveShare);
         Loop chiff = noise.Burst(frames, attack.ChiffColour());
         for (std::size_t i = 0; i < frames; ++i) {
             chiff[i] *= attack.Chiff(static_cast<double>(i) / kRate);
