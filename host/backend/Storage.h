@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -85,6 +86,18 @@ public:
     /// Puts `content` in the file's place whole and durably: at any moment, also after a kill or with a full disk, the
     /// path holds either the old or the new content. False when the old one is still there.
     [[nodiscard]] virtual bool Replace(const std::string& path, std::span<const std::byte> content) = 0;
+
+    /// Makes a file's new content of its old one, which is empty where there is no file. Nothing: it stays as it is.
+    using Edit = std::function<std::optional<std::vector<std::byte>>(std::span<const std::byte> content)>;
+    /// Replaces a file of at most `limit` bytes by what `edit` makes of it now. Where several processes share the file,
+    /// no other one changes it in the same way between the two. False when the old content is still there.
+    [[nodiscard]] virtual bool Update(const std::string& path, std::size_t limit, const Edit& edit) {
+        std::vector<std::byte> content;
+        const ReadOutcome outcome = Read(path, limit, content);
+        if (outcome != ReadOutcome::kRead && outcome != ReadOutcome::kMissing) return false;
+        const auto edited = edit(content);
+        return edited && Replace(path, *edited);
+    }
 };
 
 /// Why a file was not read, for a message: "it is missing". Empty for kRead.

@@ -1,8 +1,11 @@
 #include "launcher/Launcher.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
+#include <new>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -13,6 +16,7 @@
 #include "backend/headless/HeadlessBackend.h"
 #include "launcher/CommandLine.h"
 #include "launcher/Surroundings.h"
+#include "runtime/Console.h"
 #ifdef BREVANT_DESKTOP
 #include "backend/desktop/DesktopBackend.h"
 #endif
@@ -27,6 +31,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kNeverEnded = 1;
+constexpr int kOutOfMemory = 1;
 constexpr int kRefused = 2;
 
 // In the order in which they are tried when no name was given. Headless works everywhere, so it comes last.
@@ -53,7 +58,7 @@ const BackendEntry* FindBackend(const std::optional<std::string>& name) {
 }
 
 void Say(const std::string& line) {
-    std::fprintf(stderr, "brevant: %s\n", line.c_str());
+    std::fprintf(stderr, "brevant: %s\n", Printable(line).c_str());
 }
 
 int Refuse(const std::string& reason) {
@@ -79,6 +84,52 @@ std::string ReasonAgainstFolder(const std::string& folder, const char* option) {
     return {};
 }
 
+// The file that is, or would be made, at the end of links.
+fs::path Target(fs::path path) {
+    constexpr int kMostLinks = 40;  // As many as Linux follows.
+    std::error_code error;
+    for (int links = 0; links < kMostLinks && fs::is_symlink(path, error); ++links) {
+        path = path.parent_path() / fs::read_symlink(path, error);
+    }
+    return fs::weakly_canonical(fs::absolute(path, error), error);
+}
+
+bool AreSameFile(const std::string& one, const std::string& other) {
+    std::error_code error;
+    // A device or a pipe holds nothing that could be lost.
+    if (fs::exists(one, error) && !fs::is_regular_file(one, error)) return false;
+    return fs::equivalent(one, other, error) || Target(one) == Target(other);
+}
+
+// What is written must not be what is read, nor written twice: empty, or the reason against it.
+std::string ReasonAgainstFiles(const Options& options) {
+    struct Named {
+        const char* option;
+        const std::optional<std::string>& path;
+    };
+    const std::array<Named, 4> files{{{"--performance", options.performance},
+                                      {"--breath", options.breath},
+                                      {"--record", options.record},
+                                      {"--trace", options.trace}}};
+    constexpr std::size_t kFirstWritten = 2;
+    for (std::size_t written = kFirstWritten; written < files.size(); ++written) {
+        for (std::size_t other = 0; other < written; ++other) {
+            if (!files[written].path || !files[other].path) continue;
+            if (!AreSameFile(*files[written].path, *files[other].path)) continue;
+            return *files[written].path + ": " + files[written].option + " would overwrite what " +
+                   files[other].option + " names";
+        }
+    }
+    return {};
+}
+
+// Called where memory is asked for and there is none, on any thread. Nothing can be saved then: what is written at all
+// is written whole as it goes.
+[[noreturn]] void EndWithoutMemory() {
+    std::fputs("brevant: there is not enough memory\n", stderr);
+    std::_Exit(kOutOfMemory);
+}
+
 // Decoded pictures and frames are blocks of megabytes that come and go. glibc would give each back to the system and
 // have its pages faulted in anew, which took a fifth of the processor's time of a headless run (16,300 faults, now
 // 10,800).
@@ -93,6 +144,7 @@ void KeepLargeBlocks() {
 }  // namespace
 
 int Launch(int argc, char* argv[], EntryPoint entryPoint) {
+    std::set_new_handler(EndWithoutMemory);
     KeepLargeBlocks();
     CommandLine line = ReadCommandLine(argc, argv, BackendNames());
     if (line.kind == CommandLine::Kind::kRefuse) return Refuse(line.text);
@@ -103,6 +155,7 @@ int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     std::string problem;
     if (options.dataFolder) problem = ReasonAgainstFolder(*options.dataFolder, "--data");
     if (problem.empty()) problem = ReasonAgainstFolder(options.screenshots, "--screenshots");
+    if (problem.empty()) problem = ReasonAgainstFiles(options);
     if (!problem.empty()) return Refuse(problem);
     const std::string packageRoot = FindPackageRoot();
     if (packageRoot.empty()) {
@@ -114,7 +167,7 @@ int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     const std::string dataFolder = options.dataFolder ? *options.dataFolder : DefaultDataFolder();
     Phone phone(*entry, {packageRoot, WithSeparator(dataFolder)}, std::move(options));
     if (!phone.Open(problem)) return Refuse(problem);
-    if (dataFolder.empty()) Say("settings are not kept: HOME is not set, and no --data DIR is given");
+    if (dataFolder.empty()) Say("settings are not kept: HOME is no absolute path, and no --data DIR is given");
 
     int status = kNeverEnded;
     phone.Run(entryPoint, [&status](int exitStatus) { status = exitStatus; });

@@ -42,7 +42,8 @@ std::string DefaultDataFolder() {
     // "All paths set in these environment variables must be absolute": freedesktop.org, XDG base directories 0.8.
     if (!data.empty() && data.front() == '/') return data + "/brevant/";
     const std::string home = Environment("HOME");
-    return home.empty() ? home : home + "/.local/share/brevant/";
+    // A relative one would mean another folder wherever the program is started.
+    return home.empty() || home.front() != '/' ? std::string() : home + "/.local/share/brevant/";
 }
 
 std::string LocaleLanguage() {

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -200,6 +201,36 @@ TEST_F(StorageTest, LosesNoWriteToAnotherProcessThatCleansUp) {
     EXPECT_EQ(Entries(), 1);
 }
 
+// Two programs that share their settings: each adds to what the other one has written.
+TEST_F(StorageTest, UpdatesWhatAnotherProcessUpdatesWithoutLosingAnything) {
+    constexpr int kUpdates = 200;
+    const auto addAll = [this](char mark) {
+        const auto add = [mark](std::span<const std::byte> content) {
+            std::vector<std::byte> longer(content.begin(), content.end());
+            longer.push_back(static_cast<std::byte>(mark));
+            return longer;
+        };
+        for (int i = 0; i < kUpdates; ++i) {
+            if (!storage_.Update(folder_ / "data/info.ini", kLimit, add)) return false;
+        }
+        return true;
+    };
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(addAll('c') ? 0 : 1);
+    EXPECT_TRUE(addAll('p'));
+    int status = 1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    const std::string content = folder_.Read("data/info.ini");
+    EXPECT_EQ(std::count(content.begin(), content.end(), 'c'), kUpdates);
+    EXPECT_EQ(std::count(content.begin(), content.end(), 'p'), kUpdates);
+    EXPECT_EQ(Entries("data"), 1);
+    // What is to stay, or cannot be read, does.
+    EXPECT_FALSE(storage_.Update(folder_ / "data/info.ini", kLimit, [](auto) { return std::nullopt; }));
+    EXPECT_FALSE(storage_.Update(folder_ / "data/info.ini", 1, [](auto) { return std::vector<std::byte>(); }));
+    EXPECT_EQ(folder_.Read("data/info.ini"), content);
+}
+
 TEST_F(StorageTest, WritesAFileAsItGrowsAndTellsWhatIsLost) {
     folder_.Write("old", "what was there");
     std::string problem;
@@ -207,10 +238,14 @@ TEST_F(StorageTest, WritesAFileAsItGrowsAndTellsWhatIsLost) {
         // Opened and never written to, as when something else is refused: nothing is lost and nothing is made.
         const auto old = storage_.OpenOutput(folder_ / "old", problem);
         const auto made = storage_.OpenOutput(folder_ / "made", problem);
-        ASSERT_TRUE(old != nullptr && made != nullptr);
+        fs::create_symlink("linked", folder_ / "link");
+        const auto linked = storage_.OpenOutput(folder_ / "link", problem);
+        ASSERT_TRUE(old != nullptr && made != nullptr && linked != nullptr) << problem;
+        EXPECT_TRUE(fs::exists(folder_ / "linked"));
     }
     EXPECT_EQ(folder_.Read("old"), "what was there");
-    EXPECT_EQ(Entries(), 1);
+    EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
+    EXPECT_EQ(Entries(), 2);
 
     auto file = storage_.OpenOutput(folder_ / "old", problem);
     ASSERT_NE(file, nullptr);

@@ -53,6 +53,8 @@ TEST(Options, AreRefusedInOneLineThatNamesWhatIsWrong) {
         {{"--language", "../strings/en"}, {"../strings/en"}},
         {{"--performance", "/nowhere/tune.performance"}, {"/nowhere/tune.performance"}},
         {{"--performance", "/"}, {"/: "}},
+        // It has no size, and nothing can be read from its beginning.
+        {{"--performance", "/proc/self/mem"}, {"/proc/self/mem", "cannot be read"}},
         {{"--breath", "/nowhere/breath.wav"}, {"/nowhere/breath.wav"}},
         {{"--record", "/nowhere/recording.wav"}, {"/nowhere/recording.wav"}},
         {{"--trace", "/nowhere/trace.jsonl"}, {"/nowhere/trace.jsonl"}},
@@ -77,6 +79,47 @@ TEST(Options, ThatAreRefusedLeaveEveryFileAsItWas) {
     EXPECT_EQ("an old trace", run.Folder().Read("trace.jsonl"));
     EXPECT_EQ("an old recording", run.Folder().Read("recording.wav"));
     EXPECT_FALSE(fs::exists(run.Folder() / "data"));
+}
+
+TEST(Options, ThatWouldOverwriteWhatIsReadOrWrittenAreRefusedBeforeAnythingIsOpened) {
+    ProgramRun run;
+    const TemporaryFolder& folder = run.Folder();
+    folder.Write("tune", "0 quit\n");
+    fs::create_symlink("tune", folder / "link");
+    fs::create_hard_link(folder / "tune", folder / "twin");
+    fs::create_symlink("new", folder / "dangling");
+    const std::vector<std::vector<std::string>> cases = {
+        {"--performance", folder / "tune", "--trace", folder / "tune"},
+        {"--performance", folder / "tune", "--record", folder / "link"},
+        {"--performance", folder / "tune", "--record", folder / "twin"},
+        {"--breath", folder / "tune", "--trace", folder.Path() + "./tune"},
+        {"--record", folder / "new", "--trace", folder / "new"},
+        {"--record", folder / "new", "--trace", folder / "dangling"},
+    };
+    for (std::vector<std::string> arguments : cases) {
+        SCOPED_TRACE(arguments[1] + " and " + arguments[3]);
+        const std::vector<std::string> words = {arguments[0], arguments[2]};
+        arguments.insert(arguments.end(), {"--backend", "headless", "--data", folder / "data"});
+        ExpectRefusal(run, run.Start(arguments), words);
+        EXPECT_EQ("0 quit\n", folder.Read("tune"));
+        EXPECT_FALSE(fs::exists(folder / "new"));
+    }
+    EXPECT_EQ(0, run.Play("0 quit\n", {})) << run.Errors();
+    EXPECT_EQ(0, run.Start({"--backend", "headless", "--data", folder / "data", "--performance", folder / "tune",
+                            "--record", "/dev/null", "--trace", "/dev/null"}));
+}
+
+TEST(Options, AreToldWithoutWhatWouldControlATerminal) {
+    ProgramRun run;
+    run.Folder().Write("tune\x1b[2J", "0 \x1b]0;title\a\n");
+    for (const std::string& name : {std::string("tune\x1b[2J"), std::string("\xc2\x9b"
+                                                                            "31m\r\x7f")}) {
+        ExpectRefusal(run, run.Start({"--backend", "headless", "--performance", run.Folder() / name}), {"\\x"});
+        for (const char control : {'\x1b', '\a', '\r', '\x7f', '\x9b'}) {
+            EXPECT_EQ(std::string::npos, run.Errors().find(control)) << run.Errors();
+        }
+    }
+    ExpectRefusal(run, run.Start({"--backend", "headless", "--performance", run.Folder() / "für Elise"}), {"für"});
 }
 
 TEST(Options, WhatIsLostOnTheWayEndsWithOneLineAndStatusOne) {
@@ -120,15 +163,43 @@ TEST(Options, WithoutAHomeSettingsAreNotKeptAndNothingIsWrittenElsewhere) {
     }
     ProgramRun run;
     run.Folder().Write("tune.performance", "3000 breath 0.8\n4000 quit\n");
-    const int status = run.Start({"--backend", "headless", "--performance", run.Folder() / "tune.performance"});
+    const std::vector<std::string> arguments = {"--backend", "headless", "--performance",
+                                                run.Folder() / "tune.performance"};
+    const int status = run.Start(arguments);
+    const std::string errors = run.Errors();
+    // A relative one would be another folder wherever the program is started.
+    setenv("HOME", "home-of-nobody", 1);
+    EXPECT_EQ(0, run.Start(arguments));
+    EXPECT_EQ(errors, run.Errors());
+    EXPECT_FALSE(fs::exists("home-of-nobody"));
+    unsetenv("HOME");
     for (std::size_t i = 0; i < before.size(); ++i) {
         if (!before[i].empty()) setenv(variables[i], before[i].c_str(), 1);
     }
     EXPECT_EQ(0, status);
-    const std::string errors = run.Errors();
     EXPECT_EQ(1, std::count(errors.begin(), errors.end(), '\n')) << errors;
     EXPECT_NE(std::string::npos, errors.find("HOME")) << errors;
     for (const char* file : {"/info.ini", "/.local/share/brevant", "info.ini"}) EXPECT_FALSE(fs::exists(file)) << file;
+}
+
+// Five million steps take more than there is.
+TEST(Options, WithoutEnoughMemoryTheProgramEndsWithOneLine) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "sanitisers reserve terabytes";
+#endif
+    ProgramRun run;
+    std::string performance;
+    for (int i = 0; i < 5'000'000; ++i) performance += "0 quit\n";
+    run.Folder().Write("long.performance", performance);
+    rlimit before{};
+    getrlimit(RLIMIT_AS, &before);
+    constexpr rlim_t kBytes = rlim_t{300} << 20U;
+    const rlimit limit{kBytes, before.rlim_max};
+    setrlimit(RLIMIT_AS, &limit);
+    const int status = run.Start({"--backend", "headless", "--performance", run.Folder() / "long.performance"});
+    setrlimit(RLIMIT_AS, &before);
+    EXPECT_EQ(1, status);
+    EXPECT_EQ("brevant: there is not enough memory\n", run.Errors());
 }
 
 TEST(Options, ShowVersionAndHelp) {

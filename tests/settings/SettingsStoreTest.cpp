@@ -52,6 +52,27 @@ private:
 
 }  // namespace
 
+// Another program writes to the file between this one's reading and writing it.
+TEST_F(SettingsStore, KeepsWhatAnotherWroteSinceItWasRead) {
+    Registry mine;
+    Registry others;
+    const String path = JLib::__strRegFilePath;
+    ASSERT_EQ(E_SUCCESS, mine.Construct(path, true));
+    ASSERT_EQ(E_SUCCESS, others.Construct(path, true));
+    EXPECT_EQ(E_SUCCESS, others.AddSection(L"Setup"));
+    EXPECT_EQ(E_SUCCESS, others.AddValue(L"Setup", L"AutoPlay", L"1"));
+    EXPECT_EQ(E_SUCCESS, others.AddValue(L"Setup", L"Shared", L"theirs"));
+    EXPECT_EQ(E_SUCCESS, others.Flush());
+    EXPECT_EQ(E_SUCCESS, mine.AddSection(L"Setup"));
+    EXPECT_EQ(E_SUCCESS, mine.AddValue(L"Setup", L"FirstBlow", L"1"));
+    EXPECT_EQ(E_SUCCESS, mine.AddValue(L"Setup", L"Shared", L"mine"));
+    EXPECT_EQ(E_SUCCESS, mine.Flush());
+    EXPECT_EQ("[Setup]\nAutoPlay=1\nShared=mine\nFirstBlow=1\n", FileText());
+    String value;
+    EXPECT_EQ(E_SUCCESS, mine.GetValue(L"Setup", L"AutoPlay", value));
+    EXPECT_EQ(L"1", value);
+}
+
 TEST_F(SettingsStore, GivesTheDefaultsAndMakesAnEmptyFileWhenThereIsNone) {
     int value = 7;
     EXPECT_FALSE(JLib::ReadRegInt(L"Setup", L"AutoPlay", value, 3));

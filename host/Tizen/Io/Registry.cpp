@@ -1,6 +1,8 @@
 #include "Tizen/Io/Registry.h"
 
 #include <cstddef>
+#include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -46,8 +48,29 @@ String ToText(const std::string& bytes) {
     return String::FromUtf8(bytes.data(), static_cast<int>(bytes.size()));
 }
 
+// Does once more what was done to the document that was read. The file may have been changed by another program since.
+template <typename Changes>
+SettingsDocument Repeated(const Changes& changes, std::span<const std::byte> content) {
+    using Outcome = SettingsDocument::Outcome;
+    SettingsDocument document(content);
+    for (const auto& change : changes) {
+        if (!document.HasSection(change.section)) static_cast<void>(document.AddSection(change.section));
+        if (change.key.empty()) continue;
+        if (document.SetValue(change.section, change.key, change.value) == Outcome::kDone) continue;
+        static_cast<void>(document.AddValue(change.section, change.key, change.value));
+    }
+    return document;
+}
+
 void Say(const std::string& path, const char* problem) {
     Runtime::Current().GetConsole().SayOnce("settings file " + path + ": " + problem);
+}
+
+// Empty, unless another program has made it meanwhile.
+bool MakeFile(host::Storage& storage, const std::string& path) {
+    return storage.Update(path, kMostBytes, [](std::span<const std::byte> content) {
+        return std::vector<std::byte>(content.begin(), content.end());
+    });
 }
 
 }  // namespace
@@ -55,14 +78,13 @@ void Say(const std::string& path, const char* problem) {
 struct Registry::Opened {
     struct Change {
         std::string section;
-        std::string key;
+        std::string key;  // empty for a new section
         std::string value;
     };
 
     std::string path;
     SettingsDocument document;
-    bool isChanged = false;
-    std::vector<Change> unwritten;  // what the trace tells once it is on the disk
+    std::vector<Change> unwritten;
 };
 
 Registry::Registry() = default;
@@ -82,7 +104,7 @@ result Registry::Construct(const String& path, bool createIfMissing) {
             break;
         case host::ReadOutcome::kMissing:
             if (!createIfMissing) return E_FILE_NOT_FOUND;
-            if (!storage.Replace(pOpened->path, {})) {
+            if (!MakeFile(storage, pOpened->path)) {
                 Say(pOpened->path, "cannot be made; settings are not kept");
                 return E_IO;
             }
@@ -110,7 +132,7 @@ IList* Registry::GetAllSectionNamesN() const {
 result Registry::AddSection(const String& section) {
     if (pOpened_ == nullptr) return E_INVALID_STATE;
     const SettingsDocument::Outcome outcome = pOpened_->document.AddSection(section.ToUtf8());
-    if (outcome == SettingsDocument::Outcome::kDone) pOpened_->isChanged = true;
+    if (outcome == SettingsDocument::Outcome::kDone) pOpened_->unwritten.push_back({section.ToUtf8(), {}, {}});
     return ToResult(outcome);
 }
 
@@ -138,22 +160,26 @@ result Registry::Write(const String& section, const String& key, const String& v
                                                   ? document.AddValue(change.section, change.key, change.value)
                                                   : document.SetValue(change.section, change.key, change.value);
     if (outcome != SettingsDocument::Outcome::kDone) return ToResult(outcome);
-    pOpened_->isChanged = true;
     pOpened_->unwritten.push_back(std::move(change));
     return E_SUCCESS;
 }
 
 result Registry::Flush() {
     if (pOpened_ == nullptr) return E_INVALID_STATE;
-    if (!pOpened_->isChanged) return E_SUCCESS;
-    const std::vector<std::byte> content = pOpened_->document.Content();
-    // A file that has grown beyond what is read would be lost to the next access.
-    const bool isWritable = content.size() <= kMostBytes;
-    if (!isWritable || !Runtime::Current().GetStorage().Replace(pOpened_->path, content)) {
+    if (pOpened_->unwritten.empty()) return E_SUCCESS;
+    const auto edit = [this](std::span<const std::byte> content) -> std::optional<std::vector<std::byte>> {
+        pOpened_->document = Repeated(pOpened_->unwritten, content);
+        std::vector<std::byte> edited = pOpened_->document.Content();
+        // A file that has grown beyond what is read would be lost to the next access.
+        if (edited.size() > kMostBytes) return std::nullopt;
+        return edited;
+    };
+    if (!Runtime::Current().GetStorage().Update(pOpened_->path, kMostBytes, edit)) {
         Say(pOpened_->path, "cannot be written; the settings in it stay as they were");
         return E_IO;
     }
     for (const Opened::Change& change : pOpened_->unwritten) {
+        if (change.key.empty()) continue;
         Runtime::Current()
             .GetTrace()
             .Add("settings", "write")
@@ -162,7 +188,6 @@ result Registry::Flush() {
             .Text("value", change.value);
     }
     pOpened_->unwritten.clear();
-    pOpened_->isChanged = false;
     return E_SUCCESS;
 }
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <system_error>
 #include <utility>
@@ -61,6 +62,7 @@ public:
         while (!bytes.empty()) {
             const ssize_t written = ::pwrite(file_.Get(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
             if (written < 0 && errno == EINTR) continue;
+            if (written == 0) errno = EIO;
             if (written <= 0) return Fail();
             bytes = bytes.subspan(static_cast<std::size_t>(written));
             offset += static_cast<std::uint64_t>(written);
@@ -92,10 +94,30 @@ private:
 
 }  // namespace
 
+std::string FolderOf(const std::string& path) {
+    return path.substr(0, path.rfind('/') + 1);
+}
+
+std::string FollowLinks(std::string path) {
+    constexpr int kMostLinks = 40;  // As many as Linux follows.
+    for (int links = 0; links < kMostLinks; ++links) {
+        struct stat status {};
+        if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
+        std::string target(PATH_MAX, '\0');
+        const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
+        if (length <= 0) return {};
+        target.resize(static_cast<std::size_t>(length));
+        if (target.front() != '/') target.insert(0, FolderOf(path));
+        path = target;
+    }
+    return {};
+}
+
 bool WriteAll(int file, std::span<const std::byte> bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(file, bytes.data(), bytes.size());
         if (written < 0 && errno == EINTR) continue;
+        if (written == 0) errno = EIO;  // The system told no reason.
         if (written <= 0) return false;
         bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
@@ -118,6 +140,7 @@ std::unique_ptr<InputFile> OpenPosixInput(const std::string& path, std::string& 
 }
 
 std::unique_ptr<OutputFile> OpenPosixOutput(const std::string& path, std::string& problem) {
+    std::string made = path;
     constexpr mode_t kNewFileMode = 0666;  // Less what the user's mask takes away.
     // A pipe that nobody reads is refused at once rather than waited for; what is written to one that is read waits.
     constexpr int kFlags = O_WRONLY | O_CLOEXEC | O_NONBLOCK;
@@ -125,7 +148,9 @@ std::unique_ptr<OutputFile> OpenPosixOutput(const std::string& path, std::string
     int descriptor = ::open(path.c_str(), kFlags);
     if (descriptor < 0 && errno == ENOENT) {
         origin = PosixOutputFile::Origin::kMade;
-        descriptor = ::open(path.c_str(), kFlags | O_CREAT | O_EXCL, kNewFileMode);
+        // A link that leads to no file yet would be taken for one that is there.
+        made = FollowLinks(path);
+        descriptor = ::open(made.c_str(), kFlags | O_CREAT | O_EXCL, kNewFileMode);
     }
     FileDescriptor file(descriptor);
     struct stat status {};
@@ -134,7 +159,7 @@ std::unique_ptr<OutputFile> OpenPosixOutput(const std::string& path, std::string
         return nullptr;
     }
     const auto kind = S_ISREG(status.st_mode) ? PosixOutputFile::Kind::kRegular : PosixOutputFile::Kind::kStream;
-    return std::make_unique<PosixOutputFile>(std::move(file), path, origin, kind);
+    return std::make_unique<PosixOutputFile>(std::move(file), std::move(made), origin, kind);
 }
 
 }  // namespace host

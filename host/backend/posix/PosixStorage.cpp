@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -25,7 +26,6 @@ namespace {
 constexpr mode_t kNewFolderMode = 0700;    // For data, as freedesktop.org's base directories ask for.
 constexpr mode_t kUsualFolderMode = 0777;  // Less what the user's mask takes away.
 constexpr mode_t kPermissionBits = 07777;
-constexpr int kMostLinks = 40;  // As many as Linux follows.
 // A file in the making is `.NAME.new-` and six letters of mkstemp's, in the folder of the file that it will replace.
 constexpr std::string_view kNewFileMark = ".new-";
 constexpr std::string_view kUniquePlace = "XXXXXX";
@@ -40,28 +40,8 @@ bool IsPath(const std::string& path) {
     return !path.empty() && path.find('\0') == std::string::npos;
 }
 
-/// The part of a path before its last separator, with it; empty when there is none.
-std::string FolderOf(const std::string& path) {
-    return path.substr(0, path.rfind('/') + 1);
-}
-
 std::string NameOf(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
-}
-
-/// Where the path leads when the links at its end are followed, whether there is a file or not; empty when in circles.
-std::string FollowLinks(std::string path) {
-    for (int links = 0; links < kMostLinks; ++links) {
-        struct stat status {};
-        if (::lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
-        std::string target(PATH_MAX, '\0');
-        const ssize_t length = ::readlink(path.c_str(), target.data(), target.size());
-        if (length <= 0) return {};
-        target.resize(static_cast<std::size_t>(length));
-        if (target.front() != '/') target.insert(0, FolderOf(path));
-        path = target;
-    }
-    return {};
 }
 
 void MakeFolders(const std::string& folder, mode_t mode) {
@@ -92,14 +72,18 @@ bool CopyAttributes(int file, const struct stat& old) {
     return ::fchmod(file, old.st_mode & kPermissionBits) == 0;
 }
 
+/// Whether `error` says that the file system, or this kind of file on it, knows no locks.
+bool MeansNoLocks(int error) {
+    return error == ENOLCK || error == EOPNOTSUPP || error == ENOSYS || error == EINVAL || error == EBADF;
+}
+
 /// Locks a new file against RemoveLeftovers of other processes. Where the file system knows no locks, theirs cannot
 /// take one either, and leave the file alone.
 enum class LockOutcome { kLocked, kTakenAway, kFailed };
 LockOutcome LockNewFile(int file) {
     if (::flock(file, LOCK_EX | LOCK_NB) != 0) {
         if (errno == EWOULDBLOCK) return LockOutcome::kTakenAway;
-        const bool hasNoLocks = errno == ENOLCK || errno == EOPNOTSUPP || errno == ENOSYS || errno == EINVAL;
-        return hasNoLocks ? LockOutcome::kLocked : LockOutcome::kFailed;
+        return MeansNoLocks(errno) ? LockOutcome::kLocked : LockOutcome::kFailed;
     }
     struct stat status {};
     if (::fstat(file, &status) != 0) return LockOutcome::kFailed;
@@ -121,6 +105,19 @@ FileDescriptor MakeNewFile(std::string& path) {
         if (outcome == LockOutcome::kFailed) break;
     }
     return FileDescriptor();
+}
+
+/// Waits for the lock of a folder, which others hold as long as a write takes. False when one does not give it free,
+/// for it was stopped.
+bool LockFolder(int folder) {
+    constexpr int kMostTries = 2000;
+    constexpr timespec kBetweenTries{0, 1'000'000};
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        if (::flock(folder, LOCK_EX | LOCK_NB) == 0) return true;
+        if (errno != EWOULDBLOCK && errno != EINTR) return MeansNoLocks(errno);
+        ::nanosleep(&kBetweenTries, nullptr);
+    }
+    return false;
 }
 
 bool WriteAndRename(const std::string& newPath, FileDescriptor file, const std::string& path, const struct stat* old,
@@ -249,6 +246,18 @@ bool PosixStorage::Replace(const std::string& path, std::span<const std::byte> c
     const FileDescriptor parent(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (parent.IsOpen()) ::fsync(parent.Get());
     return true;
+}
+
+bool PosixStorage::Update(const std::string& path, std::size_t limit, const Edit& edit) {
+    const std::string target = IsPath(path) ? FollowLinks(path) : std::string();
+    if (target.empty()) return false;
+    const std::string folder = FolderOf(target);
+    // The file itself cannot carry the lock: another one is in its place after every write.
+    MakeFolders(folder, kNewFolderMode);
+    const FileDescriptor locked(::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // What cannot even be opened shows when the file is to be written.
+    if (locked.IsOpen() && !LockFolder(locked.Get())) return false;
+    return Storage::Update(path, limit, edit);
 }
 
 }  // namespace host

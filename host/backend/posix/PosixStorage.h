@@ -24,6 +24,9 @@ public:
     /// A symbolic link stays one: the file that it leads to is replaced. The new file has the old one's permissions,
     /// and is for its user alone when there was none. Missing folders above it are made.
     [[nodiscard]] bool Replace(const std::string& path, std::span<const std::byte> content) override;
+    /// The file's folder is locked meanwhile, where the file system knows locks. False, too, when another process does
+    /// not give it free.
+    [[nodiscard]] bool Update(const std::string& path, std::size_t limit, const Edit& edit) override;
 
 private:
     std::string packageRoot_;
