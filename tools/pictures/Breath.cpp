@@ -41,12 +41,16 @@ void DrawBreathMeter(const std::string& folder) {
     plate.SavePng(folder + "/strip_plate.png");
 
     constexpr int kSteps = 15;
-    // The play screen shows (peak - 127) / 8 bars, and a breath sounds from the peak 153 upward: the bar that is lit by
-    // sounding peaks alone is the fourth. Above step 12 the microphone is close to its limit.
+    // The play screen shows (peak - 127) / 8 bars, and a breath sounds from the peak 153 upward. That is a quarter of
+    // the way through the peaks that light three bars, so the colour changes there, within the third bar. Above step 12
+    // the microphone is close to its limit.
     constexpr int kSilentPeak = 127;
     constexpr int kPeaksPerStep = 8;
     constexpr int kFirstSoundingPeak = 153;
-    constexpr int kFirstSounding = (kFirstSoundingPeak - kSilentPeak + kPeaksPerStep - 1) / kPeaksPerStep;
+    constexpr int kFirstSounding = (kFirstSoundingPeak - kSilentPeak) / kPeaksPerStep;
+    constexpr double kSilentShare =
+        static_cast<double>((kFirstSoundingPeak - kSilentPeak) % kPeaksPerStep) / kPeaksPerStep;
+    const Colour silent = Rgb(0xBFE3EA);
     constexpr int kFirstLoud = 13;
     constexpr double kBegin = 100;
     constexpr double kEnd = kWidth - 36;
@@ -64,11 +68,18 @@ void DrawBreathMeter(const std::string& folder) {
             const double share = std::sin((bar - 1.0) / (kSteps - 1) * kPi / 2);
             const double height = kLowest + (kTallest - kLowest) * share;
             const double y = (kHeight - height) / 2;
-            const Colour lit = bar < kFirstSounding ? Rgb(0xBFE3EA)
+            const Colour lit = bar < kFirstSounding ? silent
                                : bar < kFirstLoud   ? Mix(kHoney, Rgb(0xFFDE7A), (bar - kFirstSounding) / 10.0)
                                                     : Rgb(0xFF7A66);
             RoundedRectangle(pen, x, y, kBar, height, kBar / 2);
             FillWith(pen, bar <= step ? lit : kUnlit);
+            if (bar != kFirstSounding || bar > step) continue;
+            cairo_save(pen);
+            cairo_rectangle(pen, x, y, kBar * kSilentShare, height);
+            cairo_clip(pen);
+            RoundedRectangle(pen, x, y, kBar, height, kBar / 2);
+            FillWith(pen, silent);
+            cairo_restore(pen);
         }
         picture.SavePng(folder + "/volume_" + std::to_string(step) + ".png");
     }
