@@ -82,6 +82,29 @@ TEST_F(ScreensFit, NoTextIsCutOff) {
     });
 }
 
+TEST_F(ScreensFit, TheHelpPagesParagraphsAreOfOneSizeWithEvenGaps) {
+    constexpr double kUnevenness = 10;  // units, about a third of a line
+    ForEachScreen([this](const LayoutControl& root, host::PixelSize screen) {
+        std::vector<double> gaps;
+        double bottom = 0;
+        for (const char* name : {"IDC_DECOR_METER1", "IDC_DECOR_AUTO1", "IDC_DECOR_MENU1", "IDC_DECOR_KEYS1"}) {
+            const auto found = std::find_if(root.children.begin(), root.children.end(),
+                                            [&](const LayoutControl& control) { return control.name == name; });
+            if (found == root.children.end()) return;
+            host::TextStyle style;
+            style.size = found->text.size;
+            style.wrap = found->text.wrap;
+            style.maxWidth = found->bounds.width;
+            const double height = backend_->Parts().painter.CreateText(found->text.text, style, 1)->Measure().height;
+            EXPECT_LE(height, found->bounds.height + 0.5) << name;
+            if (bottom > 0) gaps.push_back(found->bounds.y - bottom);
+            bottom = found->bounds.y + height;
+        }
+        const auto [least, most] = std::minmax_element(gaps.begin(), gaps.end());
+        EXPECT_LE(*most - *least, kUnevenness * UnitOf(screen) + 1);
+    });
+}
+
 TEST_F(ScreensFit, NothingOverlapsOrLeavesItsScreenAndEveryTouchTargetIsLargeEnough) {
     constexpr double kLeastTarget = 72;  // units, 48 pixels of the smallest usual phone
     ForEachScreen([](const LayoutControl& root, host::PixelSize screen) {
