@@ -86,13 +86,11 @@ void DesktopWindow::Close() {
 void DesktopWindow::SetIcon(const Image& icon) {
     if (!window_ || icon.pixels.empty()) return;
     constexpr int kBits = 32;
-    constexpr int kPixelBytes = 4;
-    static_assert(sizeof(Rgba) == kPixelBytes);
+    constexpr int kRgbaBytes = sizeof(Rgba);
     // SDL takes a picture that may be written to, and copies it.
     std::vector<Rgba> pixels = icon.pixels;
-    const std::unique_ptr<SDL_Surface, WindowReleaser> surface(
-        SDL_CreateRGBSurfaceWithFormatFrom(pixels.data(), icon.size.width, icon.size.height, kBits,
-                                           icon.size.width * kPixelBytes, SDL_PIXELFORMAT_RGBA32));
+    const std::unique_ptr<SDL_Surface, WindowReleaser> surface(SDL_CreateRGBSurfaceWithFormatFrom(
+        pixels.data(), icon.size.width, icon.size.height, kBits, icon.size.width * kRgbaBytes, SDL_PIXELFORMAT_RGBA32));
     if (surface) SDL_SetWindowIcon(window_.get(), surface.get());
 }
 
