@@ -1,0 +1,216 @@
+// Each call that the program makes on its user's files fails once, and once the program is killed there. Whatever
+// happens, a file holds its old or its new content, and a loss is told.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/ProgramRun.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kKilled = -1;
+
+struct Injected {
+    std::string call;
+    std::string fault;
+
+    [[nodiscard]] bool Kills() const { return fault == "kill"; }
+    [[nodiscard]] bool IsShort() const { return fault == "short"; }
+};
+
+const std::vector<Injected>& EveryFault() {
+    static const std::vector<Injected> faults = [] {
+        std::vector<Injected> all = {{"write", "short"}, {"flock", std::to_string(ENOLCK)}};
+        for (const char* call : {"open", "write", "fsync", "rename", "close", "mkdir"}) {
+            all.push_back({call, std::to_string(std::strcmp(call, "write") == 0 ? ENOSPC : EIO)});
+            all.push_back({call, "kill"});
+        }
+        return all;
+    }();
+    return faults;
+}
+
+class EveryFault : public ::testing::Test {
+protected:
+    void SetUp() override {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        GTEST_SKIP() << "a sanitiser's library must be the first one";
+#endif
+    }
+
+    /// Runs the program with each fault at the first, second ... call until that is not reached any more. `prepare`
+    /// and `examine` stand around each run. Returns how many faults struck.
+    int RunAll(const std::vector<std::string>& arguments, const std::function<void()>& prepare,
+               const std::function<void(const Injected&, int status)>& examine) {
+        constexpr int kMostCalls = 200;
+        int struck = 0;
+        for (const Injected& injected : ::EveryFault()) {
+            for (int call = 1; call <= kMostCalls; ++call) {
+                fs::remove_all(Out());
+                fs::create_directory(Out());
+                prepare();
+                fs::remove(run_.Folder() / "struck");
+                const std::string wish = injected.call + ':' + std::to_string(call) + ':' + injected.fault;
+                SCOPED_TRACE(wish);
+                const int status = Start(arguments, wish);
+                if (!fs::exists(run_.Folder() / "struck")) {
+                    EXPECT_EQ(0, status) << run_.Errors();
+                    break;
+                }
+                ++struck;
+                if (injected.Kills()) {
+                    EXPECT_EQ(kKilled, status);
+                }
+                examine(injected, status);
+                if (HasFailure()) return struck;
+            }
+        }
+        return struck;
+    }
+
+    int Start(std::vector<std::string> arguments, const std::string& wish = "none") {
+        setenv("LD_PRELOAD", BREVANT_FAULT_LIBRARY, 1);
+        setenv("BREVANT_FAULT", wish.c_str(), 1);
+        setenv("BREVANT_FAULT_FOLDER", (Out() + "/").c_str(), 1);
+        setenv("BREVANT_FAULT_STRUCK", (run_.Folder() / "struck").c_str(), 1);
+        arguments.insert(arguments.end(), {"--backend", "headless", "--language", "en"});
+        const int status = run_.Start(arguments);
+        unsetenv("LD_PRELOAD");
+        return status;
+    }
+
+    /// The folder whose files the faults strike.
+    [[nodiscard]] std::string Out() const {
+        return run_.Folder() / "out";
+    }
+    [[nodiscard]] std::string Read(const std::string& name) const {
+        return run_.Folder().Read("out/" + name);
+    }
+    [[nodiscard]] std::string Performance(const std::string& text) const {
+        run_.Folder().Write("test.performance", text);
+        return run_.Folder() / "test.performance";
+    }
+    void ExpectOneLineAbout(const std::string& name) const {
+        const std::string errors = run_.Errors();
+        EXPECT_EQ(1, std::count(errors.begin(), errors.end(), '\n')) << errors;
+        EXPECT_NE(std::string::npos, errors.find(name)) << errors;
+    }
+
+    ProgramRun run_;
+};
+
+}  // namespace
+
+TEST_F(EveryFault, LeavesTheOldOrTheNewSettings) {
+    // The first blow of an ocarina writes one entry.
+    const std::vector<std::string> arguments = {"--data", Out() + "/data", "--performance",
+                                                Performance("2600 breath 0.5\n2700 quit\n")};
+    for (const char* before : {"", "[Setup]\nUnknown=1\n"}) {
+        const std::string old = before;
+        const std::string after = (old.empty() ? "[Setup]\n" : old) + "FirstBlow=1\n";
+        const auto files = [this] {
+            std::set<std::string> names;
+            if (!fs::exists(Out() + "/data")) return names;
+            for (const auto& entry : fs::directory_iterator(Out() + "/data")) names.insert(entry.path().filename());
+            names.erase("info.ini");
+            return names;
+        };
+        const auto prepare = [&] {
+            if (old.empty()) return;
+            fs::create_directory(Out() + "/data");
+            run_.Folder().Write("out/data/info.ini", old);
+        };
+        const int struck = RunAll(arguments, prepare, [&](const Injected& injected, int status) {
+            const std::string content = Read("data/info.ini");
+            EXPECT_TRUE(content == old || content == after) << content;
+            if (injected.Kills()) {
+                // What a kill leaves beside the file goes with the next write.
+                EXPECT_EQ(0, Start(arguments));
+                EXPECT_EQ(after, Read("data/info.ini"));
+            } else {
+                EXPECT_EQ(0, status);
+                if (content == old) ExpectOneLineAbout("info.ini");
+            }
+            EXPECT_EQ(std::set<std::string>(), files());
+        });
+        EXPECT_GT(struck, 20);
+    }
+}
+
+TEST_F(EveryFault, LeavesARecordingThatIsWhole) {
+    const std::vector<std::string> arguments = {"--data",         run_.Folder() / "data", "--record",
+                                                Out() + "/r.wav", "--performance",        Performance("300 quit\n")};
+    constexpr std::size_t kHeaderBytes = 44;
+    constexpr std::size_t kDataSizeAt = 40;
+    const int struck = RunAll(
+        arguments, [] {},
+        [&](const Injected& injected, int status) {
+            const std::string wav = Read("r.wav");
+            if (wav.size() > kHeaderBytes && std::memcmp(wav.data(), "RIFF", 4) == 0) {
+                std::uint32_t bytes = 0;
+                std::memcpy(&bytes, wav.data() + kDataSizeAt, sizeof bytes);
+                EXPECT_LE(bytes, wav.size() - kHeaderBytes) << "the header promises no more than there is";
+            }
+            if (injected.Kills()) return;
+            if (injected.IsShort()) {
+                EXPECT_EQ(0, status) << "the rest is written by a second call";
+            } else if (injected.call == "open") {
+                EXPECT_TRUE(status == 0 || status == 2) << status;
+            } else {
+                EXPECT_EQ(1, status);
+            }
+            if (status != 0) ExpectOneLineAbout("r.wav");
+        });
+    EXPECT_GT(struck, 5);
+}
+
+TEST_F(EveryFault, LeavesATraceOfWholeLines) {
+    const std::vector<std::string> arguments = {"--data",           run_.Folder() / "data", "--trace",
+                                                Out() + "/t.jsonl", "--performance",        Performance("100 quit\n")};
+    const int struck = RunAll(
+        arguments, [] {},
+        [&](const Injected& injected, int status) {
+            const std::string trace = Read("t.jsonl");
+            std::istringstream lines(trace.substr(0, trace.rfind('\n') + 1));
+            for (std::string line; std::getline(lines, line);) EXPECT_TRUE(nlohmann::json::accept(line)) << line;
+            EXPECT_TRUE(trace.empty() || trace.back() == '\n') << "nothing is cut in a line";
+            if (injected.Kills()) return;
+            EXPECT_TRUE(injected.IsShort() || injected.call == "open" || status == 1) << status;
+            if (status != 0) ExpectOneLineAbout("t.jsonl");
+        });
+    EXPECT_GT(struck, 5);
+}
+
+TEST_F(EveryFault, LeavesAWholeScreenshotOrNone) {
+    const std::vector<std::string> arguments = {"--data",        run_.Folder() / "data",
+                                                "--screenshots", Out(),
+                                                "--performance", Performance("100 screenshot s.png\n200 quit\n")};
+    ASSERT_EQ(0, (fs::create_directory(Out()), Start(arguments))) << run_.Errors();
+    const std::string whole = Read("s.png");
+    ASSERT_GT(whole.size(), 1000U);
+    const int struck = RunAll(
+        arguments, [] {},
+        [&](const Injected& injected, int status) {
+            const std::string png = Read("s.png");
+            EXPECT_TRUE(png.empty() || png == whole);
+            if (injected.Kills()) return;
+            // A file that does not close may be lost although it looks whole.
+            EXPECT_EQ(png == whole && injected.call != "close" ? 0 : 1, status);
+            if (status != 0) ExpectOneLineAbout("s.png");
+            EXPECT_LE(std::distance(fs::directory_iterator(Out()), fs::directory_iterator()), 1);
+        });
+    EXPECT_GT(struck, 3);
+}
