@@ -365,6 +365,35 @@ TEST(Player, ResamplesSoThatTheRepeatIsSeamless) {
     }
 }
 
+TEST(Player, SaysWhichCommentOfARecordingMakesNoSenseAndPlaysItWhole) {
+    Rig rig;
+    Bytes file = ReadFile(kTone);
+    const std::string name = "PITCH=";
+    const auto comment = std::search(file.begin(), file.end(), name.begin(), name.end());
+    ASSERT_NE(comment, file.end());
+    comment[static_cast<long>(name.size())] = '?';
+    const std::string tag = "OggS";
+    const auto page = std::find_end(file.begin(), comment, tag.begin(), tag.end());
+    SetPageChecksum(file, static_cast<std::size_t>(page - file.begin()));
+    const std::string path = rig.Path("false.ogg");
+    WriteFile(path, file);
+    TestPlayer user;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(user.Change(path), E_SUCCESS);
+    EXPECT_EQ(user.Change(path), E_SUCCESS);
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(told.find("brevant: " + path + ": its comment PITCH=?"), 0U) << told;
+    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1);
+    std::shared_ptr<const host::Clip> clip;
+    ASSERT_EQ(rig.sound->GetClips().Open(path, clip), host::ClipCache::Outcome::kOpened);
+    EXPECT_EQ(clip->Shape().loopStart, 0U);
+    EXPECT_EQ(clip->Shape().takes, 1U);
+    // It ends as a recording does that says nothing.
+    rig.Hear(60);
+    user.Silence();
+    EXPECT_TRUE(IsSilent(From(rig.Hear(4), kRamp)));
+}
+
 // The attacks of the package's tones end after 200 ms; at these rates they are resampled apart from what follows them.
 TEST(Player, LeadsEachTakeIntoTheSustainedPartAtEveryRate) {
     for (const int rate : {22050, 44100, 48000, 96000}) {
