@@ -35,11 +35,12 @@ struct ClipShape {
 
 struct MixCommand {
     enum class Kind : std::uint8_t {
-        kStart,        ///< `voice` plays `clip` with `gain`; `number` ends of it are reported already
-        kStop,         ///< `voice` ramps to silence, and is done
+        kStart,        ///< `voice` plays `clip` with `gain`; `number` ends of it are reported already. It takes the
+                       ///< place of a voice that has only just begun to fall
+        kStop,         ///< `voice` falls silent as its clip says, and is done
         kSetGain,      ///< of `voice`, to `gain`
         kGrantRepeat,  ///< `voice` may pass one more end
-        kFinish,       ///< `voice` gets no more repeats: it is silent and done at the clip's end
+        kFinish,       ///< `voice` gets no more repeats: it ends with the clip, or falls silent from there
         kClipReady,    ///< the first `number` frames of `clip` are there, and do not change any more
         kDropClip,     ///< no later command names `clip`
         kMute,         ///< silence for all; the voices go on in time
