@@ -31,6 +31,8 @@ struct BoxLook {
     double corner = 0;                   ///< radius
     Rgba border;
     double borderWidth = 0;
+    /// Button: what lies around it. The border is drawn only where the background is hardly told from this colour.
+    std::optional<Rgba> borderAgainst;
 };
 
 /// No edge of a control lies further than this from the screen's corner, in the phone's pixels.

@@ -47,7 +47,7 @@ struct AttributeRule {
     const char* name;
     unsigned kinds;
 };
-constexpr std::array<AttributeRule, 32> kAttributes{{
+constexpr std::array<AttributeRule, 33> kAttributes{{
     {"name", kRoots | kInner},
     {"design", kRoots},
     {"bounds", kPopup | kInner},
@@ -64,6 +64,7 @@ constexpr std::array<AttributeRule, 32> kAttributes{{
     {"background", kRoots | kPanel | kLabel},
     {"corner", kBordered},
     {"border", kBordered},
+    {"border-against", kButton},
     {"border-width", kBordered},
     {"picture", kLabel | kButton | kPanel},
     {"picture-pressed", kButton},
@@ -307,8 +308,9 @@ bool LayoutReader::ReadLook(const pugi::xml_node& element, LayoutControl& contro
         ReadChoice(element, "touch", kTouches, control.takesTouches) &&
         ReadColor(element, "background", box.background) && ReadColor(element, "color", box.background) &&
         ReadLength(element, "corner", box.corner) && ReadColor(element, "border", box.border) &&
-        ReadLength(element, "border-width", box.borderWidth) && ReadPicture(element, "picture", control.picture) &&
-        ReadPicture(element, "draws", control.drawnPicture) &&
+        ReadLength(element, "border-width", box.borderWidth) &&
+        ReadOptionalColor(element, "border-against", box.borderAgainst) &&
+        ReadPicture(element, "picture", control.picture) && ReadPicture(element, "draws", control.drawnPicture) &&
         ReadPicture(element, "picture-pressed", control.pressedPicture) && ReadGradient(element, box);
     if (!isRead) return false;
     control.checkedColor = box.background;

@@ -15,6 +15,8 @@ namespace {
 // What the W3C's guideline 1.4.3 asks of large texts; with less, a text gets an edge.
 constexpr double kReadableContrast = 3;
 constexpr double kNoContrast = 1;
+// With less, a plain box is hardly told from what lies around it.
+constexpr double kTellableContrast = 1.25;
 constexpr double kThinnestEdge = 0.15;  ///< of the widest, as soon as there has to be one
 constexpr double kPressedShade = 0.8;
 
@@ -70,6 +72,9 @@ void ButtonNode::DescribeLook(DrawList& list, const LookContext& context) {
     if (IsPressed()) {
         look.background = pressedColor_.value_or(Shaded(look_.background, kPressedShade));
         look.gradientBottom.reset();
+    }
+    if (look.borderAgainst && ContrastRatio(look_.background, *look.borderAgainst) >= kTellableContrast) {
+        look.borderWidth = 0;
     }
     AddBox(list, look);
     AddPicture(list, WholeOf(list), IsPressed() && pressedPicture_.Get() ? pressedPicture_.Get() : picture_.Get());
