@@ -1,20 +1,15 @@
-// What goes wrong around the program: bad options, bad files, spoilt settings, a kill at any moment.
+// What goes wrong around the program: bad options, bad files and spoilt settings.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/ptrace.h>
 #include <sys/resource.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <iterator>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -340,80 +335,6 @@ TEST(SettingsFile, ThatCannotBeUsedIsNamedOnceAndLeftAlone) {
         EXPECT_EQ(kHuge, fs::file_size(run.Folder() / "data/info.ini"));
         EXPECT_NE(std::string::npos, run.Errors().find("info.ini"));
     }
-}
-
-namespace {
-
-bool ChangesFiles(std::uint64_t call) {
-    static constexpr std::uint64_t kCalls[] = {
-        SYS_write,  SYS_pwrite64, SYS_fsync,  SYS_fdatasync, SYS_ftruncate, SYS_renameat2, SYS_unlinkat, SYS_mkdirat,
-#ifdef SYS_rename  // Newer machines have only the calls above.
-        SYS_rename, SYS_renameat, SYS_unlink, SYS_mkdir,
-#endif
-    };
-    return std::find(std::begin(kCalls), std::end(kCalls), call) != std::end(kCalls);
-}
-
-/// Runs the program and kills it just before the given one of its system calls that change a file, counted from 1.
-/// False when it has ended before that.
-bool KillBeforeCall(int wanted, std::vector<const char*> arguments) {
-    const pid_t child = fork();
-    if (child == 0) {
-        ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
-        dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-        arguments.insert(arguments.begin(), BREVANT_PROGRAM);
-        arguments.push_back(nullptr);
-        execv(BREVANT_PROGRAM, const_cast<char**>(arguments.data()));
-        _exit(127);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-    int signal = 0;
-    for (int calls = 0; !WIFEXITED(status) && !WIFSIGNALED(status);) {
-        ptrace(PTRACE_SYSCALL, child, nullptr, signal);
-        if (waitpid(child, &status, 0) != child) return false;
-        constexpr int kCallStop = SIGTRAP | 0x80;
-        signal = WIFSTOPPED(status) && WSTOPSIG(status) != kCallStop ? WSTOPSIG(status) : 0;
-        __ptrace_syscall_info info{};
-        if (signal != 0 || ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof info, &info) <= 0) continue;
-        if (info.op != PTRACE_SYSCALL_INFO_ENTRY || !ChangesFiles(info.entry.nr) || ++calls < wanted) continue;
-        kill(child, SIGKILL);
-        waitpid(child, &status, 0);
-        return true;
-    }
-    return false;
-}
-
-}  // namespace
-
-TEST(SettingsFile, IsWholeWheneverTheProgramIsKilled) {
-    ProgramRun run;
-    constexpr const char* kVisitToSetup =
-        "2600 tap IDC_BUTTON_MENU\n2800 tap IDC_BUTTON_SETUP\n3000 tap IDC_CHECK_AUTO_PLAY\n3100 tap IDC_BUTTON_CLOSE\n"
-        "3200 quit\n";
-    run.Folder().Write("visit.performance", kVisitToSetup);
-    const std::string data = run.Folder() / "data";
-    const std::string performance = run.Folder() / "visit.performance";
-    ASSERT_EQ(0, run.Play(kVisitToSetup));
-    const std::string off = run.Folder().Read("data/info.ini");
-    ASSERT_EQ(0, run.Play(kVisitToSetup));
-    const std::string on = run.Folder().Read("data/info.ini");
-    ASSERT_NE(off, on);
-
-    std::set<std::string> contents;
-    int kills = 0;
-    while (KillBeforeCall(kills + 1,
-                          {"--backend", "headless", "--data", data.c_str(), "--performance", performance.c_str()})) {
-        ++kills;
-        contents.insert(run.Folder().Read("data/info.ini"));
-    }
-    EXPECT_GT(kills, 6) << "a write, a sync, a rename and a sync of the folder for each file that is replaced";
-    // Each run turns the switch; what stands there is what was there before it or what it wrote.
-    EXPECT_EQ((std::set<std::string>{off, on}), contents);
-    // What a killed write left beside the file is gone after the next one.
-    ASSERT_EQ(0, run.Play(kVisitToSetup));
-    EXPECT_EQ(1, std::distance(fs::directory_iterator(data), fs::directory_iterator()));
 }
 
 // Whatever of the package is missing or spoilt, the program says which file, and does what it can without it.
