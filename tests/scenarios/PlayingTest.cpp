@@ -9,7 +9,9 @@
 #include <fstream>
 #include <set>
 #include <span>
+#include <sstream>
 #include <string>
+#include <string_view>
 
 #include "package/SoundMeasure.h"
 #include "play/FingeringTable.h"
@@ -242,11 +244,13 @@ TEST(Playing, PlaysItsDemonstrationsAsTheyAreMeant) {
         std::string performance;
         std::vector<std::pair<double, std::string>> meant;
         for (std::string line; std::getline(file, line); performance += line + '\n') {
+            constexpr std::string_view kMeant = "# meant at ";
+            if (line.compare(0, kMeant.size(), kMeant) != 0) continue;
+            std::istringstream words(line.substr(kMeant.size()));
             double ms = 0;
-            std::array<char, 32> tone{};
-            if (std::sscanf(line.c_str(), "# meant at %lf: %31s", &ms, tone.data()) == 2) {
-                meant.emplace_back(ms, tone.data());
-            }
+            char colon = 0;
+            std::string tone;
+            if (words >> ms >> colon >> tone) meant.emplace_back(ms, tone);
         }
         EXPECT_GT(meant.size(), 40U) << name;
         ProgramRun run;

@@ -249,7 +249,8 @@ TEST(Canvases, AreClippedToTheirControlAndOutliveIt) {
     EXPECT_EQ(E_INVALID_ARG, pCanvas->SetLineWidth(0));
     const host::Image image = rig.phone.GetScreen().ReadNow();
     const auto pixelAt = [&image](int x, int y) {
-        return image.pixels[static_cast<std::size_t>(y * image.size.width + x)];
+        return image.pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(image.size.width) +
+                            static_cast<std::size_t>(x)];
     };
     EXPECT_EQ((host::Rgba{200, 0, 0, 255}), pixelAt(100, 115));
     EXPECT_EQ((host::Rgba{0, 0, 200, 255}), pixelAt(99, 115));

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdlib>
 
 #include "backend/Painter.h"
@@ -27,11 +26,10 @@ inline host::PixelRect DrawnExtent(const host::Surface& surface) {
     const auto [width, height] = surface.Size();
     const host::Image image = surface.Read({0, 0, width, height});
     host::PixelRect extent;
+    auto pixel = image.pixels.begin();
     for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            if (image.pixels[static_cast<std::size_t>(y * width + x)].alpha != 0) {
-                extent = extent.Union({x, y, 1, 1});
-            }
+        for (int x = 0; x < width; ++x, ++pixel) {
+            if (pixel->alpha != 0) extent = extent.Union({x, y, 1, 1});
         }
     }
     return extent;
