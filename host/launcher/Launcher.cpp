@@ -84,6 +84,12 @@ std::string ReasonAgainstFolder(const std::string& folder, const char* option) {
     return {};
 }
 
+// Where the program's own files lie.
+struct Folders {
+    std::string package;
+    std::string data;
+};
+
 // The file that is, or would be made, at the end of links.
 fs::path Target(fs::path path) {
     constexpr int kMostLinks = 40;  // As many as Linux follows.
@@ -101,23 +107,39 @@ bool AreSameFile(const std::string& one, const std::string& other) {
     return fs::equivalent(one, other, error) || Target(one) == Target(other);
 }
 
+// True for a file below the folder, whether it is there or not.
+bool IsBelow(const fs::path& target, const std::string& folder) {
+    if (folder.empty()) return false;
+    const fs::path inside = target.lexically_relative(Target(folder));
+    return !inside.empty() && *inside.begin() != ".." && inside != ".";
+}
+
+// What the program reads beside what its options name: the package, and the settings of the data folder.
+bool IsOwnFile(const std::string& path, const Folders& folders) {
+    constexpr std::string_view kSettingsEnding = ".ini";
+    const fs::path target = Target(path);
+    return IsBelow(target, folders.package) || (IsBelow(target, folders.data) && target.extension() == kSettingsEnding);
+}
+
 // What is written must not be what is read, nor written twice: empty, or the reason against it.
-std::string ReasonAgainstFiles(const Options& options) {
+std::string ReasonAgainstFiles(const Options& options, const Folders& folders) {
     struct Named {
         const char* option;
         const std::optional<std::string>& path;
     };
-    const std::array<Named, 4> files{{{"--performance", options.performance},
+    const std::array<Named, 5> files{{{"--performance", options.performance},
                                       {"--breath", options.breath},
                                       {"--record", options.record},
-                                      {"--trace", options.trace}}};
+                                      {"--trace", options.trace},
+                                      {"--keep-performance", options.keepPerformance}}};
     constexpr std::size_t kFirstWritten = 2;
     for (std::size_t written = kFirstWritten; written < files.size(); ++written) {
+        if (!files[written].path) continue;
+        const std::string wouldOverwrite = *files[written].path + ": " + files[written].option + " would overwrite ";
+        if (IsOwnFile(*files[written].path, folders)) return wouldOverwrite + "the program's own file";
         for (std::size_t other = 0; other < written; ++other) {
-            if (!files[written].path || !files[other].path) continue;
-            if (!AreSameFile(*files[written].path, *files[other].path)) continue;
-            return *files[written].path + ": " + files[written].option + " would overwrite what " +
-                   files[other].option + " names";
+            if (!files[other].path || !AreSameFile(*files[written].path, *files[other].path)) continue;
+            return wouldOverwrite + "what " + files[other].option + " names";
         }
     }
     return {};
@@ -155,16 +177,17 @@ int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     std::string problem;
     if (options.dataFolder) problem = ReasonAgainstFolder(*options.dataFolder, "--data");
     if (problem.empty()) problem = ReasonAgainstFolder(options.screenshots, "--screenshots");
-    if (problem.empty()) problem = ReasonAgainstFiles(options);
     if (!problem.empty()) return Refuse(problem);
     const std::string packageRoot = FindPackageRoot();
     if (packageRoot.empty()) {
         return Refuse("the package's files are not in share/brevant beside the program or one folder above it");
     }
+    const std::string dataFolder = options.dataFolder ? *options.dataFolder : DefaultDataFolder();
+    problem = ReasonAgainstFiles(options, {packageRoot, dataFolder});
+    if (!problem.empty()) return Refuse(problem);
     const BackendEntry* entry = FindBackend(options.backend);
     if (entry == nullptr) return Refuse("no display can be reached; --backend headless needs none");
 
-    const std::string dataFolder = options.dataFolder ? *options.dataFolder : DefaultDataFolder();
     Phone phone(*entry, {packageRoot, WithSeparator(dataFolder)}, std::move(options));
     if (!phone.Open(problem)) return Refuse(problem);
     if (dataFolder.empty()) Say("settings are not kept: HOME is no absolute path, and no --data DIR is given");

@@ -90,10 +90,13 @@ TEST(Options, ThatWouldOverwriteWhatIsReadOrWrittenAreRefusedBeforeAnythingIsOpe
         {"--breath", folder / "tune", "--trace", folder.Path() + "./tune"},
         {"--record", folder / "new", "--trace", folder / "new"},
         {"--record", folder / "new", "--trace", folder / "dangling"},
+        {"--performance", folder / "tune", "--keep-performance", folder / "tune"},
+        {"--performance", folder / "tune", "--trace", folder / "data/info.ini"},
+        {"--performance", folder / "tune", "--record", BREVANT_PACKAGE "data/ocarina_4_00.ogg"},
     };
     for (std::vector<std::string> arguments : cases) {
         SCOPED_TRACE(arguments[1] + " and " + arguments[3]);
-        const std::vector<std::string> words = {arguments[0], arguments[2]};
+        const std::vector<std::string> words = {arguments[2], arguments[3]};
         arguments.insert(arguments.end(), {"--backend", "headless", "--data", folder / "data"});
         ExpectRefusal(run, run.Start(arguments), words);
         EXPECT_EQ("0 quit\n", folder.Read("tune"));
