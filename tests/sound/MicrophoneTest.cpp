@@ -10,6 +10,7 @@
 #include "Tizen/Base/ByteBuffer.h"
 #include "Tizen/Media/AudioIn.h"
 #include "runtime/sound/BreathFrontEnd.h"
+#include "runtime/soundfile/SoundReader.h"
 #include "sound/SoundRig.h"
 
 using namespace Tizen::Media;
@@ -270,6 +271,32 @@ TEST(Microphone, NamesABreathFileThatItCannotHear) {
     EXPECT_EQ(problemOf(path), path + ": its end is missing");
     WriteWav(path, 1, 1, 8, Places(1801));
     EXPECT_EQ(problemOf(path), path + ": it is longer than an hour");
+
+    struct BrokenDisk final : host::InputFile {
+        std::uint64_t Size() const override { return 1000; }
+        std::optional<std::size_t> Read(std::uint64_t, std::span<std::byte>) override { return std::nullopt; }
+    };
+    std::string problem;
+    EXPECT_EQ(host::SoundReader::FromFile(std::make_unique<BrokenDisk>(), problem), nullptr);
+    EXPECT_EQ(problem, "it cannot be read");
+}
+
+TEST(Microphone, TellsOnceOfABreathFileThatLosesItsEndWhileItIsHeard) {
+    const std::string path = BreathPath();
+    for (const int channels : {1, 2}) {
+        WriteWav(path, 8000, channels, 8, Places(20000));
+        Rig rig(Simulated(path));
+        Listener listener(rig);
+        listener.audioIn->Start();
+        rig.Run(kBlockTime);
+        std::filesystem::resize_file(path, 10000);
+        testing::internal::CaptureStderr();
+        rig.Run(500 * kBlockTime);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  "brevant: " + path + ": the rest of the breath cannot be read, and is silence\n");
+        EXPECT_TRUE(rig.console.HasLoss());
+        EXPECT_EQ(Part(listener.heard, 100'000, 1000), Silence(1000));
+    }
 }
 
 TEST(Microphone, NeverFlickersInASteadyBreath) {

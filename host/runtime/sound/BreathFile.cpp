@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "backend/Storage.h"
+#include "runtime/Console.h"
 #include "runtime/sound/PhoneConverter.h"
 #include "runtime/sound/PhoneFormat.h"
 #include "runtime/soundfile/SoundReader.h"
@@ -29,12 +31,13 @@ bool DecodesToItsEnd(SoundReader& reader) {
 
 }  // namespace
 
-BreathFile::BreathFile() = default;
+BreathFile::BreathFile(Console& console, std::string path) : console_(console), path_(std::move(path)) {}
 
 BreathFile::~BreathFile() = default;
 
-std::unique_ptr<BreathFile> BreathFile::Open(const Storage& storage, const std::string& path, std::string& problem) {
-    std::unique_ptr<BreathFile> file(new BreathFile);
+std::unique_ptr<BreathFile> BreathFile::Open(const Storage& storage, Console& console, const std::string& path,
+                                             std::string& problem) {
+    std::unique_ptr<BreathFile> file(new BreathFile(console, path));
     std::string fault;
     file->reader_ = OpenReader(storage, path, fault);
     if (file->reader_ != nullptr) {
@@ -87,18 +90,29 @@ bool BreathFile::ReadMore() {
     bytesAt_ = 0;
     if (converter_ == nullptr) {
         bytes_.resize(kFramesAtOnce * kPhoneChannels);
-        bytes_.resize(reader_->ReadBytes(bytes_) * kPhoneChannels);
+        const std::size_t frames = reader_->ReadBytes(bytes_);
+        bytes_.resize(frames * kPhoneChannels);
+        framesRead_ += static_cast<std::int64_t>(frames);
         hasEnded_ = bytes_.empty();
     }
     while (bytes_.empty() && !hasEnded_) {
         const auto channels = static_cast<std::size_t>(reader_->Channels());
         samples_.resize(kFramesAtOnce * channels);
         const std::size_t frames = reader_->Read(samples_);
+        framesRead_ += static_cast<std::int64_t>(frames);
         hasEnded_ = frames == 0;
         converter_->Convert({samples_.data(), frames * channels},
                             hasEnded_ ? PhoneConverter::Input::kEndsHere : PhoneConverter::Input::kGoesOn, bytes_);
     }
+    if (hasEnded_) TakeEnd();
     return !bytes_.empty();
+}
+
+// The file was whole when it was opened, so what is missing now was lost on the way.
+void BreathFile::TakeEnd() {
+    if (framesRead_ < reader_->Frames()) {
+        console_.ReportLoss(path_ + ": the rest of the breath cannot be read, and is silence");
+    }
 }
 
 }  // namespace host

@@ -9,6 +9,7 @@
 
 namespace host {
 
+class Console;
 class PhoneConverter;
 class SoundReader;
 class Storage;
@@ -17,8 +18,9 @@ class Storage;
 class BreathFile {
 public:
     /// Null with one line in `problem` that names the file when it cannot be read, is not whole or longer than an hour.
-    [[nodiscard]] static std::unique_ptr<BreathFile> Open(const Storage& storage, const std::string& path,
-                                                          std::string& problem);
+    /// `console` hears of a file that cannot be read to its end later, and must outlive this.
+    [[nodiscard]] static std::unique_ptr<BreathFile> Open(const Storage& storage, Console& console,
+                                                          const std::string& path, std::string& problem);
     ~BreathFile();
 
     /// The next bytes, whole frames. Behind the file's end there is silence.
@@ -26,15 +28,19 @@ public:
     void Skip(std::uint64_t frames);
 
 private:
-    BreathFile();
+    BreathFile(Console& console, std::string path);
 
     [[nodiscard]] bool ReadMore();
+    void TakeEnd();
 
+    Console& console_;
+    std::string path_;
     std::unique_ptr<SoundReader> reader_;
     std::unique_ptr<PhoneConverter> converter_;  ///< null when the file's bytes are the phone's already
     std::vector<float> samples_;
     std::vector<std::uint8_t> bytes_;  ///< converted and not read yet from `bytesAt_` on
     std::size_t bytesAt_ = 0;
+    std::int64_t framesRead_ = 0;  ///< of the file, at its own rate
     bool hasEnded_ = false;
 };
 

@@ -52,7 +52,7 @@ void Sound::TellOfTone() {
 
 bool Sound::Prepare(std::string& problem) {
     if (options_.breath) {
-        auto file = BreathFile::Open(services_.storage, *options_.breath, problem);
+        auto file = BreathFile::Open(services_.storage, services_.console, *options_.breath, problem);
         if (file == nullptr) return false;
         simulatedMicrophone_.SetBreathFile(std::move(file));
     }

@@ -21,6 +21,8 @@ public:
     [[nodiscard]] virtual std::int64_t Size() const = 0;
     /// Fills `bytes` from `offset`; fewer only at the end or after a failure of the disk. Returns how many.
     virtual std::size_t ReadAt(std::int64_t offset, std::span<std::byte> bytes) = 0;
+    /// True once the disk has failed: what was not read says nothing of the file.
+    [[nodiscard]] virtual bool HasFailed() const noexcept = 0;
 };
 
 class MemorySource final : public ByteSource {
@@ -34,6 +36,7 @@ public:
         std::memcpy(bytes.data(), content_.data() + offset, count);
         return count;
     }
+    [[nodiscard]] bool HasFailed() const noexcept override { return false; }
 
 private:
     std::vector<std::byte> content_;
@@ -50,14 +53,17 @@ public:
         // The file may give less at once than there is.
         while (offset >= 0 && count < bytes.size()) {
             const auto got = file_->Read(static_cast<std::uint64_t>(offset) + count, bytes.subspan(count));
+            if (!got) hasFailed_ = true;
             if (!got || *got == 0) break;
             count += *got;
         }
         return count;
     }
+    [[nodiscard]] bool HasFailed() const noexcept override { return hasFailed_; }
 
 private:
     std::unique_ptr<InputFile> file_;
+    bool hasFailed_ = false;
 };
 
 }  // namespace host
