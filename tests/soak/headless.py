@@ -1,13 +1,12 @@
 #!/usr/bin/env python3
 """Plays hours of random performances with everything in them, headless, and watches what the program holds meanwhile.
 
-Usage: soak.py PROGRAM SECONDS
+Usage: headless.py PROGRAM SECONDS
 
 Each round is one performance made from its number, so that a round that fails can be had again. Memory and open files
-are sampled while it runs: what the last third of a round holds may not exceed what the second third held.
+are sampled while it runs, and its speed is told.
 """
 
-import os
 import pathlib
 import random
 import subprocess
@@ -15,10 +14,13 @@ import sys
 import tempfile
 import time
 
+import growth
+
 VIRTUAL_MINUTES = 10 * 60
 SAMPLE_SECONDS = 0.1
-# Caches fill in the first third. More growth than this between the others is a leak: of 140 bytes an action, for
-# there are some sixty thousand of them in a third.
+LONGEST_SECONDS = 600
+# More growth than this between two thirds is a leak: of 140 bytes an action, for there are some sixty thousand of them in
+# a third.
 ALLOWED_GROWTH_KB = 8192
 CONTROLS = ["IDC_BUTTON_MENU", "IDC_BUTTON_SETUP", "IDC_BUTTON_HELP", "IDC_BUTTON_CLOSE", "IDC_CHECK_AUTO_PLAY"]
 # Without the Back key, which ends the program from its first screen.
@@ -59,16 +61,6 @@ def performance(number):
     return "\n".join(lines) + f"\n{now + 1} quit\n"
 
 
-def sample(pid):
-    """Resident memory in kB and open files; nothing when the process has ended."""
-    try:
-        status = pathlib.Path(f"/proc/{pid}/status").read_text()
-        memory = next(int(line.split()[1]) for line in status.splitlines() if line.startswith("VmRSS:"))
-        return memory, len(os.listdir(f"/proc/{pid}/fd"))
-    except (FileNotFoundError, ProcessLookupError, StopIteration):
-        return None
-
-
 def play(program, number, folder):
     """One round; the reason why it failed, or nothing."""
     file = folder / "soak.performance"
@@ -79,26 +71,16 @@ def play(program, number, folder):
                                     str(file), "--language", "en"], stderr=log)
         samples = []
         while process.poll() is None:
-            samples.append(sample(process.pid))
+            if time.monotonic() > begin + LONGEST_SECONDS:
+                process.kill()
+            samples.append(growth.sample(process.pid))
             time.sleep(SAMPLE_SECONDS)
     seconds = time.monotonic() - begin
-    samples = [each for each in samples if each]
-    third = len(samples) // 3
     if process.returncode != 0:
-        return f"ended with {process.returncode}: {(folder / 'log').read_text()[-2000:]}"
-    if third == 0:
-        return "was over before it could be watched"
-    middle, last = samples[third:2 * third], samples[2 * third:]
-    memory = [max(each[0] for each in part) for part in (middle, last)]
-    # A file is open for a moment while it is read or written; what stays open is open in every sample.
-    files = [min(each[1] for each in part) for part in (middle, last)]
-    print(f"round {number}: {VIRTUAL_MINUTES * 60 / seconds:6.0f} times real time, "
-          f"memory {memory[0]} then {memory[1]} kB, files {files[0]} then {files[1]}", flush=True)
-    if memory[1] > memory[0] + ALLOWED_GROWTH_KB:
-        return f"memory grew by {memory[1] - memory[0]} kB"
-    if files[1] > files[0]:
-        return f"open files grew from {files[0]} to {files[1]}"
-    return None
+        return f"ended with {process.returncode}: {(folder / 'log').read_text()[-4000:]}"
+    told, reason = growth.judge([each for each in samples if each], ALLOWED_GROWTH_KB)
+    print(f"round {number}: {VIRTUAL_MINUTES * 60 / seconds:6.0f} times real time, {told}", flush=True)
+    return reason
 
 
 def main():
