@@ -1,5 +1,6 @@
 // Preloaded into the program, it lets the N-th call of one kind fail, or kills the program there. Only calls that
-// concern files in one folder count, so that fonts and libraries are left in peace. The environment says what to do:
+// concern files in one folder count, and only memory that C++ asks for, so that fonts and libraries are left in peace.
+// The environment says what to do:
 //   BREVANT_FAULT         CALL:N:FAULT, CALL as named below, FAULT an errno's number, "short" or "kill"
 //   BREVANT_FAULT_FOLDER  the folder, with a separator at its end
 //   BREVANT_FAULT_STRUCK  a file that is made when the call has come
@@ -10,6 +11,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -17,6 +19,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string_view>
 
 namespace {
@@ -44,7 +47,7 @@ bool IsInFolder(int file) {
 
 // What is to happen to this call; sets errno where it fails.
 Fault Strike(std::string_view call) {
-    static long count = 0;
+    static std::atomic<long> count = 0;
     const char* wish = std::getenv("BREVANT_FAULT");
     if (wish == nullptr || std::strncmp(wish, call.data(), call.size()) != 0 || wish[call.size()] != ':') {
         return Fault::kNone;
@@ -62,6 +65,11 @@ Fault Strike(std::string_view call) {
 template <typename Where>
 Fault StrikeAt(const char* call, Where where) {
     return IsInFolder(where) ? Strike(call) : Fault::kNone;
+}
+
+ssize_t ReadNext(const char* name, int file, void* bytes, size_t count, off_t offset) {
+    if (StrikeAt("read", file) == Fault::kError) return -1;
+    return Next<ssize_t(int, void*, size_t, off_t)>(name)(file, bytes, count, offset);
 }
 
 int OpenNext(const char* name, const char* path, int flags, mode_t mode) {
@@ -104,6 +112,19 @@ int mkostemp64(char* path, int flags) {
     return Next<int(char*, int)>("mkostemp64")(path, flags);
 }
 
+ssize_t read(int file, void* bytes, size_t count) {
+    if (StrikeAt("read", file) == Fault::kError) return -1;
+    return Next<ssize_t(int, void*, size_t)>("read")(file, bytes, count);
+}
+
+ssize_t pread(int file, void* bytes, size_t count, off_t offset) {
+    return ReadNext("pread", file, bytes, count, offset);
+}
+
+ssize_t pread64(int file, void* bytes, size_t count, off_t offset) {
+    return ReadNext("pread64", file, bytes, count, offset);
+}
+
 ssize_t write(int file, const void* bytes, size_t count) {
     const Fault fault = StrikeAt("write", file);
     if (fault == Fault::kError) return -1;
@@ -142,4 +163,25 @@ int close(int file) {
     errno = error;
     return -1;
 }
+}
+
+// As the language's own: what was set for a lack of memory is called, and may not return without a remedy. Calls count
+// from the moment on when something is set.
+void* operator new(std::size_t bytes) {
+    for (;;) {
+        const std::new_handler handler = std::get_new_handler();
+        const bool isRefused = handler != nullptr && Strike("new") == Fault::kError;
+        void* const memory = isRefused ? nullptr : std::malloc(bytes == 0 ? 1 : bytes);
+        if (memory != nullptr) return memory;
+        if (handler == nullptr) throw std::bad_alloc();
+        handler();
+    }
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
 }

@@ -64,18 +64,20 @@ std::unique_ptr<SoundReader> SoundReader::FromFile(std::unique_ptr<InputFile> fi
 
 std::unique_ptr<SoundReader> SoundReader::FromSource(std::unique_ptr<ByteSource> source, std::string& problem) {
     Framing framing = ExamineFraming(*source);
-    const auto problemOr = [](const ByteSource& bytes, std::string_view otherwise) {
-        return bytes.HasFailed() ? std::string(ReasonOf(ReadOutcome::kFailed)) : std::string(otherwise);
-    };
-    problem = problemOr(*source, framing.fault);
+    problem = source->HasFailed() ? ReasonOf(ReadOutcome::kFailed) : framing.fault;
     if (!problem.empty()) return nullptr;
     auto decoder = std::make_unique<Decoder>(std::move(source));
     decoder->isProvedWhole = framing.isProof;
     decoder->comments = std::move(framing.comments);
     SF_VIRTUAL_IO io = MakeVirtualIo<Decoder>();
     decoder->file = sf_open_virtual(&io, SFM_READ, &decoder->info, decoder.get());
+    // The library may take a header for whole of which a part could not be read.
+    if (decoder->source->HasFailed()) {
+        problem = ReasonOf(ReadOutcome::kFailed);
+        return nullptr;
+    }
     if (decoder->file == nullptr) {
-        problem = problemOr(*decoder->source, "it does not decode");
+        problem = "it does not decode";
         return nullptr;
     }
     if (decoder->info.frames <= 0 || decoder->info.channels <= 0 || decoder->info.samplerate <= 0) {
