@@ -30,11 +30,19 @@ bool XmlFile::Fail(const pugi::xml_node& node, std::string_view reason) {
 }
 
 bool XmlFile::FailAt(std::ptrdiff_t offset, std::string_view reason) {
-    const auto end =
-        content_.begin() + std::clamp<std::ptrdiff_t>(offset, 0, static_cast<std::ptrdiff_t>(content_.size()));
-    const auto line = 1 + std::count(content_.begin(), end, std::byte{'\n'});
-    problems_.push_back(path_ + ':' + std::to_string(line) + ": " + std::string(reason));
+    problems_.push_back(path_ + ':' + std::to_string(LineOf(offset)) + ": " + std::string(reason));
     return false;
+}
+
+// A file may have as many problems as elements, so the lines are not counted anew for each.
+std::size_t XmlFile::LineOf(std::ptrdiff_t offset) {
+    if (lineEnds_.empty()) {
+        for (auto at = content_.begin(); (at = std::find(at, content_.end(), std::byte{'\n'})) != content_.end(); ++at) {
+            lineEnds_.push_back(at - content_.begin());
+        }
+    }
+    const auto end = std::lower_bound(lineEnds_.begin(), lineEnds_.end(), offset);
+    return 1 + static_cast<std::size_t>(end - lineEnds_.begin());
 }
 
 bool XmlFile::HasOnly(const pugi::xml_node& element, std::initializer_list<std::string_view> names) {

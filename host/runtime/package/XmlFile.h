@@ -30,9 +30,11 @@ public:
 
 private:
     bool FailAt(std::ptrdiff_t offset, std::string_view reason);
+    [[nodiscard]] std::size_t LineOf(std::ptrdiff_t offset);
 
     std::string path_;
     std::vector<std::byte> content_;
+    std::vector<std::ptrdiff_t> lineEnds_;  ///< offsets, found when the first problem needs them
     pugi::xml_document document_;
     std::vector<std::string> problems_;
 };
