@@ -52,6 +52,8 @@ struct BackendEntry {
     /// Whether it can work on this machine now.
     bool (*isAvailable)() = nullptr;
     std::unique_ptr<Backend> (*create)(const BackendOptions& options) = nullptr;
+    /// The libraries that it stands on, with the versions that are loaded: "Cairo 1.16.0, Pango 1.50.12".
+    std::string (*libraries)() = nullptr;
 };
 
 }  // namespace host

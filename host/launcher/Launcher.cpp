@@ -1,6 +1,7 @@
 #include "launcher/Launcher.h"
 
 #include <array>
+#include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +18,8 @@
 #include "launcher/CommandLine.h"
 #include "launcher/Surroundings.h"
 #include "runtime/Console.h"
+#include "runtime/package/Package.h"
+#include "runtime/soundfile/SoundReader.h"
 #ifdef BREVANT_DESKTOP
 #include "backend/desktop/DesktopBackend.h"
 #endif
@@ -33,20 +36,37 @@ namespace fs = std::filesystem;
 constexpr int kNeverEnded = 1;
 constexpr int kOutOfMemory = 1;
 constexpr int kRefused = 2;
+constexpr int kNoDisplay = 3;
 
 // In the order in which they are tried when no name was given. Headless works everywhere, so it comes last.
 constexpr auto kBackends = std::to_array<BackendEntry>({
 #ifdef BREVANT_DESKTOP
-    {"desktop", Attendance::kAttended, MicrophoneSupport::kDevice, IsDesktopAvailable, CreateDesktopBackend},
+    {"desktop", Attendance::kAttended, MicrophoneSupport::kDevice, IsDesktopAvailable, CreateDesktopBackend,
+     DesktopLibraries},
 #endif
-    {"headless", Attendance::kUnattended, MicrophoneSupport::kNone, IsHeadlessAvailable, CreateHeadlessBackend},
+    {"headless", Attendance::kUnattended, MicrophoneSupport::kNone, IsHeadlessAvailable, CreateHeadlessBackend,
+     HeadlessLibraries},
 });
+
+}  // namespace
 
 std::vector<std::string> BackendNames() {
     std::vector<std::string> names;
     names.reserve(kBackends.size());
     for (const BackendEntry& entry : kBackends) names.emplace_back(entry.name);
     return names;
+}
+
+namespace {
+
+// The version, and what the program stands on: what a report of a fault needs.
+std::string VersionText() {
+    std::string text = "brevant " BREVANT_VERSION "\n";
+    for (const BackendEntry& entry : kBackends) {
+        text += "back end " + std::string(entry.name) + ": " + entry.libraries() + '\n';
+    }
+    return text + "sound files: " + SoundReader::Library() + "\npackage: " + Package::XmlLibrary() +
+           "\noptions: CLI11 " + OptionsLibraryVersion() + '\n';
 }
 
 // The one of that name, or the first that works here; null when that is none.
@@ -61,9 +81,9 @@ void Say(const std::string& line) {
     std::fprintf(stderr, "brevant: %s\n", Printable(line).c_str());
 }
 
-int Refuse(const std::string& reason) {
+int Refuse(const std::string& reason, int status = kRefused) {
     Say(reason);
-    return kRefused;
+    return status;
 }
 
 int Show(const std::string& text) {
@@ -167,8 +187,10 @@ void KeepLargeBlocks() {
 
 int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     std::set_new_handler(EndWithoutMemory);
+    // Whoever reads what is printed may stop reading: that is no reason to lose what is written elsewhere.
+    std::signal(SIGPIPE, SIG_IGN);
     KeepLargeBlocks();
-    CommandLine line = ReadCommandLine(argc, argv, BackendNames());
+    CommandLine line = ReadCommandLine(argc, argv, BackendNames(), VersionText());
     if (line.kind == CommandLine::Kind::kRefuse) return Refuse(line.text);
     if (line.kind == CommandLine::Kind::kShow) return Show(line.text);
     Options& options = line.options;
@@ -186,7 +208,13 @@ int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     problem = ReasonAgainstFiles(options, {packageRoot, dataFolder});
     if (!problem.empty()) return Refuse(problem);
     const BackendEntry* entry = FindBackend(options.backend);
-    if (entry == nullptr) return Refuse("no display can be reached; --backend headless needs none");
+    if (entry == nullptr) return Refuse("no display can be reached; --backend headless needs none", kNoDisplay);
+    if (!options.backend && !options.performance && entry->attendance == Attendance::kUnattended) {
+        return Refuse(
+            "no display can be reached, so nobody can play; --performance FILE plays a performance without one, "
+            "and --help tells more",
+            kNoDisplay);
+    }
 
     Phone phone(*entry, {packageRoot, WithSeparator(dataFolder)}, std::move(options));
     if (!phone.Open(problem)) return Refuse(problem);

@@ -18,6 +18,7 @@ struct Options {
     std::optional<std::string> dataFolder;
     std::optional<std::string> performance;      ///< the file that is played
     std::optional<std::string> breath;           ///< a sound file that the simulated microphone hears
+    bool usesMicrophone = true;                  ///< false: only the keyboard, a performance or a file breathes
     std::optional<std::string> keepPerformance;  ///< the file that gets what the player does
     std::optional<std::string> record;           ///< the WAV file that gets what the speaker plays
     std::string screenshots = ".";               ///< the folder of pictures without a path of their own

@@ -28,7 +28,8 @@ Phone* current = nullptr;
 
 // What breathes into a phone is the performance's or a file's, where there is one.
 MicrophoneSupport MicrophoneOf(const BackendEntry& entry, const Options& options) {
-    return options.breath || options.performance ? MicrophoneSupport::kNone : entry.microphone;
+    const bool isSimulated = options.breath || options.performance || !options.usesMicrophone;
+    return isSimulated ? MicrophoneSupport::kNone : entry.microphone;
 }
 
 }  // namespace

@@ -33,12 +33,12 @@ helpers+=($!)
 comes "the server" pactl info
 
 start SDL_AUDIODRIVER=pulseaudio
-comes "word of a missing output at the start" says "the sound output is gone"
+comes "word of a missing output at the start" says "there is no sound output"
 comes "the play screen" plays
 xdotool keydown space
 comes "a tone that nobody hears" has_told '"event":"play"'
 sink=$(pactl load-module module-null-sink sink_name=out rate=44100 channels=1 format=s16le norewinds=1)
-comes "the output's return" says "the sound output is back"
+comes "the output's return" says "there is a sound output now"
 comes "the tone on it" is_heard
 pactl unload-module "$sink"
 pactl load-module module-null-sink sink_name=out rate=44100 channels=1 format=s16le norewinds=1 >/dev/null

@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -204,11 +206,53 @@ TEST(Options, ShowVersionAndHelp) {
     ProgramRun run;
     EXPECT_EQ(0, run.Start({"--version"}));
     EXPECT_EQ(0U, run.Output().find("brevant "));
+    for (const char* library : {"back end headless: Cairo 1.", "Pango 1.", "libsndfile-1.", "pugixml 1.", "CLI11 2."}) {
+        EXPECT_NE(std::string::npos, run.Output().find(library)) << library;
+    }
     EXPECT_EQ(0, run.Start({"--help"}));
+    // A terminal's smallest page.
+    constexpr std::size_t kColumns = 80;
+    constexpr int kRows = 24;
+    std::istringstream page(run.Output());
+    int rows = 0;
+    for (std::string line; std::getline(page, line); ++rows) EXPECT_LE(line.size(), kColumns) << line;
+    EXPECT_LT(rows, kRows);
     for (const char* option : {"--backend", "--screen", "--data", "--performance", "--breath", "--record",
                                "--screenshots", "--trace", "--ringtone-volume", "--language", "--version", "--help"}) {
         EXPECT_NE(std::string::npos, run.Output().find(option)) << option;
     }
+}
+
+TEST(Options, WithoutADisplayAndAPerformanceTheProgramSaysWhatItCanDo) {
+    ProgramRun run;
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"}) unsetenv(name);
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{}, {"--backend", "desktop"}}) {
+        EXPECT_EQ(3, run.Start(arguments));
+        const std::string errors = run.Errors();
+        EXPECT_EQ(1, std::count(errors.begin(), errors.end(), '\n')) << errors;
+        EXPECT_EQ(0U, errors.find("brevant: no display can be reached")) << errors;
+    }
+}
+
+TEST(Options, AReaderThatStopsReadingCostsNoTrace) {
+    ProgramRun run;
+    const std::string pipe = run.Folder() / "pipe";
+    ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
+    // It writes to a pipe on stderr whose only reader has gone.
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    const int kept = dup(STDERR_FILENO);
+    const int writer = open(pipe.c_str(), O_WRONLY);
+    ASSERT_GE(writer, 0);
+    close(reader);
+    run.Folder().Write("tune", "100 screenshot no-such-folder/a.png\n200 quit\n");
+    const std::string command = std::string(BREVANT_PROGRAM) + " --backend headless --data " + (run.Folder() / "data") +
+                                " --performance " + (run.Folder() / "tune") + " --trace " + (run.Folder() / "trace") +
+                                " --screenshots " + (run.Folder() / "shots") + " 2>&" + std::to_string(writer);
+    const int status = std::system(command.c_str());
+    close(writer);
+    close(kept);
+    EXPECT_TRUE(WIFEXITED(status)) << status;
+    EXPECT_NE(std::string::npos, run.Folder().Read("trace").find("\"event\":\"ended\""));
 }
 
 TEST(PerformanceFile, IsRefusedWithItsLineAndAReason) {

@@ -450,6 +450,8 @@ TEST(Microphone, HearsSilenceWhileItIsLostAndPicksTheDeviceUpAgain) {
     const auto events = rig.CloseEvents();
     EXPECT_EQ(std::count(events.begin(), events.end(), "microphone lost"), 3);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "brevant: there is no microphone; blowing works when there is one\n"
+              "brevant: there is a microphone now\n"
               "brevant: the microphone is gone; blowing works again when it is back\n"
               "brevant: the microphone is back\n");
 }

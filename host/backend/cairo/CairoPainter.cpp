@@ -34,6 +34,10 @@ void Premultiply(const PixelRows& rows) {
 
 }  // namespace
 
+std::string CairoPainter::Libraries() {
+    return std::string("Cairo ") + cairo_version_string() + ", Pango " + pango_version_string();
+}
+
 CairoPainter::CairoPainter() = default;
 CairoPainter::~CairoPainter() = default;
 

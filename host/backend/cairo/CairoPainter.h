@@ -14,6 +14,9 @@ class PangoFonts;
 /// for texts. UI thread only. Its surfaces, pictures and texts work with each other, not with those of another painter.
 class CairoPainter final : public Painter {
 public:
+    /// Cairo and Pango with their versions.
+    [[nodiscard]] static std::string Libraries();
+
     CairoPainter();
     ~CairoPainter() override;
     CairoPainter(const CairoPainter&) = delete;

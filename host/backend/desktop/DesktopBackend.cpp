@@ -83,4 +83,11 @@ bool IsDesktopAvailable() {
     return KeptVideo() != nullptr;
 }
 
+std::string DesktopLibraries() {
+    SDL_version sdl{};
+    SDL_GetVersion(&sdl);
+    return "SDL " + std::to_string(sdl.major) + '.' + std::to_string(sdl.minor) + '.' + std::to_string(sdl.patch) +
+           ", " + CairoPainter::Libraries();
+}
+
 }  // namespace host

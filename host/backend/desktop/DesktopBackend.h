@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "backend/Backend.h"
 
@@ -11,5 +12,8 @@ namespace host {
 
 /// Whether a display can be reached. The connection is kept for the back end that is created next.
 [[nodiscard]] bool IsDesktopAvailable();
+
+/// The libraries that it stands on, with their versions.
+[[nodiscard]] std::string DesktopLibraries();
 
 }  // namespace host

@@ -51,4 +51,8 @@ bool IsHeadlessAvailable() {
     return true;
 }
 
+std::string HeadlessLibraries() {
+    return CairoPainter::Libraries();
+}
+
 }  // namespace host

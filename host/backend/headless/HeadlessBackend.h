@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "backend/Backend.h"
 
@@ -11,5 +12,8 @@ namespace host {
 
 /// It works everywhere.
 [[nodiscard]] bool IsHeadlessAvailable();
+
+/// The libraries that it stands on, with their versions.
+[[nodiscard]] std::string HeadlessLibraries();
 
 }  // namespace host

@@ -102,6 +102,10 @@ bool ReadEffect(XmlFile& file, const pugi::xml_node& element, KeyBinding& bindin
 
 }  // namespace
 
+std::string Package::XmlLibrary() {
+    return XmlFile::Library();
+}
+
 bool Package::ChooseLanguage(const Storage& storage, const Options& options, std::string& language,
                              std::string& problem) {
     const std::vector<std::string> files = storage.List(storage.PackageRoot() + "strings/");

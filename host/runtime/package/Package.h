@@ -23,6 +23,8 @@ namespace host {
 /// pixels is read and checked when it is loaded. UI thread only.
 class Package {
 public:
+    /// The library that reads layouts and texts, with its version.
+    [[nodiscard]] static std::string XmlLibrary();
     /// The language of the texts: the one that was asked for, or the preferred one where it has texts, or English.
     /// False with one line in `problem` when one was asked for that has none.
     [[nodiscard]] static bool ChooseLanguage(const Storage& storage, const Options& options, std::string& language,

@@ -10,6 +10,13 @@ constexpr std::size_t kLargestFile = std::size_t{4} * 1024 * 1024;
 
 }  // namespace
 
+std::string XmlFile::Library() {
+    constexpr int kMajor = 1000;  // 1130 is 1.13.
+    constexpr int kMinor = 10;
+    return "pugixml " + std::to_string(PUGIXML_VERSION / kMajor) + '.' +
+           std::to_string(PUGIXML_VERSION % kMajor / kMinor);
+}
+
 bool XmlFile::Load(const Storage& storage, std::string_view rootName) {
     const ReadOutcome outcome = storage.Read(path_, kLargestFile, content_);
     if (outcome != ReadOutcome::kRead) {
@@ -37,7 +44,8 @@ bool XmlFile::FailAt(std::ptrdiff_t offset, std::string_view reason) {
 // A file may have as many problems as elements, so the lines are not counted anew for each.
 std::size_t XmlFile::LineOf(std::ptrdiff_t offset) {
     if (lineEnds_.empty()) {
-        for (auto at = content_.begin(); (at = std::find(at, content_.end(), std::byte{'\n'})) != content_.end(); ++at) {
+        for (auto at = content_.begin(); (at = std::find(at, content_.end(), std::byte{'\n'})) != content_.end();
+             ++at) {
             lineEnds_.push_back(at - content_.begin());
         }
     }

@@ -14,6 +14,9 @@ namespace host {
 /// One XML file of the package, and what is wrong with it, each as "FILE:LINE: reason".
 class XmlFile {
 public:
+    /// The library that parses, with its version.
+    [[nodiscard]] static std::string Library();
+
     explicit XmlFile(std::string path) : path_(std::move(path)) {}
 
     /// False with the problem noted when the file cannot be read, is no XML, or its root element is not `rootName` (any

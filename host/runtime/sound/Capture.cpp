@@ -31,6 +31,7 @@ void Capture::Close() noexcept {
 }
 
 void Capture::OnBlock(const Block& block) {
+    wasThere_ = true;
     unread_.push_back(block);
     if (unread_.size() == 1) loop_.PostTo(lifetime_.Watch(), [this] { DeliverUnread(); });
 }
@@ -38,7 +39,8 @@ void Capture::OnBlock(const Block& block) {
 void Capture::OnSourceLost() {
     if (std::exchange(isLost_, true)) return;
     trace_.Add("microphone", "lost").Flag("ok", false);
-    console_.SayOnce("the microphone is gone; blowing works again when it is back");
+    console_.SayOnce(wasThere_ ? "the microphone is gone; blowing works again when it is back"
+                               : "there is no microphone; blowing works when there is one");
     if (watcher_ != nullptr) watcher_->OnMicrophoneGone();
     HearSilenceOnTimer();
 }
@@ -48,9 +50,10 @@ void Capture::OnSourceSilent() {
 }
 
 void Capture::OnSourceRestored() {
+    const bool isBack = std::exchange(wasThere_, true);
     if (!std::exchange(isLost_, false)) return;
     if (watcher_ != nullptr) watcher_->OnMicrophoneGoneNoMore();
-    console_.SayOnce("the microphone is back");
+    console_.SayOnce(isBack ? "the microphone is back" : "there is a microphone now");
     loop_.CancelTimer(silenceTimer_);
     silenceTimer_ = TimerQueue::kNone;
 }

@@ -79,6 +79,7 @@ private:
     std::uint64_t blocksDelivered_ = 0;
     bool isClosed_ = false;
     bool isLost_ = false;
+    bool wasThere_ = false;            ///< a source, at any time
     bool hasDeliveredLately_ = false;  ///< since the silence's timer fired last
     TimerQueue::Id silenceTimer_ = TimerQueue::kNone;
     Turbulence keyBreath_;

@@ -72,6 +72,7 @@ bool Sound::Prepare(std::string& problem) {
 void Sound::Open() {
     if (state_ != State::kNotYetOpen) return;
     services_.speaker.Open(output_);
+    output_.EndOpening();
     state_ = State::kOpen;
     deviceSource_.AllowDevice();
     const int rate = services_.speaker.Rate();

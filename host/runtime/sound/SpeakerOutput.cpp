@@ -31,7 +31,12 @@ void SpeakerOutput::OnFramesPlayed(std::span<const float> frames) noexcept {
 void SpeakerOutput::TellConsole() {
     const bool isLost = isDeviceLost_ || isLossSimulated_;
     if (std::exchange(isLossTold_, isLost) == isLost) return;
-    console_.SayOnce(isLost ? "the sound output is gone; playing goes on when it is back" : "the sound output is back");
+    if (isLost) {
+        console_.SayOnce(wasThere_ ? "the sound output is gone; playing goes on when it is back"
+                                   : "there is no sound output; playing is heard when there is one");
+    } else {
+        console_.SayOnce(std::exchange(wasThere_, true) ? "the sound output is back" : "there is a sound output now");
+    }
 }
 
 }  // namespace host

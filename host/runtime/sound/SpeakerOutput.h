@@ -20,6 +20,9 @@ public:
     /// Before the speaker is opened. Not owned; null for none.
     void SetTap(OutputTap* tap) noexcept { tap_ = tap; }
 
+    /// The speaker has been opened: what it has lost by now was never there.
+    void EndOpening() noexcept { wasThere_ = !isDeviceLost_; }
+
     /// As if the device were gone; the mix goes on in time.
     void SetSimulatedLoss(bool isLost);
 
@@ -35,6 +38,7 @@ private:
     MixDesk& desk_;
     Console& console_;
     OutputTap* tap_ = nullptr;
+    bool wasThere_ = false;  ///< a device, at any time
     bool isDeviceLost_ = false;
     bool isLossSimulated_ = false;
     bool isLossTold_ = false;

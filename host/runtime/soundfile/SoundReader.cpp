@@ -54,6 +54,10 @@ SF_VIRTUAL_IO MakeVirtualIo() {
 
 }  // namespace
 
+std::string SoundReader::Library() {
+    return sf_version_string();
+}
+
 std::unique_ptr<SoundReader> SoundReader::FromMemory(std::vector<std::byte> content, std::string& problem) {
     return FromSource(std::make_unique<MemorySource>(std::move(content)), problem);
 }

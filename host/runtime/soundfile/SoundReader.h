@@ -16,6 +16,9 @@ class InputFile;
 /// thread at a time; not for the audio thread.
 class SoundReader {
 public:
+    /// The library that decodes, with its version.
+    [[nodiscard]] static std::string Library();
+
     /// Null with what is wrong ("it is empty") in `problem`.
     [[nodiscard]] static std::unique_ptr<SoundReader> FromMemory(std::vector<std::byte> content, std::string& problem);
     [[nodiscard]] static std::unique_ptr<SoundReader> FromFile(std::unique_ptr<InputFile> file, std::string& problem);
