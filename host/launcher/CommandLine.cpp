@@ -35,8 +35,9 @@ std::string OneLine(std::string text) {
 
 // Adds every option to the parser; what is parsed goes to `options`, which must outlive it, as must `rest`.
 void AddOptions(CLI::App& parser, const std::vector<std::string>& backends, Options& options,
-                std::vector<std::string>& rest) {
+                std::vector<std::string>& rest, const std::string& version) {
     parser.set_help_flag("-h,--help", "Print this help");
+    parser.set_version_flag("--version", version, "Print the version, and what it stands on");
     parser.add_option("--backend", options.backend, "desktop or headless; desktop on a display")
         ->type_name("NAME")
         ->check(CLI::IsMember(backends).description(""));
@@ -82,8 +83,7 @@ CommandLine ReadCommandLine(int argc, const char* const* argv, const std::vector
     // So that the page fits a terminal of 80 columns.
     constexpr std::size_t kColumnWidth = 28;
     parser.get_formatter()->column_width(kColumnWidth);
-    AddOptions(parser, backends, options, rest);
-    parser.set_version_flag("--version", version, "Print the version, and what it stands on");
+    AddOptions(parser, backends, options, rest, version);
 
     try {
         parser.parse(argc, argv);
@@ -110,7 +110,7 @@ std::vector<OptionDescription> DescribeOptions(const std::vector<std::string>& b
     Options options;
     std::vector<std::string> rest;
     CLI::App parser;
-    AddOptions(parser, backends, options, rest);
+    AddOptions(parser, backends, options, rest, "");
     std::vector<OptionDescription> descriptions;
     for (const CLI::Option* option : parser.get_options()) {
         const std::string name = option->get_name();

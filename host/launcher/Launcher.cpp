@@ -200,10 +200,8 @@ int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     if (options.dataFolder) problem = ReasonAgainstFolder(*options.dataFolder, "--data");
     if (problem.empty()) problem = ReasonAgainstFolder(options.screenshots, "--screenshots");
     if (!problem.empty()) return Refuse(problem);
-    const std::string packageRoot = FindPackageRoot();
-    if (packageRoot.empty()) {
-        return Refuse("the package's files are not in share/brevant beside the program or one folder above it");
-    }
+    const std::string packageRoot = FindPackageRoot(problem);
+    if (packageRoot.empty()) return Refuse(problem);
     const std::string dataFolder = options.dataFolder ? *options.dataFolder : DefaultDataFolder();
     problem = ReasonAgainstFiles(options, {packageRoot, dataFolder});
     if (!problem.empty()) return Refuse(problem);

@@ -1,5 +1,7 @@
 #include "launcher/Surroundings.h"
 
+#include <sys/auxv.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -22,17 +24,28 @@ bool IsPackage(const fs::path& folder) {
     return fs::is_directory(folder / "layouts", error);
 }
 
+// Where this program's file is.
+fs::path ProgramPath() {
+    std::error_code error;
+    fs::path program = fs::read_symlink("/proc/self/exe", error);
+    // A system may have no /proc, as while it is being installed: then the name that it was started by.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel hands its addresses over as numbers.
+    if (error) program = fs::canonical(reinterpret_cast<const char*>(getauxval(AT_EXECFN)), error);
+    return program;
+}
+
 }  // namespace
 
-std::string FindPackageRoot() {
-    std::error_code error;
-    const fs::path program = fs::read_symlink("/proc/self/exe", error);
-    if (error) return {};
-    // Installed, the program is in bin/ beside share/; in a build folder it is beside share/ itself.
-    const fs::path folder = program.parent_path();
+std::string FindPackageRoot(std::string& problem) {
+    const fs::path folder = ProgramPath().parent_path();
+    problem = "the package's files are in none of these folders:";
+    // Installed, the program is in bin/ or games/ beside share/; in a build folder it is beside share/ itself.
     for (const fs::path& place : {folder.parent_path(), folder}) {
-        const fs::path package = place / "share" / "brevant";
-        if (IsPackage(package)) return package.string() + '/';
+        for (const char* share : {"share/brevant", "share/games/brevant"}) {
+            const std::string package = place / share;
+            if (IsPackage(package)) return package + '/';
+            problem += ' ' + package;
+        }
     }
     return {};
 }
