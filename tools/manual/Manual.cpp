@@ -111,18 +111,21 @@ std::string BashCompletion() {
                      ")\n            compopt -o filenames\n            mapfile -t COMPREPLY < <(compgen ", how,
                      " -- \"$current\")\n            ;;\n"});
     };
-    return Text(
-        {"# bash completion of brevant\n"
-         "_brevant() {\n"
-         "    local current=$2 previous=$3\n"
-         "    case $previous in\n"
-         "        --backend) mapfile -t COMPREPLY < <(compgen -W \"",
-         Joined(host::BackendNames()), "\" -- \"$current\") ;;\n", completed(files, "-f"), completed(folders, "-d"),
-         "        ", others, ") ;;\n        *) mapfile -t COMPREPLY < <(compgen -W \"", names,
-         "\" -- \"$current\") ;;\n"
-         "    esac\n"
-         "}\n"
-         "complete -F _brevant brevant\n"});
+    const std::string backends = Joined(host::BackendNames());
+    return Text({R"(# bash completion of brevant
+_brevant() {
+    local current=$2 previous=$3
+    case $previous in
+        --backend) mapfile -t COMPREPLY < <(compgen -W ")",
+                 backends, R"(" -- "$current") ;;
+)",
+                 completed(files, "-f"), completed(folders, "-d"), "        ", others, R"() ;;
+        *) mapfile -t COMPREPLY < <(compgen -W ")",
+                 names, R"(" -- "$current") ;;
+    esac
+}
+complete -F _brevant brevant
+)"});
 }
 
 std::string ZshCompletion() {
