@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
+#include "backend/Accessible.h"
 #include "backend/Clock.h"
 #include "backend/Geometry.h"
 #include "backend/Image.h"
@@ -76,6 +77,8 @@ public:
     virtual void Close() = 0;
     /// Gives the open window its picture for the desktop's title bars and lists. Where there are none, nothing happens.
     virtual void SetIcon(const Image& /*icon*/) {}
+    /// What the open window shows, in words; it holds until Close. Where nothing reads it, nothing happens.
+    virtual void SetAccessible(Accessible& /*screen*/) {}
 
     /// Device pixels.
     [[nodiscard]] virtual PixelSize Size() const = 0;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "runtime/package/Package.h"
+#include "runtime/screen/AccessibleTree.h"
 #include "runtime/screen/Screen.h"
 #include "runtime/sound/Sound.h"
 
@@ -64,6 +65,8 @@ bool Runtime::Open(WindowListener& listener, std::string& problem) {
     // Told now that nothing can be refused any more: what is refused is told in one line.
     for (const std::string& fault : packageFaults_) console_.SayOnce(fault);
     screen_->OnResized();
+    accessible_ = std::make_unique<AccessibleTree>(*screen_);
+    parts_.window.SetAccessible(*accessible_);
     return true;
 }
 

@@ -12,6 +12,7 @@
 
 namespace host {
 
+class AccessibleTree;
 class Package;
 class Screen;
 class Sound;
@@ -60,6 +61,7 @@ private:
     std::unique_ptr<Package> package_;
     std::unique_ptr<Sound> sound_;
     std::unique_ptr<Screen> screen_;
+    std::unique_ptr<AccessibleTree> accessible_;
     std::vector<std::string> packageFaults_;
     bool isOpen_ = false;
 };

@@ -184,6 +184,8 @@ void Control::ApplyLayout(const host::LayoutControl& layout) {
     pNode_->SetBounds(layout.bounds);
     pNode_->SetVisible(layout.isVisible && (!layout.needsKeyboard || !GetScreen().GetPackage().Keys().empty()));
     pNode_->SetTakesTouches(layout.takesTouches);
+    pNode_->SetSpokenName(layout.spokenName);
+    pNode_->SetTextRank(layout.isHeading ? host::TextRank::kHeading : host::TextRank::kPlain);
 }
 
 void Control::TraceAction(int actionId) const {

@@ -56,6 +56,8 @@ struct LayoutControl {
     std::optional<Rgba> pressedColor;      ///< Button
     std::optional<Rgba> pressedTextColor;  ///< Button
     Rgba checkedColor;                     ///< CheckButton
+    std::string spokenName;                ///< said in place of its text or picture; empty for none
+    bool isHeading = false;                ///< Label, Button: its text stands over what follows
     bool needsKeyboard = false;            ///< shown only where keys are bound
     std::vector<LayoutControl> children;
 };

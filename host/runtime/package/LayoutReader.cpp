@@ -47,7 +47,7 @@ struct AttributeRule {
     const char* name;
     unsigned kinds;
 };
-constexpr std::array<AttributeRule, 33> kAttributes{{
+constexpr std::array<AttributeRule, 35> kAttributes{{
     {"name", kRoots | kInner},
     {"design", kRoots},
     {"bounds", kPopup | kInner},
@@ -55,6 +55,8 @@ constexpr std::array<AttributeRule, 33> kAttributes{{
     {"visible", kInner},
     {"touch", kInner},
     {"needs", kInner},
+    {"spoken", kInner},
+    {"heading", kLabel | kButton},
     {"shape", kInner},
     {"horizontal", kRoots | kInner},
     {"vertical", kRoots | kInner},
@@ -303,7 +305,7 @@ bool LayoutReader::ReadLook(const pugi::xml_node& element, LayoutControl& contro
     static constexpr std::pair<const char*, bool> kNeeds[] = {{"keyboard", true}};
     BoxLook& box = control.box;
     const bool isRead =
-        ReadFlag(element, "visible", control.isVisible) &&
+        ReadFlag(element, "visible", control.isVisible) && ReadFlag(element, "heading", control.isHeading) &&
         ReadChoice(element, "needs", kNeeds, control.needsKeyboard) &&
         ReadChoice(element, "touch", kTouches, control.takesTouches) &&
         ReadColor(element, "background", box.background) && ReadColor(element, "color", box.background) &&
@@ -324,13 +326,15 @@ bool LayoutReader::ReadText(const pugi::xml_node& element, LayoutControl& contro
     static constexpr std::pair<const char*, VerticalAlign> kVerticalAligns[] = {
         {"top", VerticalAlign::kTop}, {"middle", VerticalAlign::kMiddle}, {"bottom", VerticalAlign::kBottom}};
     TextLook& text = control.text;
-    if (const auto id = element.attribute("text")) {
+    for (const auto& [attribute, target] : {std::pair{"text", &text.text}, std::pair{"spoken", &control.spokenName}}) {
+        const auto id = element.attribute(attribute);
+        if (!id) continue;
         const std::string* found = references_.findString(id.value());
         if (found == nullptr) {
             file_.Fail(element, std::string("no text has the id ") + id.value());
             return true;
         }
-        text.text = *found;
+        *target = *found;
     }
     text.size *= smallerScale_;
     if (control.kind == ControlKind::kButton) text.align = HorizontalAlign::kCenter;

@@ -5,7 +5,14 @@
 
 namespace host {
 
-Node::Node(NodeHost& host) : host_(host), lookListener_(host.GetLookListener()), token_(this, [](Node*) {}) {}
+namespace {
+
+std::uint64_t lastSerial = 0;
+
+}  // namespace
+
+Node::Node(NodeHost& host)
+    : host_(host), lookListener_(host.GetLookListener()), token_(this, [](Node*) {}), serial_(++lastSerial) {}
 
 Node::~Node() {
     // Whatever still points here must find nothing.

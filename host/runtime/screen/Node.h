@@ -1,11 +1,14 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "backend/Accessible.h"
 #include "backend/Painter.h"
 #include "backend/Window.h"
 #include "runtime/screen/composing/DrawList.h"
@@ -88,6 +91,19 @@ struct LookContext {
     double scale;  ///< device pixels per pixel of the phone
 };
 
+/// A thing that a node shows, in words. A plain value.
+struct AccessiblePart {
+    AccessibleRole role = AccessibleRole::kText;
+    std::string name;  ///< empty for what has nothing to say
+    PixelRect bounds;  ///< in the node's own coordinates
+    bool isOn = false;
+    int value = 0;
+    int least = 0;
+    int most = 0;
+};
+
+enum class TextRank { kPlain, kHeading };
+
 /// What every control, form and popup is behind the framework: a tree, integer bounds in the phone's pixels and a look.
 /// A new control overrides DescribeLook and, where it reacts, OnFinger and OnFocusKey. UI thread only.
 class Node {
@@ -163,6 +179,17 @@ public:
     };
     [[nodiscard]] virtual Outline GetOutline() const { return {{0, 0, Size().width, Size().height}, 0}; }
 
+    /// Of all nodes that were ever made, this one's alone.
+    [[nodiscard]] std::uint64_t Serial() const { return serial_; }
+    /// What is said in place of a picture or of a text that cannot stand alone; empty for nothing.
+    void SetSpokenName(std::string name) { spokenName_ = std::move(name); }
+    void SetTextRank(TextRank rank) { textRank_ = rank; }
+    /// Adds the things that this node shows, always the same number of them. Its children speak for themselves.
+    virtual void DescribeInWords(std::vector<AccessiblePart>&) const {}
+    /// Gives a slider among these things a value; one beyond its ends goes to the nearer one. False when that part is
+    /// no slider. May destroy the node.
+    virtual bool SetPartValue(std::size_t /*part*/, int /*value*/) { return false; }
+
     /// Adds the standard look to an empty list.
     virtual void DescribeLook(DrawList&, const LookContext&) {}
     [[nodiscard]] NodeDelegate* Delegate() const { return delegate_; }
@@ -170,6 +197,11 @@ public:
 protected:
     /// A mark for a change of the look.
     void LookChanged() { RequestRedraw(Extent::kNode); }
+    /// What a node with that text says: its spoken name if it has one.
+    [[nodiscard]] const std::string& SpokenName(const std::string& text) const {
+        return spokenName_.empty() ? text : spokenName_;
+    }
+    [[nodiscard]] TextRank GetTextRank() const { return textRank_; }
     void WantReport() { host_.OnReportWanted(*this); }
 
 private:
@@ -179,7 +211,10 @@ private:
     std::shared_ptr<Node> token_;
     Node* parent_ = nullptr;
     std::vector<Node*> children_;
+    const std::uint64_t serial_;
     std::string name_;
+    std::string spokenName_;
+    TextRank textRank_ = TextRank::kPlain;
     PixelRect bounds_;
     bool isVisible_ = true;
     bool takesTouches_ = true;

@@ -175,6 +175,14 @@ void Screen::SetOverlay(Node* overlay) {
     compositor_->DamageAll();
 }
 
+Node* Screen::Topmost() {
+    return stack_->Topmost();
+}
+
+bool Screen::IsPopup(const Node& node) const {
+    return stack_->ScreenOf(node) == &node && stack_->Form() != &node;
+}
+
 bool Screen::IsPlayedOn() const {
     return keyboard_->IsTopmostPlayedOn();
 }

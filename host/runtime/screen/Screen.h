@@ -82,6 +82,11 @@ public:
     void SetUseHandler(std::function<void()> onUse) { onUse_ = std::move(onUse); }
     /// Null for none. It must outlive the screen, or be taken back.
     void SetInputWatcher(InputWatcher* watcher) noexcept { inputWatcher_ = watcher; }
+    /// The topmost screen; null when there is none.
+    [[nodiscard]] Node* Topmost();
+    /// Whether it is one of the popups that are shown.
+    [[nodiscard]] bool IsPopup(const Node& node) const;
+    [[nodiscard]] bool IsInputSuspended() const { return isInputSuspended_; }
     /// Whether keys play on the topmost screen.
     [[nodiscard]] bool IsPlayedOn() const;
     [[nodiscard]] EventLoop& GetLoop() { return loop_; }

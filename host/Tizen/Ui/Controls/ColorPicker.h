@@ -24,6 +24,7 @@ public:
     void AddColorChangeEventListener(IColorChangeEventListener& listener);
 
 private:
+    void ApplyLayout(const host::LayoutControl& layout) override;
     void OnColorChange() override;
 
     ListenerList<IColorChangeEventListener> listeners_;

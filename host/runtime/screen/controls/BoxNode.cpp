@@ -38,4 +38,12 @@ void BoxNode::DescribeLook(DrawList& list, const LookContext& context) {
     text_.Describe(context, TextAreaOf(list, look_), text_.Look().color, std::nullopt, list);
 }
 
+void BoxNode::DescribeInWords(std::vector<AccessiblePart>& parts) const {
+    AccessiblePart part;
+    part.role = GetTextRank() == TextRank::kHeading ? AccessibleRole::kHeading : AccessibleRole::kText;
+    part.name = SpokenName(Text());
+    part.bounds = {0, 0, Bounds().width, Bounds().height};
+    parts.push_back(std::move(part));
+}
+
 }  // namespace host

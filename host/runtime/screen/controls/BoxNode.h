@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "runtime/package/Layout.h"
 #include "runtime/package/PictureSource.h"
@@ -23,6 +24,7 @@ public:
     void SetTextLook(const TextLook& look);
     void SetText(const std::string& text);
     [[nodiscard]] const std::string& Text() const { return text_.Look().text; }
+    void DescribeInWords(std::vector<AccessiblePart>& parts) const override;
 
 private:
     void DescribeLook(DrawList& list, const LookContext& context) override;

@@ -90,4 +90,14 @@ void ButtonNode::DescribeLook(DrawList& list, const LookContext& context) {
     text_.Describe(context, TextAreaOf(list, look), textColor, edge, list);
 }
 
+void ButtonNode::DescribeInWords(std::vector<AccessiblePart>& parts) const {
+    AccessiblePart part;
+    part.role = IsFocusable()                         ? AccessibleRole::kButton
+                : GetTextRank() == TextRank::kHeading ? AccessibleRole::kHeading
+                                                      : AccessibleRole::kText;
+    part.name = SpokenName(Text());
+    part.bounds = {0, 0, Bounds().width, Bounds().height};
+    parts.push_back(std::move(part));
+}
+
 }  // namespace host

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "runtime/package/Layout.h"
 #include "runtime/package/PictureSource.h"
@@ -31,6 +32,8 @@ public:
     /// Without one for kPressed that of kNormal shows.
     void SetPicture(State state, PictureSource picture);
 
+    /// A button that nobody listens to is a mere text.
+    void DescribeInWords(std::vector<AccessiblePart>& parts) const override;
     [[nodiscard]] Outline GetOutline() const override { return {{0, 0, Size().width, Size().height}, look_.corner}; }
 
 private:

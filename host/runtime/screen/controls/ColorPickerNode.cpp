@@ -83,6 +83,21 @@ void AddCircle(DrawList& list, PointF center, double radius, double lineWidth, R
     }
 }
 
+// Hue in degrees, saturation and brightness in percent, then the channels.
+constexpr std::size_t kHueSlider = 0;
+constexpr std::size_t kSaturationSlider = 1;
+constexpr std::size_t kBrightnessSlider = 2;
+constexpr std::size_t kFirstChannelSlider = 3;
+constexpr int kDegrees = 360;
+constexpr int kPercent = 100;
+constexpr int kMostOfChannel = 255;
+
+PixelRect PixelsOf(const RectF& rect) {
+    const auto edge = [](double position) { return static_cast<int>(std::lround(position)); };
+    return {edge(rect.x), edge(rect.y), edge(rect.x + rect.width) - edge(rect.x),
+            edge(rect.y + rect.height) - edge(rect.y)};
+}
+
 }  // namespace
 
 ColorPickerParts::ColorPickerParts(SizeF size) {
@@ -430,6 +445,49 @@ void ColorPickerNode::DescribeText(TextBlock& block, const std::string& text, co
     look.color = kInk;
     block.SetLook(look);
     block.Describe(context, box, kInk, std::nullopt, list);
+}
+
+void ColorPickerNode::DescribeInWords(std::vector<AccessiblePart>& parts) const {
+    const ColorPickerParts places(Size());
+    const auto add = [this, &parts](const RectF& place, double value, int most) {
+        AccessiblePart part;
+        part.role = AccessibleRole::kSlider;
+        part.name = sliderNames_[parts.size()];
+        part.bounds = PixelsOf(place);
+        part.value = static_cast<int>(std::lround(value));
+        part.most = most;
+        parts.push_back(std::move(part));
+    };
+    // The field moves along two axes: its upper and its lower half stand for one each.
+    const RectF& field = places.field;
+    const double half = field.height / 2;
+    add({field.x, field.y, field.width, half}, picked_.Hue() / PickedColor::kHueEnd * kDegrees, kDegrees);
+    add({field.x, field.y + half, field.width, half}, picked_.Saturation() * kPercent, kPercent);
+    add(places.slider, picked_.Brightness() * kPercent, kPercent);
+    for (int channel = 0; channel < PickedColor::kChannels; ++channel) {
+        add(places.channels[static_cast<std::size_t>(channel)].value, picked_.Channel(channel), kMostOfChannel);
+    }
+}
+
+bool ColorPickerNode::SetPartValue(std::size_t part, int value) {
+    switch (part) {
+        case kHueSlider:
+            picked_.SetHueAndSaturation(value * PickedColor::kHueEnd / kDegrees, picked_.Saturation());
+            break;
+        case kSaturationSlider:
+            picked_.SetHueAndSaturation(picked_.Hue(), static_cast<double>(value) / kPercent);
+            break;
+        case kBrightnessSlider:
+            picked_.SetBrightness(static_cast<double>(value) / kPercent);
+            break;
+        default:
+            if (part >= kSliders) return false;
+            picked_.SetChannel(static_cast<int>(part - kFirstChannelSlider), value);
+            break;
+    }
+    Changed();
+    FlushReports();
+    return true;
 }
 
 }  // namespace host

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "runtime/loop/EventLoop.h"
 #include "runtime/loop/TimerQueue.h"
@@ -50,6 +52,14 @@ public:
     [[nodiscard]] Rgba GetColor() const { return picked_.Color(); }
     /// As if the user had chosen the colour; it is reported at once. May destroy the node.
     void Pick(Rgba color);
+
+    /// The things that move: hue in degrees, saturation and brightness in percent, red, green and blue.
+    static constexpr std::size_t kSliders = 6;
+    /// What they are called, in that order.
+    void SetSliderNames(std::array<std::string, kSliders> names) { sliderNames_ = std::move(names); }
+    void DescribeInWords(std::vector<AccessiblePart>& parts) const override;
+    /// Reported at once.
+    bool SetPartValue(std::size_t part, int value) override;
 
     void OnFinger(const FingerEvent& event) override;
     [[nodiscard]] bool IsFocusable() const override { return true; }
@@ -99,6 +109,7 @@ private:
     int keyChannel_ = 0;
     std::string typed_;  ///< hexadecimal digits, until there are six
     bool areKeysShown_ = false;
+    std::array<std::string, kSliders> sliderNames_{"Hue", "Saturation", "Brightness", "Red", "Green", "Blue"};
 
     TextBlock digitsText_;
     std::array<TextBlock, ColorPickerParts::kKeyCount> keyTexts_;

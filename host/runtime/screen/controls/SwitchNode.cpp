@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "runtime/screen/controls/BoxDrawing.h"
 
@@ -70,6 +71,15 @@ void SwitchNode::DescribeLook(DrawList& list, const LookContext& context) {
 
     const RectF left{0, 0, track.x - margin, size.height};
     text_.Describe(context, left, text_.Look().color, std::nullopt, list);
+}
+
+void SwitchNode::DescribeInWords(std::vector<AccessiblePart>& parts) const {
+    AccessiblePart part;
+    part.role = AccessibleRole::kSwitch;
+    part.name = SpokenName(text_.Look().text);
+    part.bounds = {0, 0, Bounds().width, Bounds().height};
+    part.isOn = isChecked_;
+    parts.push_back(std::move(part));
 }
 
 }  // namespace host

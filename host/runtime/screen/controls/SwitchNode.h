@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "runtime/package/Layout.h"
 #include "runtime/screen/controls/ActionNode.h"
@@ -19,6 +20,7 @@ public:
     void SetChecked(bool isChecked);
     [[nodiscard]] bool IsChecked() const { return isChecked_; }
 
+    void DescribeInWords(std::vector<AccessiblePart>& parts) const override;
     /// The track's.
     [[nodiscard]] Outline GetOutline() const override;
 

@@ -13,7 +13,7 @@
 namespace host {
 
 /// Who put a finger down; each source numbers its own.
-enum class FingerSource { kWindow, kPerformance, kKeyboard };
+enum class FingerSource { kWindow, kPerformance, kKeyboard, kAccessibility };
 struct FingerId {
     FingerSource source = FingerSource::kWindow;
     std::int64_t number = 0;
