@@ -36,24 +36,14 @@ void DrawWell(cairo_t* pen, double x, double y, Detail detail) {
                {{0, Rgb(0xF2AC22)}, {0.5, Rgb(0xFFC83E)}, {1, Rgb(0xFFE493)}});
 }
 
-void DrawIcon(cairo_t* pen, double size, Detail detail) {
-    // A paper plate with the instrument turned as in the intro; measures are shares of the icon's width.
-    constexpr double kMargin = 0.035;
-    constexpr double kCorner = 0.22;
+// Paper, lighter at the top.
+void FillPaper(cairo_t* pen, double top, double bottom) {
+    FillLinear(pen, 0, top, 0, bottom, {{0, Rgb(0xFFF6E9)}, {1, Rgb(0xFFCF94)}});
+}
+
+// The instrument turned as in the intro, over its shadow, in a square of 1.
+void DrawInstrument(cairo_t* pen, Detail detail) {
     constexpr double kTurn = -24 * kPi / 180;
-    cairo_scale(pen, size, size);
-    const double margin = detail == Detail::kFull ? kMargin : 0;
-    RoundedRectangle(pen, margin, margin, 1 - 2 * margin, 1 - 2 * margin, kCorner);
-    FillLinear(pen, 0, margin, 0, 1 - margin, {{0, Rgb(0xFFF6E9)}, {1, Rgb(0xFFCF94)}});
-    if (detail == Detail::kFull) {
-        RoundedRectangle(pen, margin + 0.004, margin + 0.004, 1 - 2 * margin - 0.008, 1 - 2 * margin - 0.008,
-                         kCorner - 0.004);
-        SetColour(pen, Rgb(0x8A4A2A, 0.28));
-        cairo_set_line_width(pen, 0.008);
-        cairo_stroke(pen);
-    }
-    RoundedRectangle(pen, margin, margin, 1 - 2 * margin, 1 - 2 * margin, kCorner);
-    cairo_clip(pen);
     const double unit = detail == Detail::kFull ? 0.312 : 0.345;
     const auto place = [&](double dx, double dy) {
         cairo_translate(pen, 0.450 + dx, 0.448 + dy);
@@ -76,6 +66,26 @@ void DrawIcon(cairo_t* pen, double size, Detail detail) {
     place(0, 0);
     DrawEmblem(pen, detail);
     cairo_restore(pen);
+}
+
+void DrawIcon(cairo_t* pen, double size, Detail detail) {
+    // A paper plate with the instrument; measures are shares of the icon's width.
+    constexpr double kMargin = 0.035;
+    constexpr double kCorner = 0.22;
+    cairo_scale(pen, size, size);
+    const double margin = detail == Detail::kFull ? kMargin : 0;
+    RoundedRectangle(pen, margin, margin, 1 - 2 * margin, 1 - 2 * margin, kCorner);
+    FillPaper(pen, margin, 1 - margin);
+    if (detail == Detail::kFull) {
+        RoundedRectangle(pen, margin + 0.004, margin + 0.004, 1 - 2 * margin - 0.008, 1 - 2 * margin - 0.008,
+                         kCorner - 0.004);
+        SetColour(pen, Rgb(0x8A4A2A, 0.28));
+        cairo_set_line_width(pen, 0.008);
+        cairo_stroke(pen);
+    }
+    RoundedRectangle(pen, margin, margin, 1 - 2 * margin, 1 - 2 * margin, kCorner);
+    cairo_clip(pen);
+    DrawInstrument(pen, detail);
 }
 
 }  // namespace
@@ -133,6 +143,27 @@ void DrawWindowIcon(const std::string& folder) {
     Picture icon(kSize, kSize, 1);
     DrawIcon(icon.Pen(), kSize, Detail::kFull);
     icon.SavePng(folder + "/app_icon.png");
+}
+
+void DrawPageIcons(const std::string& folder) {
+    for (const int size : {192, 512}) {
+        Picture icon(size, size, 1);
+        DrawIcon(icon.Pen(), size, Detail::kFull);
+        icon.SavePng(folder + "/icon-" + std::to_string(size) + ".png");
+    }
+    constexpr int kSize = 512;
+    // W3C, "Web Application Manifest", section "Icon masks and safe zone": what must be seen lies within a circle of 40
+    // % of the width around the middle, and the instrument's tip reaches 46 % from it.
+    constexpr double kShare = 0.8;
+    Picture icon(kSize, kSize, 1);
+    cairo_t* pen = icon.Pen();
+    cairo_scale(pen, kSize, kSize);
+    cairo_rectangle(pen, 0, 0, 1, 1);
+    FillPaper(pen, 0, 1);
+    cairo_translate(pen, (1 - kShare) / 2, (1 - kShare) / 2);
+    cairo_scale(pen, kShare, kShare);
+    DrawInstrument(pen, Detail::kFull);
+    icon.SavePng(folder + "/icon-maskable-512.png");
 }
 
 void DrawApplicationIcon(const std::string& folder) {

@@ -17,5 +17,7 @@ void EmblemPath(cairo_t* pen);
 void DrawApplicationIcon(const std::string& folder);
 /// Writes the icon that the program gives its window, app_icon.png.
 void DrawWindowIcon(const std::string& folder);
+/// Writes the icons of the installed page: icon-N.png, and icon-maskable-512.png that a phone cuts to its own shape.
+void DrawPageIcons(const std::string& folder);
 
 }  // namespace pictures

@@ -14,8 +14,8 @@ int main(int argc, char** argv) {
     constexpr int kArguments = 2;
     if (argc != kArguments) {
         std::cerr << "usage: brevant_pictures OUTDIR\n"
-                     "Draws OUTDIR/res/images and OUTDIR/packaging/icons; OUTDIR is the source tree's root to renew "
-                     "them in place.\n";
+                     "Draws OUTDIR/res/images, OUTDIR/packaging/icons and the icons in OUTDIR/host/backend/web/page; "
+                     "OUTDIR is the source tree's root to renew them in place.\n";
         return EXIT_FAILURE;
     }
     try {
@@ -24,9 +24,12 @@ int main(int argc, char** argv) {
         const std::filesystem::path icons = root / "packaging" / "icons";
         std::filesystem::create_directories(images);
         std::filesystem::create_directories(icons);
+        const std::filesystem::path page = root / "host" / "backend" / "web" / "page";
+        std::filesystem::create_directories(page);
         // The icon comes first: Cairo numbers the surfaces of a run, and an SVG names its own by that number.
         pictures::DrawApplicationIcon(icons.string());
         pictures::DrawWindowIcon(images.string());
+        pictures::DrawPageIcons(page.string());
         pictures::DrawMenuFrames(images.string());
         pictures::DrawMenuButtons(images.string());
         pictures::DrawBreathMeter(images.string());

@@ -1,0 +1,245 @@
+// Starts the ocarina on the page: fetches its parts, hands them the page, and says in one line what cannot be had.
+
+import { Mirror, ROLES } from './accessibility.mjs';
+import { listenForInput } from './input.mjs';
+import { createLoop } from './loop.mjs';
+import { createMicrophone } from './microphone.mjs';
+import { createPainter } from './painter.mjs';
+import { readRequest, takeDropped } from './performance.mjs';
+import { BackKey, ScreenLock, watchTones, watchVisibility } from './phone.mjs';
+import { createSpeaker } from './speaker.mjs';
+import { createStorage } from './storage.mjs';
+import { chooseLanguage, textsOf } from './texts.mjs';
+import { useNewestVersion } from './updates.mjs';
+
+/**
+ * What the compiled program offers; its main file says what each does.
+ * @typedef {{
+ *   ccall(name: string, result: null, types: string[], values: (string | number)[]): void,
+ *   _brevant_touch(finger: number, kind: number, x: number, y: number): void,
+ *   _brevant_phone_key(kind: number): void,
+ *   _brevant_input_lost(): void,
+ *   _brevant_resize(width: number, height: number): void,
+ *   _brevant_visibility(isVisible: number): void,
+ *   _brevant_unlocked(): void,
+ *   _brevant_accessible_activate(id: number): void,
+ *   _brevant_accessible_set(id: number, value: number): void
+ * }} Program
+ */
+
+const KEY_DOWN = 0;
+const KEY_UP = 2;
+
+const request = readRequest(new URLSearchParams(location.search));
+const language = chooseLanguage([request.language ?? '', ...navigator.languages]);
+const texts = textsOf(language);
+document.documentElement.lang = language;
+
+/** @template {HTMLElement} T @param {string} id @param {new () => T} kind @returns {T} */
+function element(id, kind) {
+    const found = document.getElementById(id);
+    if (!(found instanceof kind)) throw new Error(`the page has no ${id}`);
+    return found;
+}
+
+const canvas = element('ocarina', HTMLCanvasElement);
+const mirrorRoot = element('mirror', HTMLDivElement);
+const hint = element('hint', HTMLParagraphElement);
+const message = element('message', HTMLDivElement);
+
+/**
+ * Takes the ocarina's place.
+ * @param {string} line
+ * @param {string} [action] what the button is called that loads the page anew; without it there is none
+ */
+function say(line, action) {
+    hint.hidden = true;
+    mirrorRoot.replaceChildren();
+    element('message-text', HTMLParagraphElement).textContent = line;
+    const button = element('message-button', HTMLButtonElement);
+    button.hidden = action === undefined;
+    button.textContent = action ?? '';
+    button.onclick = () => location.reload();
+    message.hidden = false;
+    button.focus();
+}
+
+/** The canvas's size in the display's own pixels. */
+function deviceSize() {
+    return {
+        width: Math.max(1, Math.round(canvas.clientWidth * devicePixelRatio)),
+        height: Math.max(1, Math.round(canvas.clientHeight * devicePixelRatio)),
+    };
+}
+
+/** @param {string} name a file beside this one */
+async function fetchBytes(name) {
+    const answer = await fetch(new URL(name, import.meta.url));
+    if (!answer.ok) throw new Error(`${name}: the server says ${answer.status}`);
+    return answer.arrayBuffer();
+}
+
+/** The browser's storage; null where it keeps nothing, as in some private windows. */
+function settingsStorage() {
+    try {
+        return localStorage;
+    } catch {
+        return null;
+    }
+}
+
+// An iPhone's silent switch mutes a page's sound unless its audio session is of the type play-and-record, and a page that
+// records gets that session only from its first recording on. So it is asked for at the start: W3C, "Audio Session",
+// section "AudioSessionType". That category plays on through the silent switch: Apple, "AVAudioSession.Category
+// playAndRecord". The same pages say that voice processing lowers what is played while a microphone is open; Brevant asks
+// for the microphone without echo cancellation (microphone.mjs), so that none is switched on.
+function askForAudioSession() {
+    const session = /** @type {{ audioSession?: { type: string } }} */ (navigator).audioSession;
+    if (session !== undefined) session.type = 'play-and-record';
+}
+
+/** @returns {string | undefined} what this browser lacks, in one line */
+function whatIsMissing() {
+    if (typeof WebAssembly !== 'object') return texts.noWebAssembly;
+    if (!window.isSecureContext) return texts.insecure;
+    if (typeof AudioWorkletNode !== 'function') return texts.noAudioWorklet;
+    return undefined;
+}
+
+async function start() {
+    const missing = whatIsMissing();
+    if (missing !== undefined) {
+        say(missing);
+        return;
+    }
+    askForAudioSession();
+    const dropped = takeDropped();
+    const files = request.files.filter((name) => name !== dropped?.name);
+    /** @type {[ArrayBuffer, ArrayBuffer, { default: (parts: object) => Promise<Program> }, ...ArrayBuffer[]]} */
+    const [mix, archive, program, ...contents] = await Promise.all([
+        fetchBytes('mix.wasm'),
+        fetchBytes('package.bin'),
+        // @ts-ignore: it is made by the build.
+        import('./brevant.mjs'),
+        ...files.map(fetchBytes),
+    ]);
+
+    const screenLock = new ScreenLock();
+    const speaker = createSpeaker({
+        mix,
+        workletUrl: new URL('worklet.mjs', import.meta.url),
+        onFault: (error) => console.error('brevant: the sound does not start:', error),
+    });
+    watchTones(speaker, (isPlaying) => screenLock.setPlaying(isPlaying));
+    const storage = createStorage({ archive, settings: settingsStorage() });
+    files.forEach((name, index) => storage.addFile(name, new Uint8Array(contents[index])));
+    if (dropped !== undefined) storage.addFile(dropped.name, dropped.bytes);
+
+    /** @type {Program | null} */
+    let running = null;
+    let hasEnded = false;
+    const back = new BackKey(() => {
+        running?._brevant_phone_key(KEY_DOWN);
+        running?._brevant_phone_key(KEY_UP);
+    });
+    const mirror = new Mirror(mirrorRoot, canvas);
+    mirror.connect({
+        activate: (id) => running?._brevant_accessible_activate(id),
+        setValue: (id, value) => running?._brevant_accessible_set(id, value),
+    });
+    const end = () => {
+        hasEnded = true;
+        running = null;
+        back.end();
+        screenLock.setPlaying(false);
+    };
+    Object.assign(canvas, deviceSize());
+    const host = {
+        window: {
+            canvas,
+            ended: () => {
+                end();
+                say(texts.ended, texts.again);
+                offerDownloads(storage.outputs);
+            },
+            /** @param {string} reason */
+            refused: (reason) => {
+                end();
+                say(`${texts.failed} ${reason}`);
+            },
+        },
+        painter: createPainter(canvas),
+        speaker,
+        microphone: createMicrophone(speaker),
+        storage,
+        loop: createLoop(),
+        accessibility: {
+            /** @param {boolean} isDialog @param {boolean} isPlayedOn */
+            begin: (isDialog, isPlayedOn) => mirror.begin(isDialog, isPlayedOn),
+            /** @type {(id: number, role: number, name: string, x: number, y: number, width: number, height: number,
+             *     isOn: boolean, value: number, least: number, most: number) => void} */
+            item: (id, role, name, x, y, width, height, isOn, value, least, most) =>
+                mirror.item({ id, role: ROLES[role], name, x, y, width, height, isOn, value, least, most }),
+            end: () => mirror.end(),
+        },
+        console,
+    };
+    // For tests and bug reports.
+    Object.assign(globalThis, { brevant: host });
+
+    const module = await program.default({ host, arguments: request.options });
+    if (hasEnded) return;
+    running = module;
+    hint.textContent = texts.touch;
+    hint.hidden = false;
+    connectInput(
+        () => running,
+        mirror,
+        () => back.arm(),
+    );
+    watchVisibility((isVisible) => running?._brevant_visibility(isVisible ? 1 : 0));
+    new ResizeObserver(() => {
+        const { width, height } = deviceSize();
+        running?._brevant_resize(width, height);
+    }).observe(canvas);
+}
+
+/** @param {() => Program | null} program @param {Mirror} mirror @param {() => void} onGesture */
+function connectInput(program, mirror, onGesture) {
+    listenForInput(
+        canvas,
+        {
+            touch: (finger, kind, x, y) => {
+                hint.hidden = true;
+                program()?._brevant_touch(finger, kind, x, y);
+            },
+            key: (code, kind, shift) => {
+                hint.hidden = true;
+                program()?.ccall('brevant_key', null, ['string', 'number', 'number'], [code, kind, shift ? 1 : 0]);
+            },
+            lost: () => program()?._brevant_input_lost(),
+            gesture: () => {
+                program()?._brevant_unlocked();
+                if (program() !== null) onGesture();
+            },
+        },
+        (code) => !message.hidden || mirror.keeps(code),
+    );
+}
+
+/** @param {Map<string, Uint8Array>} outputs what the performance has left, by file name */
+function offerDownloads(outputs) {
+    for (const [name, bytes] of outputs) {
+        const link = document.createElement('a');
+        link.download = name;
+        link.href = URL.createObjectURL(new Blob([/** @type {BlobPart} */ (bytes)]));
+        link.textContent = `${texts.download}: ${name}`;
+        element('downloads', HTMLDivElement).append(link);
+    }
+}
+
+useNewestVersion();
+start().catch((error) => {
+    console.error('brevant:', error);
+    say(texts.interrupted, texts.retry);
+});
