@@ -22,7 +22,7 @@ forbid "host/runtime" "backend/[a-z]+/|Tizen/|launcher/" "the runtime knows neit
 forbid "host/backend" "runtime/|Tizen/|launcher/" "a back end knows the seam alone"
 forbid "host :!host/backend/desktop" "SDL" "SDL is named in host/backend/desktop alone"
 forbid "host :!host/backend/cairo" "cairo|pango" "Cairo and Pango are named in host/backend/cairo alone"
-forbid "host :!host/png" "png\\.|zlib" "libpng and zlib are named in host/png alone"
+forbid "host :!host/png" "png\\.|zlib|stb_" "libpng, zlib and stb are named in host/png alone"
 forbid "host/text" "runtime/|Tizen/|launcher/|backend/" "the rules of setting text need nothing but the text"
 forbid "host/png" "runtime/|Tizen/|launcher/|backend/[a-z]+/" "pictures are decoded from plain bytes"
 forbid "host :!host/runtime/soundfile" "sndfile|samplerate|ogg/|vorbis/" "libsndfile, libsamplerate, libogg and libvorbis are named in host/runtime/soundfile alone"

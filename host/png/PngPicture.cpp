@@ -1,12 +1,10 @@
 #include "png/PngPicture.h"
 
-#include <png.h>
-#include <zlib.h>
-
 #include <array>
-#include <bit>
 #include <cstring>
 #include <optional>
+
+#include "png/PngCodec.h"
 
 namespace host {
 
@@ -16,8 +14,6 @@ namespace {
 constexpr std::int64_t kLargestPicturePixels = std::int64_t{16} * 1024 * 1024;
 // Further than this Cairo's images do not reach.
 constexpr std::uint32_t kLargestSide = INT16_MAX;
-
-constexpr png_uint_32 kMachineFormat = std::endian::native == std::endian::little ? PNG_FORMAT_BGRA : PNG_FORMAT_ARGB;
 
 /// A chunk: its length, its type, its content, and the checksum of type and content (ISO/IEC 15948, 5.3).
 struct Chunk {
@@ -50,9 +46,8 @@ std::optional<Chunk> TakeChunk(std::span<const std::byte>& rest) {
     const std::size_t length = NumberAt(rest, 0);
     if (length > rest.size() - kFrameBytes) return std::nullopt;
     const auto checked = rest.subspan(kNumberBytes, kNumberBytes + length);
-    const auto* const bytes = reinterpret_cast<const Bytef*>(checked.data());
     const std::uint32_t checksum = NumberAt(rest, 2 * kNumberBytes + length);
-    if (crc32_z(crc32_z(0, nullptr, 0), bytes, checked.size()) != checksum) return std::nullopt;
+    if (PngChecksum(checked) != checksum) return std::nullopt;
     const Chunk chunk{NumberAt(checked, 0), checked.subspan(kNumberBytes)};
     rest = rest.subspan(kFrameBytes + length);
     return chunk;
@@ -67,6 +62,7 @@ std::optional<Header> ReadChunks(std::span<const std::byte> rest) {
     constexpr std::array<unsigned char, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
     constexpr std::size_t kHeaderBytes = 13;
     constexpr std::size_t kColorTypeAt = 9;
+    constexpr unsigned kAlphaUsed = 4;  // ISO/IEC 15948, 11.2.2
     if (rest.size() < kSignature.size() || std::memcmp(rest.data(), kSignature.data(), kSignature.size()) != 0)
         return std::nullopt;
     rest = rest.subspan(kSignature.size());
@@ -77,7 +73,7 @@ std::optional<Header> ReadChunks(std::span<const std::byte> rest) {
     const std::uint32_t height = NumberAt(first->content, kNumberBytes);
     if (width == 0 || height == 0 || width > kLargestSide || height > kLargestSide) return std::nullopt;
     const auto colorType = std::to_integer<unsigned>(first->content[kColorTypeAt]);
-    Header header{{static_cast<int>(width), static_cast<int>(height)}, (colorType & PNG_COLOR_MASK_ALPHA) != 0};
+    Header header{{static_cast<int>(width), static_cast<int>(height)}, (colorType & kAlphaUsed) != 0};
 
     while (const std::optional<Chunk> chunk = TakeChunk(rest)) {
         if (chunk->type == TypeOf("IEND")) return header;
@@ -98,14 +94,7 @@ PngPicture::PngPicture(std::span<const std::byte> file) : file_(file) {
 
 bool PngPicture::DecodeInto(unsigned char* pixels, std::size_t stride) const {
     if (size_ == PixelSize{}) return false;
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    if (png_image_begin_read_from_memory(&image, file_.data(), file_.size()) == 0) return false;
-    image.format = kMachineFormat;
-    const bool isDecoded =
-        png_image_finish_read(&image, nullptr, pixels, static_cast<png_int_32>(stride), nullptr) != 0;
-    png_image_free(&image);
-    return isDecoded;
+    return DecodePngPixels(file_, size_, pixels, stride);
 }
 
 }  // namespace host

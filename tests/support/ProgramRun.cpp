@@ -5,6 +5,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
 #include <sstream>
 
 #include "package/SoundMeasure.h"
@@ -51,7 +54,37 @@ int ProgramRun::Play(const std::string& performance, const std::vector<std::stri
                                           "--screenshots", folder_.Path(),
                                           "--language",    "en"};
     arguments.insert(arguments.end(), further.begin(), further.end());
-    return Start(arguments);
+    const std::string kept = FolderToKeep();
+    if (kept.empty()) return Start(arguments);
+
+    namespace fs = std::filesystem;
+    const auto copyHere = [&](const std::string& path, const std::string& name) {
+        std::error_code error;
+        fs::copy(path, fs::path(kept) / name, fs::copy_options::recursive, error);
+    };
+    fs::create_directories(kept);
+    copyHere(folder_ / "data", "data-before");
+    const int status = Start(arguments);
+    std::ofstream list(kept + "/arguments");
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        list << arguments[i] << '\n';
+        const bool isInput = i > 0 && (arguments[i - 1] == "--performance" || arguments[i - 1] == "--breath");
+        if (isInput) copyHere(arguments[i], fs::path(arguments[i]).filename());
+    }
+    for (const char* name : {"trace.jsonl", "recording.wav"}) copyHere(folder_ / name, name);
+    std::ofstream(kept + "/status") << status;
+    return status;
+}
+
+// Empty when nothing is kept, or when the package is not what the browser's build has.
+std::string ProgramRun::FolderToKeep() const {
+    const char* const folder = std::getenv("BREVANT_KEEP_RUNS");
+    if (folder == nullptr || program_ != BREVANT_PROGRAM) return {};
+    static int runs = 0;
+    const testing::TestInfo* const test = testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = test == nullptr ? std::string("run") : std::string(test->test_suite_name()) + '.' + test->name();
+    std::replace(name.begin(), name.end(), '/', '-');
+    return std::string(folder) + '/' + name + '-' + std::to_string(++runs);
 }
 
 ProgramRun::Trace ProgramRun::ReadTrace() const {

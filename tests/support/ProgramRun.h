@@ -8,6 +8,9 @@
 
 /// One run of the program itself, from its launcher to its exit status, in a folder of its own. Headless unless the
 /// arguments say otherwise.
+///
+/// Where BREVANT_KEEP_RUNS names a folder, every performance that is played is kept there with all that came of it, so
+/// that a browser's build can play it as well: tests/web/compare-renderings.mjs.
 class ProgramRun {
 public:
     /// Installs program and package into the run's folder; what is started from now on is that program with that
@@ -34,6 +37,8 @@ public:
     [[nodiscard]] std::vector<float> ReadRecording() const;
 
 private:
+    [[nodiscard]] std::string FolderToKeep() const;
+
     std::string program_ = BREVANT_PROGRAM;
     TemporaryFolder folder_;
 };

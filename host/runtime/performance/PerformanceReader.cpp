@@ -6,7 +6,6 @@
 #include <map>
 #include <optional>
 #include <sstream>
-#include <stdexcept>
 #include <utility>
 
 #include "runtime/Options.h"
@@ -24,10 +23,27 @@ constexpr int kLastFinger = 9;
 constexpr std::size_t kDecimalsOfMillisecond = 3;
 constexpr std::int64_t kLongestMilliseconds = 24LL * 60 * 60 * 1000;
 
-// Thrown within this file alone; Parse turns it into its result.
-class Malformed : public std::runtime_error {
+/// A line's words, and the first thing that is wrong with it. Whoever finds a fault notes it and goes on with any
+/// value: the line's action is not used then.
+class Words {
 public:
-    using std::runtime_error::runtime_error;
+    explicit Words(std::vector<std::string_view> words) : words_(std::move(words)) {}
+
+    [[nodiscard]] std::size_t size() const noexcept { return words_.size(); }
+    /// Empty where the line has no more words.
+    [[nodiscard]] std::string_view operator[](std::size_t index) const {
+        return index < words_.size() ? words_[index] : std::string_view();
+    }
+    void RemoveFirst() { words_.erase(words_.begin()); }
+
+    void Refuse(std::string reason) {
+        if (fault_.empty()) fault_ = std::move(reason);
+    }
+    [[nodiscard]] const std::string& Fault() const noexcept { return fault_; }
+
+private:
+    std::vector<std::string_view> words_;
+    std::string fault_;
 };
 
 std::string Quoted(std::string_view word) {
@@ -62,22 +78,24 @@ std::vector<std::string_view> SplitWords(std::string_view line) {
     return words;
 }
 
-double NumberWithin(std::string_view word, double lowest, double highest, const char* what) {
+double NumberWithin(Words& words, std::string_view word, double lowest, double highest, const char* what) {
     const auto value = ParseNumber(word);
     if (!value || *value < lowest || *value > highest) {
         std::ostringstream reason;
         reason << what << " must be a number from " << lowest << " to " << highest << ", not " << Quoted(word);
-        throw Malformed(reason.str());
+        words.Refuse(reason.str());
+        return lowest;
     }
     return *value;
 }
 
-int IntegerWithin(std::string_view word, int lowest, int highest, const char* what) {
+int IntegerWithin(Words& words, std::string_view word, int lowest, int highest, const char* what) {
     int value = 0;
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
     if (error != std::errc() || end != word.data() + word.size() || value < lowest || value > highest) {
-        throw Malformed(std::string(what) + " must be a whole number from " + std::to_string(lowest) + " to " +
-                        std::to_string(highest) + ", not " + Quoted(word));
+        words.Refuse(std::string(what) + " must be a whole number from " + std::to_string(lowest) + " to " +
+                     std::to_string(highest) + ", not " + Quoted(word));
+        return lowest;
     }
     return value;
 }
@@ -86,18 +104,18 @@ int IntegerWithin(std::string_view word, int lowest, int highest, const char* wh
 constexpr int kSilence = 128;
 constexpr int kLoudest = 255;
 
-double Coordinate(std::string_view word) {
+double Coordinate(Words& words, std::string_view word) {
     constexpr double kFarthest = 100'000;
-    return NumberWithin(word, -kFarthest, kFarthest, "a coordinate");
+    return NumberWithin(words, word, -kFarthest, kFarthest, "a coordinate");
 }
 
-Microseconds ParseTime(std::string_view word) {
+Microseconds ParseTime(Words& words, std::string_view word) {
     const std::size_t point = word.find('.');
     const std::string_view whole = word.substr(0, point);
     std::int64_t milliseconds = 0;
     const auto [end, error] = std::from_chars(whole.data(), whole.data() + whole.size(), milliseconds);
-    bool isGood = error == std::errc() && end == whole.data() + whole.size() && whole.front() != '-' &&
-                  milliseconds <= kLongestMilliseconds;
+    bool isGood = error == std::errc() && end == whole.data() + whole.size() && !whole.empty() &&
+                  whole.front() != '-' && milliseconds <= kLongestMilliseconds;
     Microseconds rest = 0;
     if (isGood && point != std::string_view::npos) {
         std::string decimals(word.substr(point + 1));
@@ -106,132 +124,131 @@ Microseconds ParseTime(std::string_view word) {
         decimals.resize(kDecimalsOfMillisecond, '0');
         std::from_chars(decimals.data(), decimals.data() + decimals.size(), rest);
     }
-    if (!isGood) throw Malformed("a line begins with a time in milliseconds such as 2600 or +250, not " + Quoted(word));
+    if (!isGood) words.Refuse("a line begins with a time in milliseconds such as 2600 or +250, not " + Quoted(word));
     return milliseconds * kMicrosecondsPerMillisecond + rest;
 }
 
-Rgba Color(std::string_view word) {
+Rgba Color(Words& words, std::string_view word) {
     const auto color = ParseColor(word);
-    if (!color) throw Malformed("a colour is written #RRGGBB or #RRGGBBAA, not " + Quoted(word));
-    return *color;
+    if (!color) words.Refuse("a colour is written #RRGGBB or #RRGGBBAA, not " + Quoted(word));
+    return color.value_or(Rgba{});
 }
 
-using Words = std::vector<std::string_view>;
-
-PointF OptionalFraction(const Words& words) {
+PointF OptionalFraction(Words& words) {
     constexpr std::size_t kFractionX = 2;
     if (words.size() == kFractionX) return {0.5, 0.5};
-    if (words.size() != kFractionX + 2)
-        throw Malformed(std::string(words[0]) + " takes a control's name and no or two fractions");
-    return {NumberWithin(words[kFractionX], 0, 1, "a fraction"),
-            NumberWithin(words[kFractionX + 1], 0, 1, "a fraction")};
+    if (words.size() != kFractionX + 2) {
+        words.Refuse(std::string(words[0]) + " takes a control's name and no or two fractions");
+    }
+    return {NumberWithin(words, words[kFractionX], 0, 1, "a fraction"),
+            NumberWithin(words, words[kFractionX + 1], 0, 1, "a fraction")};
 }
 
-void ExpectWords(const Words& words, std::size_t count, const char* form) {
-    if (words.size() != count) throw Malformed(std::string("expected: ") + form);
+void ExpectWords(Words& words, std::size_t count, const char* form) {
+    if (words.size() != count) words.Refuse(std::string("expected: ") + form);
 }
 
-PerformanceAction ParseTouch(const Words& words) {
+PerformanceAction ParseTouch(Words& words) {
     constexpr const char* kForm = "touch FINGER down X Y, touch FINGER move X Y or touch FINGER up";
     constexpr std::size_t kWithPosition = 5;
     constexpr std::size_t kWithout = 3;
-    if (words.size() < kWithout) throw Malformed(std::string("expected: ") + kForm);
+    if (words.size() < kWithout) words.Refuse(std::string("expected: ") + kForm);
     TouchAction action;
-    action.finger = IntegerWithin(words[1], 0, kLastFinger, "a finger");
+    action.finger = IntegerWithin(words, words[1], 0, kLastFinger, "a finger");
     if (words[2] == "up") {
         ExpectWords(words, kWithout, kForm);
         action.phase = TouchPhase::kUp;
         return action;
     }
-    if (words[2] != "down" && words[2] != "move") throw Malformed(std::string("expected: ") + kForm);
+    if (words[2] != "down" && words[2] != "move") words.Refuse(std::string("expected: ") + kForm);
     ExpectWords(words, kWithPosition, kForm);
     action.phase = words[2] == "down" ? TouchPhase::kDown : TouchPhase::kMove;
-    action.position = {Coordinate(words[3]), Coordinate(words[4])};
+    action.position = {Coordinate(words, words[3]), Coordinate(words, words[4])};
     return action;
 }
 
-PerformanceAction ParseKey(const Words& words) {
+PerformanceAction ParseKey(Words& words) {
     constexpr const char* kForm = "key back press, key back release, key CODE press or key CODE release";
     ExpectWords(words, 3, kForm);
-    if (words[2] != "press" && words[2] != "release") throw Malformed(std::string("expected: ") + kForm);
+    if (words[2] != "press" && words[2] != "release") words.Refuse(std::string("expected: ") + kForm);
     const KeyDirection direction = words[2] == "press" ? KeyDirection::kPress : KeyDirection::kRelease;
     if (const auto phoneKey = PhoneKeyNamed(words[1])) return KeyAction{*phoneKey, direction};
-    if (!IsKeyCode(words[1])) throw Malformed("no key has the code " + Quoted(words[1]));
+    if (!IsKeyCode(words[1])) words.Refuse("no key has the code " + Quoted(words[1]));
     return KeyAction{std::string(words[1]), direction};
 }
 
-PerformanceAction ParseDevice(const Words& words, DeviceChange change) {
+PerformanceAction ParseDevice(Words& words, DeviceChange change) {
     ExpectWords(words, 2, "lose or restore, then speaker or microphone");
     if (words[1] == "speaker") return DeviceAction{Device::kSpeaker, change};
-    if (words[1] == "microphone") return DeviceAction{Device::kMicrophone, change};
-    throw Malformed("the devices are speaker and microphone, not " + Quoted(words[1]));
+    if (words[1] != "microphone") words.Refuse("the devices are speaker and microphone, not " + Quoted(words[1]));
+    return DeviceAction{Device::kMicrophone, change};
 }
 
-PerformanceAction ParseScreenshot(const Words& words) {
+PerformanceAction ParseScreenshot(Words& words) {
     constexpr std::string_view kEnding = ".png";
     ExpectWords(words, 2, "screenshot FILE.png");
     const std::string_view file = words[1];
     if (file.size() <= kEnding.size() || file.substr(file.size() - kEnding.size()) != kEnding) {
-        throw Malformed("a screenshot's file ends in .png, unlike " + Quoted(file));
+        words.Refuse("a screenshot's file ends in .png, unlike " + Quoted(file));
     }
     return ScreenshotAction{std::string(file)};
 }
 
-PerformanceAction ParseState(const Words& words, StateChange change) {
+PerformanceAction ParseState(Words& words, StateChange change) {
     ExpectWords(words, 1, "the word alone");
     return StateAction{change};
 }
 
-using ActionParser = std::function<PerformanceAction(const Words&)>;
+using ActionParser = std::function<PerformanceAction(Words&)>;
 
 const std::map<std::string_view, ActionParser>& ActionParsers() {
     static const std::map<std::string_view, ActionParser> parsers = {
         {"touch", ParseTouch},
         {"press",
-         [](const Words& words) {
-             if (words.size() < 2) throw Malformed("expected: press NAME [FX FY]");
+         [](Words& words) {
+             if (words.size() < 2) words.Refuse("expected: press NAME [FX FY]");
              return PressAction{std::string(words[1]), OptionalFraction(words)};
          }},
         {"tap",
-         [](const Words& words) {
-             if (words.size() < 2) throw Malformed("expected: tap NAME [FX FY]");
+         [](Words& words) {
+             if (words.size() < 2) words.Refuse("expected: tap NAME [FX FY]");
              return TapAction{std::string(words[1]), OptionalFraction(words)};
          }},
         {"release",
-         [](const Words& words) {
+         [](Words& words) {
              ExpectWords(words, 2, "release NAME");
              return ReleaseAction{std::string(words[1])};
          }},
         {"key", ParseKey},
         {"breath",
-         [](const Words& words) {
+         [](Words& words) {
              ExpectWords(words, 2, "breath LEVEL");
-             return BreathAction{NumberWithin(words[1], 0, 1, "a breath's level")};
+             return BreathAction{NumberWithin(words, words[1], 0, 1, "a breath's level")};
          }},
         {"peak",
-         [](const Words& words) {
+         [](Words& words) {
              ExpectWords(words, 2, "peak N");
-             return PeakAction{static_cast<std::uint8_t>(IntegerWithin(words[1], kSilence, kLoudest, "a peak"))};
+             return PeakAction{static_cast<std::uint8_t>(IntegerWithin(words, words[1], kSilence, kLoudest, "a peak"))};
          }},
         {"ringtone",
-         [](const Words& words) {
+         [](Words& words) {
              ExpectWords(words, 2, "ringtone N");
-             return RingtoneAction{IntegerWithin(words[1], 0, kLoudestRingtone, "the ringtone volume")};
+             return RingtoneAction{IntegerWithin(words, words[1], 0, kLoudestRingtone, "the ringtone volume")};
          }},
         {"pick",
-         [](const Words& words) {
+         [](Words& words) {
              ExpectWords(words, 3, "pick NAME #RRGGBB[AA]");
-             return PickAction{std::string(words[1]), Color(words[2])};
+             return PickAction{std::string(words[1]), Color(words, words[2])};
          }},
-        {"background", [](const Words& words) { return ParseState(words, StateChange::kBackground); }},
-        {"foreground", [](const Words& words) { return ParseState(words, StateChange::kForeground); }},
-        {"screen-off", [](const Words& words) { return ParseState(words, StateChange::kScreenOff); }},
-        {"screen-on", [](const Words& words) { return ParseState(words, StateChange::kScreenOn); }},
-        {"lose", [](const Words& words) { return ParseDevice(words, DeviceChange::kLost); }},
-        {"restore", [](const Words& words) { return ParseDevice(words, DeviceChange::kRestored); }},
+        {"background", [](Words& words) { return ParseState(words, StateChange::kBackground); }},
+        {"foreground", [](Words& words) { return ParseState(words, StateChange::kForeground); }},
+        {"screen-off", [](Words& words) { return ParseState(words, StateChange::kScreenOff); }},
+        {"screen-on", [](Words& words) { return ParseState(words, StateChange::kScreenOn); }},
+        {"lose", [](Words& words) { return ParseDevice(words, DeviceChange::kLost); }},
+        {"restore", [](Words& words) { return ParseDevice(words, DeviceChange::kRestored); }},
         {"screenshot", ParseScreenshot},
         {"quit",
-         [](const Words& words) {
+         [](Words& words) {
              ExpectWords(words, 1, "quit alone");
              return QuitAction{};
          }},
@@ -239,23 +256,29 @@ const std::map<std::string_view, ActionParser>& ActionParsers() {
     return parsers;
 }
 
-// One line's step, or nothing for a line without an action. `previous` is the time of the line before.
-std::optional<Performance::Step> ParseLine(std::string_view line, Microseconds previous) {
-    const Words all = SplitWords(line);
-    if (all.empty()) return std::nullopt;
+// One line's step, or nothing for a line without an action. `previous` is the time of the line before. What is wrong
+// with the line goes to `fault`.
+std::optional<Performance::Step> ParseLine(std::string_view line, Microseconds previous, std::string& fault) {
+    Words words(SplitWords(line));
+    if (words.size() == 0) return std::nullopt;
 
     Performance::Step step;
-    const bool isRelative = all[0].front() == '+';
-    const std::string_view time = isRelative ? all[0].substr(1) : all[0];
-    if (time.empty()) throw Malformed("a + is followed by milliseconds");
-    step.time = ParseTime(time) + (isRelative ? previous : 0);
-    if (step.time < previous) throw Malformed("the time " + Quoted(all[0]) + " lies before that of the line before");
-    if (all.size() < 2) throw Malformed("an action is missing after the time");
+    const std::string_view written = words[0];
+    const bool isRelative = written.front() == '+';
+    const std::string_view time = isRelative ? written.substr(1) : written;
+    if (time.empty()) words.Refuse("a + is followed by milliseconds");
+    step.time = ParseTime(words, time) + (isRelative ? previous : 0);
+    if (step.time < previous) words.Refuse("the time " + Quoted(written) + " lies before that of the line before");
+    if (words.size() < 2) words.Refuse("an action is missing after the time");
 
-    const Words words(all.begin() + 1, all.end());
+    words.RemoveFirst();
     const auto parser = ActionParsers().find(words[0]);
-    if (parser == ActionParsers().end()) throw Malformed("unknown action " + Quoted(words[0]));
-    step.action = parser->second(words);
+    if (parser == ActionParsers().end()) {
+        words.Refuse("unknown action " + Quoted(words[0]));
+    } else {
+        step.action = parser->second(words);
+    }
+    fault = words.Fault();
     return step;
 }
 
@@ -298,17 +321,21 @@ std::shared_ptr<const Performance> ParsePerformance(std::string_view text, const
         const std::size_t end = text.find('\n');
         const std::string_view line = text.substr(0, end);
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        try {
-            if (!IsUtf8(line)) throw Malformed("the line is not UTF-8 text");
-            auto step = ParseLine(line, previous);
-            if (!step) continue;
-            step->line = number;
-            previous = step->time;
-            steps.push_back(std::move(*step));
-        } catch (const Malformed& malformed) {
-            problem = name + ':' + std::to_string(number) + ": " + malformed.what();
+        std::string fault;
+        std::optional<Performance::Step> step;
+        if (IsUtf8(line)) {
+            step = ParseLine(line, previous, fault);
+        } else {
+            fault = "the line is not UTF-8 text";
+        }
+        if (!fault.empty()) {
+            problem = name + ':' + std::to_string(number) + ": " + fault;
             return nullptr;
         }
+        if (!step) continue;
+        step->line = number;
+        previous = step->time;
+        steps.push_back(std::move(*step));
     }
     return std::make_shared<const Performance>(name, std::move(steps));
 }

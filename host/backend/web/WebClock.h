@@ -1,0 +1,20 @@
+#pragma once
+
+#include <emscripten.h>
+
+#include "backend/Clock.h"
+
+namespace host {
+
+/// The browser's monotonic clock, which may be coarser than a microsecond.
+class WebClock final : public Clock {
+public:
+    [[nodiscard]] Microseconds Now() const noexcept override {
+        return static_cast<Microseconds>((emscripten_get_now() - start_) * kMicrosecondsPerMillisecond);
+    }
+
+private:
+    double start_ = emscripten_get_now();  ///< milliseconds
+};
+
+}  // namespace host
