@@ -136,6 +136,28 @@ TEST(Fingers, ReachThePhonesPixelsInAWindowOfAnotherShape) {
         << "a captured finger goes on outside";
 }
 
+TEST(Fingers, AreWhereTheyAreToThePixelAtEveryScale) {
+    struct Row {
+        host::PixelSize window;
+        double scale;
+        double left;  // of the phone's screen in the window
+    };
+    for (const Row& row : {Row{{100, 200}, 1, 0}, Row{{125, 250}, 1.25, 0}, Row{{181, 300}, 1.5, 15},
+                           Row{{260, 400}, 2, 30}, Row{{333, 350}, 1.75, 79}}) {
+        Holes rig(row.window);
+        for (int x = 0; x < 50; x += 7) {
+            // Just within the phone's pixel, at both of its sides.
+            for (const double within : {0.02, 0.98}) {
+                const double at = row.left + (x + within) * row.scale;
+                rig.Tap(at, 105 * row.scale);
+                const std::string place = std::to_string(x) + ",5";
+                EXPECT_EQ((Log{"left press 0 " + place, "left release 0 " + place}), rig.TakeLog())
+                    << row.scale << ' ' << at;
+            }
+        }
+    }
+}
+
 TEST(Popups, AloneAreTouchedWhileTheyAreShown) {
     Holes rig;
     rig.ShowPopup("lower", {0, 100, 100, 50});

@@ -5,7 +5,6 @@
 
 #include "Tizen/App/UiApp.h"
 #include "Tizen/Ui/Controls/Frame.h"
-#include "backend/headless/HeadlessBackend.h"
 #include "shared/JLib.h"
 
 extern "C" int OspMain(int argc, char* argv[]);
@@ -29,13 +28,14 @@ public:
 
 }  // namespace
 
-TestPhone::TestPhone(host::Options options, const std::string& packageRoot) {
+TestPhone::TestPhone(host::Options options, const std::string& packageRoot,
+                     decltype(host::BackendEntry::create) create) {
     // The ocarina keeps the settings' path for the life of the process; a test's process has several phones.
     JLib::__strRegFilePath.Clear();
     options.rest = {"brevant"};
     // Attended: without a performance a test says when it ends.
     const host::BackendEntry entry{"test", host::Attendance::kAttended, host::MicrophoneSupport::kNone,
-                                   host::IsHeadlessAvailable, host::CreateHeadlessBackend};
+                                   host::IsHeadlessAvailable, create};
     phone_ = std::make_unique<host::Phone>(entry, host::BackendOptions{packageRoot, data_.Path()}, std::move(options));
     std::string problem;
     if (!phone_->Open(problem)) throw std::runtime_error(problem);

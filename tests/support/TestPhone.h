@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "backend/headless/HeadlessBackend.h"
 #include "runtime/Phone.h"
 #include "support/TemporaryFolder.h"
 
@@ -11,7 +12,8 @@
 /// what is to happen when, then runs an application on it; nothing waits for real time.
 class TestPhone {
 public:
-    explicit TestPhone(host::Options options = {}, const std::string& packageRoot = BREVANT_PACKAGE);
+    explicit TestPhone(host::Options options = {}, const std::string& packageRoot = BREVANT_PACKAGE,
+                       decltype(host::BackendEntry::create) create = host::CreateHeadlessBackend);
     ~TestPhone();
 
     [[nodiscard]] host::Phone& GetPhone() { return *phone_; }
