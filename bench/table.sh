@@ -46,6 +46,9 @@ with_display() {
         measure "$process" idle "SDL2, both devices open, nothing else" $idle_seconds "$build/bench/bench_peer_idle"
     fi
     measure "$process" idle ours $idle_seconds "$build/brevant" --backend desktop
+    if [ -x "$build/bench/bench_peer_path" ] && command -v pulseaudio >/dev/null; then
+        measure "$root/bench/path.py" "$build/brevant" "$build/bench/bench_peer_path"
+    fi
 }
 
 if [ "${2:-}" = --with-display ]; then # within the X server that is started below
@@ -116,6 +119,10 @@ analysis, noise; analysis of a block: noise; time; at most 200 ns; plain loop
 analysis, crossings; analysis of a block: a crossing at every sample; time; at most 200 ns; plain loop
 idle; play screen, nobody touching, microphone on; %; at most 0.5 % of a core; SDL2, both devices open, nothing else
 wakeups; the same: wake-ups a second, all threads; times a second; ; SDL2, both devices open, nothing else
+path key; key to sound, through X and PulseAudio, median; time; at most 2 ms more; SDL2, a trivial program
+path key, worst; the same, the worst of 50; time; ; SDL2, a trivial program
+path breath; breath to sound, likewise, median; time; at most 22 ms more; SDL2, a trivial program
+path breath, worst; the same, the worst of 50; time; ; SDL2, a trivial program
 elapsed; headless: the demonstration, times real time; times; at least 100 times;
 ROWS
 if [ -s "$work/errors" ]; then

@@ -75,7 +75,12 @@ PixelSize Times(double scale) {
 int SharpestEdge(const Image& image, PixelSize size, int x) {
     int sharpest = 0;
     for (int y = 1; y < size.height; ++y) {
-        const auto at = [&](int row) { return image.pixels[static_cast<std::size_t>(row * size.width + x)].green; };
+        const auto at = [&](int row) {
+            return image
+                .pixels[static_cast<std::size_t>(row) * static_cast<std::size_t>(size.width) +
+                        static_cast<std::size_t>(x)]
+                .green;
+        };
         sharpest = std::max(sharpest, std::abs(at(y) - at(y - 1)));
     }
     return sharpest;
