@@ -52,18 +52,19 @@ function translate(folder) {
     }
     const data = join(folder, 'data-before');
     if (existsSync(data)) {
-        for (const { name } of readdirSync(data, { withFileTypes: true }).filter((entry) => entry.isFile())) {
-            files.set(`${DATA_FOLDER}/${name}`, readFileSync(join(data, name)));
-        }
+        for (const name of readdirSync(data)) files.set(`${DATA_FOLDER}/${name}`, readFileSync(join(data, name)));
     }
     return { options, files };
 }
 
 let failures = 0;
 let worst = -Infinity;
-// A refused run has played nothing.
+// A refused run has played nothing, and a page has no folder that could stand where the settings should.
+const hasFolderForSettings = (name) =>
+    existsSync(join(runs, name, 'data-before')) &&
+    readdirSync(join(runs, name, 'data-before'), { withFileTypes: true }).some((entry) => !entry.isFile());
 const names = readdirSync(runs)
-    .filter((name) => readFileSync(join(runs, name, 'status'), 'utf8') === '0')
+    .filter((name) => readFileSync(join(runs, name, 'status'), 'utf8') === '0' && !hasFolderForSettings(name))
     .sort();
 for (const name of names) {
     const folder = join(runs, name);

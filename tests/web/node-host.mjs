@@ -23,6 +23,7 @@ function createBlindPainter() {
         compose: nothing,
         read: (surface, x, y, width, height) => new Uint8Array(width * height * 4),
         createPicture: nothing,
+        takePicture: () => true,
         destroyPicture: nothing,
         textWidth: (text, size) => [...text].length * size * MEAN_WIDTH,
         textHeights: (size) => [size * ASCENT, size * DESCENT],

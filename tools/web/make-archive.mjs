@@ -1,8 +1,12 @@
 // make-archive.mjs FOLDER FILE: all files below FOLDER in one. It begins with the length of its table (four bytes, the
-// lowest first); the table is JSON, from each file's path to its place behind the table and its length.
+// lowest first); the table is JSON, from each file's path to its place behind the table and its length. Pictures keep
+// their names, but are lossless WebP: half as large, and every browser decodes it. The program's icon stays PNG: it is
+// decoded by the program itself.
+import { execFileSync } from 'node:child_process';
 import { readFileSync, readdirSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 
+const MOST_BYTES = 16 * 1024 * 1024;
 const [folder, target] = process.argv.slice(2);
 const table = {};
 const contents = [];
@@ -11,7 +15,10 @@ for (const name of readdirSync(folder, { recursive: true, withFileTypes: true })
     .filter((entry) => entry.isFile())
     .map((entry) => join(entry.parentPath ?? entry.path, entry.name))
     .sort()) {
-    const content = readFileSync(name);
+    const isPicture = name.endsWith('.png') && !name.endsWith('/app_icon.png');
+    const content = isPicture
+        ? execFileSync('cwebp', ['-quiet', '-lossless', '-z', '6', name, '-o', '-'], { maxBuffer: MOST_BYTES })
+        : readFileSync(name);
     table[name.slice(folder.length).replace(/^\/+/, '')] = [place, content.length];
     contents.push(content);
     place += content.length;

@@ -25,6 +25,8 @@ void web_surface_compose(int surface, int source, int x, int y, int isReplacing)
 /// Fills width * height pixels of four bytes: red, green, blue, alpha.
 void web_surface_read(int surface, int x, int y, int width, int height, void* pixels);
 void web_picture_create(int picture, int width, int height, const void* pixels);
+/// Makes the picture of a file that the page has decoded ahead; 0 when it has not.
+int web_picture_take(int picture, const void* file, int bytes);
 void web_picture_destroy(int picture);
 double web_text_width(const char* text, int bytes, double size, int isBold);
 /// From the baseline up and down, in this order.

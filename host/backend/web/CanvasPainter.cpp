@@ -1,20 +1,35 @@
 #include "backend/web/CanvasPainter.h"
 
+#include <cstdint>
+#include <cstring>
+#include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "backend/web/Bridge.h"
 #include "backend/web/CanvasPicture.h"
 #include "backend/web/CanvasSurface.h"
 #include "backend/web/CanvasText.h"
-#include "png/PngPicture.h"
 
 namespace host {
 
-CanvasPicture::CanvasPicture(int number, PixelSize size, const void* pixels) : number_(number), size_(size) {
-    web_picture_create(number_, size_.width, size_.height, pixels);
+namespace {
+
+// A lossless WebP file: "RIFF", its size, "WEBPVP8L", the stream's size, a signature byte, then the width and the
+// height, each less one, in 14 bits: Google, "WebP Lossless Bitstream Specification", 3.
+std::optional<PixelSize> WebpSize(std::span<const std::byte> file) {
+    constexpr std::size_t kFormatAt = 8;
+    constexpr std::size_t kSizeAt = 21;
+    constexpr unsigned kSideBits = 14;
+    constexpr std::uint32_t kSideMask = (1U << kSideBits) - 1;
+    constexpr std::string_view kFormat = "WEBPVP8L";
+    std::uint32_t sides = 0;
+    if (file.size() < kSizeAt + sizeof sides) return std::nullopt;
+    if (std::memcmp(file.data() + kFormatAt, kFormat.data(), kFormat.size()) != 0) return std::nullopt;
+    std::memcpy(&sides, file.data() + kSizeAt, sizeof sides);
+    return PixelSize{static_cast<int>(sides & kSideMask) + 1, static_cast<int>(sides >> kSideBits & kSideMask) + 1};
 }
+
+}  // namespace
 
 CanvasPicture::~CanvasPicture() {
     web_picture_destroy(number_);
@@ -28,23 +43,18 @@ std::unique_ptr<Surface> CanvasPainter::OpenCanvas(PixelSize size) {
     return std::make_unique<CanvasSurface>(0, size, 1);
 }
 
-std::shared_ptr<const Picture> CanvasPainter::DecodePicture(std::span<const std::byte> png) {
-    constexpr std::size_t kPixelBytes = 4;
-    const PngPicture file(png);
-    const PixelSize size = file.Size();
-    const std::size_t stride = static_cast<std::size_t>(size.width) * kPixelBytes;
-    std::vector<unsigned char> pixels(stride * static_cast<std::size_t>(size.height));
-    if (pixels.empty() || !file.DecodeInto(pixels.data(), stride)) return nullptr;
-    // Blue comes first in the memory of a machine as a browser shows it, red in a canvas.
-    for (std::size_t i = 0; i < pixels.size(); i += kPixelBytes) std::swap(pixels[i], pixels[i + 2]);
-    return std::make_shared<CanvasPicture>(++lastNumber_, size, pixels.data());
+std::shared_ptr<const Picture> CanvasPainter::DecodePicture(std::span<const std::byte> file) {
+    const std::optional<PixelSize> size = WebpSize(file);
+    if (!size || web_picture_take(++lastNumber_, file.data(), static_cast<int>(file.size())) == 0) return nullptr;
+    return std::make_shared<CanvasPicture>(lastNumber_, *size);
 }
 
 std::shared_ptr<const Picture> CanvasPainter::CreatePicture(const Image& image) {
     const auto [width, height] = image.size;
     if (width <= 0 || height <= 0) return nullptr;
     if (image.pixels.size() / static_cast<std::size_t>(width) < static_cast<std::size_t>(height)) return nullptr;
-    return std::make_shared<CanvasPicture>(++lastNumber_, image.size, image.pixels.data());
+    web_picture_create(++lastNumber_, width, height, image.pixels.data());
+    return std::make_shared<CanvasPicture>(lastNumber_, image.size);
 }
 
 void CanvasPainter::SetLanguage(std::string_view language) {

@@ -12,7 +12,8 @@ namespace host {
 class CanvasPainter final : public Painter {
 public:
     [[nodiscard]] std::unique_ptr<Surface> CreateSurface(PixelSize size, double scale) override;
-    [[nodiscard]] std::shared_ptr<const Picture> DecodePicture(std::span<const std::byte> png) override;
+    /// The package of a page has lossless WebP files in the place of PNG ones, which the page has decoded ahead.
+    [[nodiscard]] std::shared_ptr<const Picture> DecodePicture(std::span<const std::byte> file) override;
     [[nodiscard]] std::shared_ptr<const Picture> CreatePicture(const Image& image) override;
     void SetLanguage(std::string_view language) override;
     [[nodiscard]] std::unique_ptr<TextLayout> CreateText(std::string_view utf8, const TextStyle& style,

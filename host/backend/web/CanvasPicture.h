@@ -7,8 +7,8 @@ namespace host {
 /// A decoded picture in the page's keeping.
 class CanvasPicture final : public Picture {
 public:
-    /// `pixels` are red, green, blue and alpha, a byte each.
-    CanvasPicture(int number, PixelSize size, const void* pixels);
+    /// The page has the pixels of that number already.
+    CanvasPicture(int number, PixelSize size) : number_(number), size_(size) {}
     ~CanvasPicture() override;
     CanvasPicture(const CanvasPicture&) = delete;
     CanvasPicture& operator=(const CanvasPicture&) = delete;

@@ -18,17 +18,47 @@ mergeInto(LibraryManager.library, {
         return Module['host'].painter.clear(surface, color >>> 0);
     },
     web_surface_shape: function (surface, shape, x, y, width, height, arcWidth, arcHeight, lineWidth, color) {
-        return Module['host'].painter.shape(surface, shape, x, y, width, height, arcWidth, arcHeight, lineWidth, color >>> 0);
+        return Module['host'].painter.shape(
+            surface,
+            shape,
+            x,
+            y,
+            width,
+            height,
+            arcWidth,
+            arcHeight,
+            lineWidth,
+            color >>> 0,
+        );
     },
     web_surface_gradient: function (surface, x, y, width, height, arcWidth, arcHeight, top, bottom) {
-        return Module['host'].painter.gradient(surface, x, y, width, height, arcWidth, arcHeight, top >>> 0, bottom >>> 0);
+        return Module['host'].painter.gradient(
+            surface,
+            x,
+            y,
+            width,
+            height,
+            arcWidth,
+            arcHeight,
+            top >>> 0,
+            bottom >>> 0,
+        );
     },
     web_surface_picture: function (surface, picture, x, y, width, height) {
         return Module['host'].painter.drawPicture(surface, picture, x, y, width, height);
     },
     web_surface_text: function (surface, text, bytes, size, isBold, x, baseline, color, edgeWidth, edge) {
-        return Module['host'].painter.drawText(surface, UTF8ArrayToString(HEAPU8, text, bytes), size, isBold !== 0, x, baseline,
-            color >>> 0, edgeWidth, edge >>> 0);
+        return Module['host'].painter.drawText(
+            surface,
+            UTF8ArrayToString(HEAPU8, text, bytes),
+            size,
+            isBold !== 0,
+            x,
+            baseline,
+            color >>> 0,
+            edgeWidth,
+            edge >>> 0,
+        );
     },
     web_surface_compose: function (surface, source, x, y, isReplacing) {
         return Module['host'].painter.compose(surface, source, x, y, isReplacing !== 0);
@@ -37,7 +67,15 @@ mergeInto(LibraryManager.library, {
         return HEAPU8.set(Module['host'].painter.read(surface, x, y, width, height), pixels);
     },
     web_picture_create: function (picture, width, height, pixels) {
-        return Module['host'].painter.createPicture(picture, width, height, HEAPU8.slice(pixels, pixels + width * height * 4));
+        return Module['host'].painter.createPicture(
+            picture,
+            width,
+            height,
+            HEAPU8.slice(pixels, pixels + width * height * 4),
+        );
+    },
+    web_picture_take: function (picture, file, bytes) {
+        return Module['host'].painter.takePicture(picture, HEAPU8.subarray(file, file + bytes)) ? 1 : 0;
     },
     web_picture_destroy: function (picture) {
         return Module['host'].painter.destroyPicture(picture);
@@ -59,8 +97,9 @@ mergeInto(LibraryManager.library, {
     },
     web_window_language: function (known, language, room) {
         const names = UTF8ToString(known).split(' ');
-        const liked = (typeof navigator === 'undefined' ? [] : navigator.languages || [])
-            .map((name) => name.slice(0, 2).toLowerCase());
+        const liked = (typeof navigator === 'undefined' ? [] : navigator.languages || []).map((name) =>
+            name.slice(0, 2).toLowerCase(),
+        );
         stringToUTF8(liked.find((name) => names.includes(name)) || '', language, room);
     },
     web_window_ended: function (status) {
@@ -74,11 +113,11 @@ mergeInto(LibraryManager.library, {
     },
     web_speaker_open: function () {
         return Module['host'].speaker.open({
-        onNews: (kind, voice, clip, number) => Module['_brevant_speaker_news'](kind, voice, clip, number),
-        onNewsEnd: () => Module['_brevant_speaker_told'](),
-        onLost: () => Module['_brevant_speaker_lost'](1),
-        onRestored: () => Module['_brevant_speaker_lost'](0),
-    });
+            onNews: (kind, voice, clip, number) => Module['_brevant_speaker_news'](kind, voice, clip, number),
+            onNewsEnd: () => Module['_brevant_speaker_told'](),
+            onLost: () => Module['_brevant_speaker_lost'](1),
+            onRestored: () => Module['_brevant_speaker_lost'](0),
+        });
     },
     web_speaker_close: function () {
         return Module['host'].speaker.close();
@@ -103,17 +142,17 @@ mergeInto(LibraryManager.library, {
     },
     web_microphone_start: function () {
         return Module['host'].microphone.start({
-        onOpened: (rate) => Module['_brevant_microphone_opened'](rate),
-        onLost: () => Module['_brevant_microphone_lost'](),
-        onHeard: (frames) => {
-            const room = Module['_brevant_microphone_room']();
-            for (let at = 0; at < frames.length; at += room) {
-                const piece = frames.subarray(at, at + room);
-                HEAPF32.set(piece, Module['_brevant_microphone_buffer']() >> 2);
-                Module['_brevant_microphone_heard'](piece.length);
-            }
-        },
-    });
+            onOpened: (rate) => Module['_brevant_microphone_opened'](rate),
+            onLost: () => Module['_brevant_microphone_lost'](),
+            onHeard: (frames) => {
+                const room = Module['_brevant_microphone_room']();
+                for (let at = 0; at < frames.length; at += room) {
+                    const piece = frames.subarray(at, at + room);
+                    HEAPF32.set(piece, Module['_brevant_microphone_buffer']() >> 2);
+                    Module['_brevant_microphone_heard'](piece.length);
+                }
+            },
+        });
     },
     web_microphone_stop: function () {
         return Module['host'].microphone.stop();
@@ -122,7 +161,10 @@ mergeInto(LibraryManager.library, {
         return Module['host'].storage.size(UTF8ToString(path));
     },
     web_storage_list: function (folder) {
-        const names = Module['host'].storage.list(UTF8ToString(folder)).map((name) => name + '\n').join('');
+        const names = Module['host'].storage
+            .list(UTF8ToString(folder))
+            .map((name) => name + '\n')
+            .join('');
         const bytes = lengthBytesUTF8(names) + 1;
         const memory = _malloc(bytes);
         stringToUTF8(names, memory, bytes);

@@ -4,7 +4,7 @@ file(GLOB web_sources host/backend/web/*.cpp host/backend/web/*.h)
 # Of the headless back end what has neither files nor Cairo: a performance is rendered with it in a page, too.
 set(headless_sources host/backend/headless/HeadlessLoopDriver.cpp host/backend/headless/HeadlessSpeaker.cpp)
 add_library(host_web STATIC ${web_sources} ${headless_sources})
-target_link_libraries(host_web PUBLIC host_seam PRIVATE host_mix host_text host_png brevant_strict_warnings)
+target_link_libraries(host_web PUBLIC host_seam PRIVATE host_mix host_text brevant_strict_warnings)
 
 set(web_folder ${CMAKE_SOURCE_DIR}/build/web)
 set(page_folder ${CMAKE_SOURCE_DIR}/host/backend/web/page)

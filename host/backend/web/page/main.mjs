@@ -154,6 +154,8 @@ async function start() {
         screenLock.setPlaying(false);
     };
     Object.assign(canvas, deviceSize());
+    const painter = createPainter(canvas);
+    await painter.prepare(storage.pictures());
     const host = {
         window: {
             canvas,
@@ -168,7 +170,7 @@ async function start() {
                 say(`${texts.failed} ${reason}`);
             },
         },
-        painter: createPainter(canvas),
+        painter,
         speaker,
         microphone: createMicrophone(speaker),
         storage,

@@ -35,6 +35,16 @@ function makeCanvas(width, height) {
     return canvas;
 }
 
+/**
+ * Tells one file's bytes from another's: FNV-1a (Fowler, Noll, Vo), 32 bits, and the length.
+ * @param {Uint8Array} bytes
+ */
+function keyOf(bytes) {
+    let hash = 0x811c9dc5;
+    for (const byte of bytes) hash = Math.imul(hash ^ byte, 0x01000193);
+    return `${bytes.length}:${hash}`;
+}
+
 /** @param {Context} context */
 function addShape(
     context,
@@ -69,8 +79,10 @@ function addShape(
 export function createPainter(canvas) {
     /** @type {Map<number, Context>} */
     const surfaces = new Map();
-    /** @type {Map<number, Canvas>} */
+    /** @type {Map<number, Canvas | ImageBitmap>} */
     const pictures = new Map();
+    /** @type {Map<string, ImageBitmap>} */
+    const prepared = new Map();
     /** @type {Map<string, number>} */
     const widths = new Map();
     let families = FAMILIES;
@@ -98,7 +110,13 @@ export function createPainter(canvas) {
             surfaces.delete(surface);
         },
         /** @param {number} surface */
-        clip(surface, /** @type {number} */ x, /** @type {number} */ y, /** @type {number} */ width, /** @type {number} */ height) {
+        clip(
+            surface,
+            /** @type {number} */ x,
+            /** @type {number} */ y,
+            /** @type {number} */ width,
+            /** @type {number} */ height,
+        ) {
             const context = contextOf(surface);
             context.restore();
             context.save();
@@ -177,7 +195,7 @@ export function createPainter(canvas) {
             const context = contextOf(surface);
             context.imageSmoothingEnabled = true;
             context.imageSmoothingQuality = 'high';
-            context.drawImage(/** @type {Canvas} */ (pictures.get(picture)), x, y, width, height);
+            context.drawImage(/** @type {CanvasImageSource} */ (pictures.get(picture)), x, y, width, height);
         },
         /** @param {number} surface @param {string} text @param {number} size @param {boolean} isBold */
         drawText(
@@ -212,10 +230,36 @@ export function createPainter(canvas) {
             context.drawImage(from, x, y);
         },
         /** @param {number} surface */
-        read(surface, /** @type {number} */ x, /** @type {number} */ y, /** @type {number} */ width, /** @type {number} */ height) {
+        read(
+            surface,
+            /** @type {number} */ x,
+            /** @type {number} */ y,
+            /** @type {number} */ width,
+            /** @type {number} */ height,
+        ) {
             return contextOf(surface).getImageData(x, y, width, height).data;
         },
 
+        /**
+         * Decodes pictures ahead, for the program cannot wait for the browser. One that does not decode is missing.
+         * @param {Uint8Array[]} files
+         */
+        async prepare(files) {
+            await Promise.all(
+                files.map(async (bytes) => {
+                    const bitmap = await createImageBitmap(new Blob([/** @type {BlobPart} */ (bytes)])).catch(
+                        () => null,
+                    );
+                    if (bitmap) prepared.set(keyOf(bytes), bitmap);
+                }),
+            );
+        },
+        /** @param {number} picture @param {Uint8Array} bytes of a file that was prepared @returns {boolean} */
+        takePicture(picture, bytes) {
+            const bitmap = prepared.get(keyOf(bytes));
+            if (bitmap) pictures.set(picture, bitmap);
+            return bitmap !== undefined;
+        },
         /** @param {number} picture @param {number} width @param {number} height @param {Uint8Array} pixels */
         createPicture(picture, width, height, pixels) {
             const target = makeCanvas(width, height);

@@ -4,6 +4,7 @@
 const LENGTH_BYTES = 4;
 const SETTINGS_FOLDER = 'data/';
 const PACKAGE_FOLDER = 'package/';
+const PICTURES_FOLDER = 'package/images/';
 const KEY = 'brevant/';
 
 /** @param {ArrayBuffer} archive as tools/web/make-archive.mjs makes it */
@@ -59,10 +60,13 @@ export function createStorage({ archive, settings }) {
                 .map((path) => path.slice(start.length))
                 .filter((name) => !name.includes('/'));
         },
+        /** The package's pictures, as painter.mjs prepares them. @returns {Uint8Array[]} */
+        pictures: () => [...files].filter(([path]) => path.startsWith(PICTURES_FOLDER)).map(([, bytes]) => bytes),
         /** @param {string} path @param {number} offset @param {Uint8Array} bytes @returns {boolean} */
         write(path, offset, bytes) {
             let output = written.get(path);
-            if (!output || (offset === 0 && bytes.length > output.length)) output = { bytes: new Uint8Array(), length: 0 };
+            if (!output || (offset === 0 && bytes.length > output.length))
+                output = { bytes: new Uint8Array(), length: 0 };
             const end = offset + bytes.length;
             if (end > output.bytes.length) {
                 const larger = new Uint8Array(Math.max(end, output.bytes.length * 2));
