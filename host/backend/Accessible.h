@@ -23,6 +23,8 @@ struct AccessibleItem {
     int value = 0;
     int least = 0;
     int most = 0;
+
+    friend bool operator==(const AccessibleItem&, const AccessibleItem&) = default;
 };
 
 enum class AccessibleKind { kForm, kDialog };
@@ -33,6 +35,8 @@ struct AccessibleScreen {
     /// Whether keys play on it: the space bar then blows and presses nothing.
     bool isPlayedOn = false;
     std::vector<AccessibleItem> items;  ///< in the order in which they are read
+
+    friend bool operator==(const AccessibleScreen&, const AccessibleScreen&) = default;
 };
 
 /// The screen as a back end's accessibility finds it. What it says changes only with what the window shows, so it is

@@ -41,6 +41,12 @@ void web_window_language(const char* known, char* language, int room);
 void web_window_ended(int status);
 void web_window_refused(const char* reason);
 
+// accessibility.mjs: begin, an item for each thing in its order, end. `role` is an AccessibleRole.
+void web_accessible_begin(int isDialog, int isPlayedOn);
+void web_accessible_item(double id, int role, const char* name, int x, int y, int width, int height, int isOn,
+                         int value, int least, int most);
+void web_accessible_end();
+
 // loop.mjs. Asks for brevant_tick so many milliseconds from now, in place of what was asked for before; negative:
 // never.
 void web_loop_schedule(double delay);

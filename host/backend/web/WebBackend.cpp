@@ -16,6 +16,8 @@
 //   brevant_visibility(visible)         0 hidden: the application is in the background, and nothing sounds
 //   brevant_unlocked()                  from within the handler of a lifted touch, a click or a key, each time
 //   brevant_close()                     the user closes the application
+//   brevant_accessible_activate(id)     the mirror's user presses that thing
+//   brevant_accessible_set(id, value)   the mirror's user moves that slider
 //   brevant_tick()                      the time that loop.mjs was asked for has come
 // speaker.mjs and microphone.mjs call brevant_speaker_… and brevant_microphone_… by what bridge.js hands them.
 
@@ -200,6 +202,14 @@ EMSCRIPTEN_KEEPALIVE void brevant_unlocked() {
 
 EMSCRIPTEN_KEEPALIVE void brevant_close() {
     Act([](WebBackend& web) { web.window.RequestClose(); });
+}
+
+EMSCRIPTEN_KEEPALIVE void brevant_accessible_activate(double id) {
+    Act([&](WebBackend& web) { web.window.Activate(static_cast<std::uint64_t>(id)); });
+}
+
+EMSCRIPTEN_KEEPALIVE void brevant_accessible_set(double id, int value) {
+    Act([&](WebBackend& web) { web.window.SetValue(static_cast<std::uint64_t>(id), value); });
 }
 
 EMSCRIPTEN_KEEPALIVE void brevant_tick() {

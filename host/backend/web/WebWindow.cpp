@@ -16,6 +16,7 @@ bool WebWindow::Open(std::string_view /*title*/, PixelSize /*screen*/, WindowLis
 void WebWindow::Close() {
     listener_ = nullptr;
     input_ = nullptr;
+    accessibility_.SetSource(nullptr);
 }
 
 void WebWindow::Touch(const TouchInput& touch) {
@@ -43,6 +44,14 @@ void WebWindow::Show(Visibility visibility) {
 
 void WebWindow::RequestClose() {
     if (listener_ != nullptr) listener_->OnCloseRequested();
+}
+
+void WebWindow::Activate(std::uint64_t id) {
+    accessibility_.Activate(id);
+}
+
+void WebWindow::SetValue(std::uint64_t id, int value) {
+    accessibility_.SetValue(id, value);
 }
 
 }  // namespace host

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 #include "backend/Window.h"
 #include "backend/web/CanvasPainter.h"
+#include "backend/web/WebAccessibility.h"
 
 namespace host {
 
-/// The page's canvas. What is drawn on it is shown when the browser's next frame comes, so Present has nothing to do.
+/// The page's canvas. What is drawn on it is shown when the browser's next frame comes; Present tells it in words.
 /// UI thread only.
 class WebWindow final : public Window {
 public:
@@ -19,7 +21,8 @@ public:
 
     [[nodiscard]] PixelSize Size() const override { return pixels_ ? pixels_->Size() : PixelSize{}; }
     [[nodiscard]] Surface& Pixels() override { return *pixels_; }
-    void Present(std::span<const PixelRect> /*damage*/) override {}
+    void SetAccessible(Accessible& screen) override { accessibility_.SetSource(&screen); }
+    void Present(std::span<const PixelRect> /*damage*/) override { accessibility_.Update(); }
     [[nodiscard]] Microseconds FrameInterval() const override { return kFrameInterval; }
 
     // From the page; passed over while it is closed.
@@ -29,12 +32,15 @@ public:
     void Resize(PixelSize size);
     void Show(Visibility visibility);
     void RequestClose();
+    void Activate(std::uint64_t id);
+    void SetValue(std::uint64_t id, int value);
 
 private:
     // A little less than a sixtieth of a second: a step that comes a little early is not put off to the next frame.
     static constexpr Microseconds kFrameInterval = 15'000;
 
     CanvasPainter& painter_;
+    WebAccessibility accessibility_;
     std::unique_ptr<Surface> pixels_;
     WindowListener* listener_ = nullptr;
     InputListener* input_ = nullptr;

@@ -108,6 +108,18 @@ mergeInto(LibraryManager.library, {
     web_window_refused: function (reason) {
         return Module['host'].window.refused(UTF8ToString(reason));
     },
+
+    web_accessible_begin: function (isDialog, isPlayedOn) {
+        Module['host'].accessibility.begin(isDialog !== 0, isPlayedOn !== 0);
+    },
+    web_accessible_item: function (id, role, name, x, y, width, height, isOn, value, least, most) {
+        Module['host'].accessibility.item(
+            id, role, UTF8ToString(name), x, y, width, height, isOn !== 0, value, least, most);
+    },
+    web_accessible_end: function () {
+        Module['host'].accessibility.end();
+    },
+
     web_loop_schedule: function (delay) {
         return Module['host'].loop.schedule(delay, Module['_brevant_tick']);
     },
