@@ -1,0 +1,340 @@
+// The built page in Chromium, as on a phone: what a player does, and what goes wrong.
+
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+import { cp, mkdtemp, readFile, rm, writeFile } from 'node:fs/promises';
+import { execFileSync } from 'node:child_process';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import puppeteer from 'puppeteer-core';
+import { serve } from '../../tools/web/serve.mjs';
+import * as phone from './page.mjs';
+
+/** @type {string} */ let folder;
+/** @type {Awaited<ReturnType<typeof serve>>} */ let server;
+/** @type {import('puppeteer-core').Browser} */ let browser;
+
+/**
+ * @param {'accept' | 'deny'} answer to whatever the page asks the user for
+ */
+const launch = (answer) =>
+    puppeteer.launch({
+        executablePath: '/usr/bin/chromium',
+        userDataDir: join(folder, answer),
+        // A container has no user namespaces for Chromium's sandbox; the page is our own.
+        args: [
+            '--no-sandbox',
+            '--lang=en',
+            '--use-fake-device-for-media-stream',
+            `--use-fake-ui-for-media-stream${answer === 'deny' ? '=deny' : ''}`,
+            `--use-file-for-fake-audio-capture=${join(folder, 'breath.wav')}`,
+        ],
+    });
+
+before(async () => {
+    folder = await mkdtemp(join(tmpdir(), 'brevant-web-'));
+    await writeFile(join(folder, 'breath.wav'), phone.breathFile());
+    server = await serve(phone.BUILT);
+    browser = await launch('accept');
+});
+after(async () => {
+    await browser?.close();
+    await server?.close();
+    await rm(folder, { recursive: true, force: true });
+});
+
+/**
+ * Runs on a page in a context of its own, which must say nothing on its console but what is expected.
+ * @param {string} name
+ * @param {(page: phone.PhonePage, context: import('puppeteer-core').BrowserContext) => Promise<void>} body
+ * @param {{ query?: string, says?: RegExp }} [how]
+ */
+function onPhone(name, body, { query = '', says = /^$/ } = {}) {
+    test(name, { timeout: 120_000 }, async () => {
+        const context = await browser.createBrowserContext();
+        try {
+            const page = await phone.openOnPhone(context, server.address + query);
+            await body(page, context);
+            assert.deepEqual(
+                page.said.filter((line) => !says.test(line)),
+                [],
+            );
+        } finally {
+            await context.close();
+        }
+    });
+}
+
+/** @param {import('puppeteer-core').Page} page */
+const turnAutomaticPlayOn = async (page) => {
+    await phone.tap(page, 'Menu');
+    await phone.showsButtons(page, ['Menu', 'Help', 'Settings']);
+    await phone.tap(page, 'Settings');
+    await page.waitForSelector('#mirror [role=switch][aria-checked=false]');
+    await phone.tap(page, 'Automatic play');
+    await page.waitForSelector('#mirror [role=switch][aria-checked=true]');
+    await phone.tap(page, 'Close');
+    await phone.showsPlayScreen(page);
+};
+
+onPhone('the first touch also acts, and the line over the ocarina goes', async (page) => {
+    await phone.showsPlayScreen(page);
+    assert.equal(await page.$eval('#hint', (hint) => hint.textContent), 'Touch to play');
+    await phone.tap(page, 'Menu');
+    await phone.showsButtons(page, ['Menu', 'Help', 'Settings']);
+    assert.equal(await page.$('#hint:not([hidden])'), null);
+});
+
+onPhone('the sixteen fingerings sound in tune while a breath blows', async (page) => {
+    await phone.showsPlayScreen(page);
+    await phone.listen(page);
+    const session = await page.createCDPSession();
+    /** @param {number} mask */
+    const cover = (mask) =>
+        phone.HOLES.map((place, id) => ({ ...place, id })).filter(({ id }) => (mask & (1 << id)) !== 0);
+    // The first touch that is lifted lets sound and the microphone in.
+    await page.touchscreen.tap(phone.HOLES[0].x, phone.HOLES[0].y);
+    await phone.sounds(page, phone.FINGERINGS[0]);
+    for (let mask = 1; mask < phone.FINGERINGS.length; ++mask) {
+        await session.send('Input.dispatchTouchEvent', { type: 'touchStart', touchPoints: cover(mask) });
+        await phone.sounds(page, phone.FINGERINGS[mask]);
+        await session.send('Input.dispatchTouchEvent', { type: 'touchEnd', touchPoints: [] });
+        await phone.sounds(page, phone.FINGERINGS[0]);
+    }
+});
+
+onPhone('ten fingers hold their holes; those that the system takes away let go', async (page) => {
+    await phone.showsPlayScreen(page);
+    await turnAutomaticPlayOn(page);
+    await phone.listen(page);
+    const session = await page.createCDPSession();
+    const ten = [...phone.HOLES, ...phone.HOLES, phone.HOLES[0], phone.HOLES[1]].map(({ x, y }, id) => ({
+        x: x + 8 * Math.floor(id / 4),
+        y,
+        id,
+    }));
+    await session.send('Input.dispatchTouchEvent', { type: 'touchStart', touchPoints: ten });
+    await phone.sounds(page, phone.FINGERINGS[15]);
+    // Six are lifted; the four others still cover everything.
+    await session.send('Input.dispatchTouchEvent', { type: 'touchEnd', touchPoints: ten.slice(0, 4) });
+    await phone.sounds(page, phone.FINGERINGS[15]);
+    await session.send('Input.dispatchTouchEvent', { type: 'touchCancel', touchPoints: [] });
+    await phone.isSilent(page);
+});
+
+onPhone('settings last; help, colours and Back lead where they lead on a phone', async (page) => {
+    await phone.showsPlayScreen(page);
+    await turnAutomaticPlayOn(page);
+    await page.reload();
+    await phone.showsPlayScreen(page);
+    await phone.tap(page, 'Menu');
+    await phone.showsButtons(page, ['Menu', 'Help', 'Settings']);
+    await phone.tap(page, 'Settings');
+    await page.waitForSelector('#mirror [role=switch][aria-checked=true]');
+    await phone.tap(page, 'Hole colour');
+    await page.waitForSelector('#mirror[role=dialog] input[aria-label=Red]');
+    await page.evaluate(() => history.back());
+    await page.waitForSelector('#mirror:not([role=dialog]) [role=switch]');
+    await page.evaluate(() => history.back());
+    await phone.showsPlayScreen(page);
+    await page.evaluate(() => history.back());
+    assert.equal(await phone.showsMessage(page), 'Brevant has ended.');
+    await Promise.all([page.waitForNavigation(), page.click('#message-button')]);
+    await phone.showsPlayScreen(page);
+});
+
+onPhone('the mirror alone leads through the screens by keyboard, and axe finds nothing', async (page) => {
+    const axe = await readFile(new URL('../../node_modules/axe-core/axe.min.js', import.meta.url), 'utf8');
+    const findsNothing = async () => {
+        await page.evaluate(axe);
+        const violations = await page.evaluate(
+            async () => (await /** @type {any} */ (globalThis).axe.run()).violations,
+        );
+        assert.deepEqual(
+            violations.map((/** @type {any} */ each) => `${each.id}: ${each.nodes[0].html}`),
+            [],
+        );
+    };
+    await phone.showsPlayScreen(page);
+    await findsNothing();
+    await page.focus('#mirror button');
+    await page.keyboard.press('Enter');
+    await phone.showsButtons(page, ['Menu', 'Help', 'Settings']);
+    await page.keyboard.press('Tab');
+    await page.keyboard.press('Enter');
+    await page.waitForSelector('#mirror[role=dialog][aria-label=Help]');
+    await findsNothing();
+    await page.keyboard.press('Escape');
+    await phone.showsPlayScreen(page);
+    await page.focus('#mirror button');
+    await page.keyboard.press('Enter');
+    await phone.showsButtons(page, ['Menu', 'Help', 'Settings']);
+    await page.keyboard.press('Tab');
+    await page.keyboard.press('Tab');
+    await page.keyboard.press('Enter');
+    await page.waitForSelector('#mirror [role=switch]');
+    await findsNothing();
+    await page.focus('#mirror [role=switch]');
+    await page.keyboard.press('Space');
+    await page.waitForSelector('#mirror [role=switch][aria-checked=true]');
+    await page.$$eval('#mirror button', (all) => all.find((button) => button.textContent === 'Hole colour')?.click());
+    await page.waitForSelector('#mirror input[aria-label=Red]');
+    await findsNothing();
+    const red = () => page.$eval('#mirror input[aria-label=Red]', (input) => Number(input.value));
+    const before = await red();
+    await page.focus('#mirror input[aria-label=Red]');
+    await page.keyboard.press('ArrowLeft');
+    assert.equal(await red(), before - 1);
+});
+
+test('a microphone that is refused is told once, and automatic play goes on', { timeout: 120_000 }, async () => {
+    const refusing = await launch('deny');
+    try {
+        const page = await phone.openOnPhone(refusing.defaultBrowserContext(), `${server.address}?trace`);
+        await phone.showsPlayScreen(page);
+        await turnAutomaticPlayOn(page);
+        await phone.listen(page);
+        const session = await page.createCDPSession();
+        await session.send('Input.dispatchTouchEvent', {
+            type: 'touchStart',
+            touchPoints: [{ ...phone.HOLES[0], id: 0 }],
+        });
+        await phone.sounds(page, phone.FINGERINGS[1]);
+        const lost = (await phone.readTrace(page)).filter(
+            ({ what, event }) => what === 'microphone' && event === 'lost',
+        );
+        assert.equal(lost.length, 1);
+        assert.deepEqual(page.said, ['brevant: there is no microphone; blowing works when there is one']);
+    } finally {
+        await refusing.close();
+    }
+});
+
+onPhone(
+    'a frozen page sounds no more and goes on when it is thawed',
+    async (page) => {
+        await phone.showsPlayScreen(page);
+        await turnAutomaticPlayOn(page);
+        await phone.listen(page);
+        const session = await page.createCDPSession();
+        const hold = () =>
+            session.send('Input.dispatchTouchEvent', {
+                type: 'touchStart',
+                touchPoints: [{ ...phone.HOLES[0], id: 0 }],
+            });
+        await hold();
+        await phone.sounds(page, phone.FINGERINGS[1]);
+        await page.evaluate(() => document.dispatchEvent(new Event('freeze')));
+        await page.waitForFunction(
+            () => /** @type {any} */ (globalThis).brevant.speaker.node.context.state === 'suspended',
+        );
+        await page.evaluate(() => document.dispatchEvent(new Event('resume')));
+        await page.waitForFunction(
+            () => /** @type {any} */ (globalThis).brevant.speaker.node.context.state === 'running',
+        );
+        await session.send('Input.dispatchTouchEvent', { type: 'touchEnd', touchPoints: [] });
+        await phone.isSilent(page);
+        await hold();
+        await phone.sounds(page, phone.FINGERINGS[1]);
+        const events = (await phone.readTrace(page)).filter(({ what }) => what === 'app').map(({ event }) => event);
+        assert.deepEqual(events, ['initialized', 'foreground', 'background', 'foreground']);
+    },
+    { query: '?trace' },
+);
+
+test('without a network everything is there after the first visit; a new version comes as a whole', async () => {
+    const site = join(folder, 'site');
+    await cp(phone.BUILT, site, { recursive: true });
+    let broken = '';
+    const own = await serve(site, 0, (name, answer) => {
+        if (name !== broken) return false;
+        answer.writeHead(503).end();
+        return true;
+    });
+    const context = await browser.createBrowserContext();
+    const address = `${own.address}in/a/folder/`;
+    const publish = async (/** @type {string} */ title) => {
+        const index = join(site, 'index.html');
+        await writeFile(
+            index,
+            (await readFile(index, 'utf8')).replace(/<title>.*<\/title>/, `<title>${title}</title>`),
+        );
+        execFileSync('node', ['tools/web/stamp.mjs', site]);
+    };
+    try {
+        const page = await phone.openOnPhone(context, address);
+        const active = () => page.evaluate(async () => (await navigator.serviceWorker.ready).active?.state);
+        await phone.showsPlayScreen(page);
+        assert.ok(['activating', 'activated'].includes(`${await active()}`));
+        await page.setOfflineMode(true);
+        await page.goto(`${address}?language=de`);
+        await page.waitForFunction(() => document.querySelector('#mirror button')?.textContent === 'Menü');
+        await page.setOfflineMode(false);
+
+        const update = () =>
+            page.evaluate(async () => {
+                const registration = await navigator.serviceWorker.ready;
+                await registration.update();
+                const coming = registration.installing;
+                if (coming === null) return 'none';
+                return new Promise((resolve) => {
+                    coming.addEventListener('statechange', () => resolve(coming.state));
+                });
+            });
+        broken = 'brevant.wasm';
+        await publish('Brevant two');
+        assert.equal(await update(), 'redundant', 'a version of which a file is missing is not taken');
+        await page.goto(address);
+        await phone.showsPlayScreen(page);
+        assert.equal(await page.title(), 'Brevant, an ocarina', 'the old one stays whole');
+        broken = '';
+        await publish('Brevant three');
+        assert.equal(await update(), 'installed');
+        await page.goto(address);
+        await page.waitForFunction(() => document.title === 'Brevant three');
+        await phone.showsPlayScreen(page);
+        assert.equal((await page.evaluate(() => caches.keys())).length, 1, 'nothing of older versions is left');
+    } finally {
+        await context.close();
+        await own.close();
+    }
+});
+
+test('a network that ends in the middle of the first visit is told, and tried again', async () => {
+    let isCut = true;
+    const own = await serve(phone.BUILT, 0, (name, answer) => {
+        if (!isCut || name !== 'package.bin') return false;
+        answer.writeHead(200, { 'Content-Length': '100000' });
+        answer.write('half');
+        answer.destroy();
+        return true;
+    });
+    const context = await browser.createBrowserContext();
+    try {
+        const page = await phone.openOnPhone(context, own.address);
+        assert.equal(await phone.showsMessage(page), 'The network ended before Brevant was there.');
+        isCut = false;
+        await Promise.all([page.waitForNavigation(), page.click('#message-button')]);
+        await phone.showsPlayScreen(page);
+    } finally {
+        await context.close();
+        await own.close();
+    }
+});
+
+for (const [what, line] of [
+    ['WebAssembly', 'This browser is too old for Brevant: it has no WebAssembly.'],
+    ['AudioWorkletNode', 'This browser is too old for Brevant: it has no AudioWorklet.'],
+]) {
+    test(`a browser without ${what} is told so`, async () => {
+        const context = await browser.createBrowserContext();
+        try {
+            const page = await context.newPage();
+            await page.evaluateOnNewDocument((name) => Reflect.deleteProperty(globalThis, name), what);
+            await page.goto(server.address);
+            assert.equal(await phone.showsMessage(page), line);
+        } finally {
+            await context.close();
+        }
+    });
+}
