@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # fetch-sources.sh FOLDER: Debian's sources of the libraries that a browser's build compiles itself, unpacked below
-# FOLDER. They come by apt from where the machine's other packages come from, signatures checked; what is there stays.
+# FOLDER. They come by apt from where the machine's other packages come from, signatures checked, and with
+# Debian's patches; what is there stays. Needs dpkg-dev.
 set -euo pipefail
 
 readonly packages=(pugixml libogg libvorbis libsamplerate)
@@ -31,8 +32,6 @@ apt=(apt-get -q -o Dir::Etc::SourceList=/dev/null -o Dir::Etc::SourceParts="$wor
 for package in "${missing[@]}"; do
     rm -rf "${work:?}/$package"
     mkdir "$work/$package"
-    (cd "$work/$package" && "${apt[@]}" source --download-only "$package" >&2)
-    mkdir "$work/$package/unpacked"
-    tar -xf "$work/$package"/*.orig.tar.* --strip-components=1 -C "$work/$package/unpacked"
-    mv "$work/$package/unpacked" "$package"
+    (cd "$work/$package" && "${apt[@]}" source "$package" >&2)
+    mv "$work/$package"/*/ "$package"
 done
