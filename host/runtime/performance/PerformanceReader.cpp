@@ -332,7 +332,8 @@ std::shared_ptr<const Performance> ParsePerformance(std::string_view text, const
             fault = "the line is not UTF-8 text";
         }
         if (!fault.empty()) {
-            problem = name + ':' + std::to_string(number) + ": " + fault;
+            problem = name;
+            problem.append(":").append(std::to_string(number)).append(": ").append(fault);
             return nullptr;
         }
         if (!step) continue;
