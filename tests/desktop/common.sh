@@ -76,7 +76,7 @@ mark() { told=$(wc -l <"$folder/trace"); }
 # has_told PATTERN: a line of the trace since the mark matches it.
 has_told() { tail -n "+$((told + 1))" "$folder/trace" | grep -q -- "$1"; }
 # has_told_after FIRST THEN: as has_told, and a later line matches THEN.
-has_told_after() { tail -n "+$((told + 1))" "$folder/trace" | sed "1,/$1/d" | grep -q -- "$2"; }
+has_told_after() { tail -n "+$((told + 1))" "$folder/trace" | sed "0,/$1/d" | grep -q -- "$2"; }
 # The splash form has been composed.
 shows_its_splash() { sed '1,/"current","name":"IDF_FORM_SPLASH"/d' "$folder/trace" | grep -q '"what":"frame"'; }
 # The play screen is current before and after the splash, and there when it has been composed after that.

@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         begin = end + 1;
     }
     const host::CommandLine line =
-        host::ReadCommandLine(static_cast<int>(words.size()), words.data(), {"desktop", "headless"}, "");
+        host::ReadCommandLine(static_cast<int>(words.size()), words.data(), {"desktop", "headless"}, "brevant 0");
     if (line.kind != host::CommandLine::Kind::kRun) {
         Require(!line.text.empty(), "what is shown or refused has words");
         const bool isOneLine = line.text.find('\n') == std::string::npos;
