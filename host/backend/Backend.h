@@ -7,6 +7,7 @@
 #include "backend/Clock.h"
 #include "backend/LoopDriver.h"
 #include "backend/Microphone.h"
+#include "backend/MidiPort.h"
 #include "backend/Painter.h"
 #include "backend/Speaker.h"
 #include "backend/Storage.h"
@@ -23,6 +24,7 @@ struct BackendParts {
     Speaker& speaker;
     Microphone& microphone;
     Storage& storage;
+    MidiPort* midiPort = nullptr;  ///< null where there is no sequencer
 };
 
 /// Everything that differs between a desktop, a test and a browser, as one set made by one factory.

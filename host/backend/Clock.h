@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 
 namespace host {
 
@@ -18,6 +19,8 @@ public:
 
     /// Microseconds since the back end was made; never goes back.
     [[nodiscard]] virtual Microseconds Now() const noexcept = 0;
+    /// The calendar's time where the user is, for the names of files. UI thread.
+    [[nodiscard]] virtual std::tm LocalTime() const = 0;
 };
 
 }  // namespace host

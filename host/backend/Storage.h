@@ -81,6 +81,11 @@ public:
     /// Opens a file for writing, and makes it when it is missing; its folder must be there. Null with the reason in
     /// `problem` when it cannot be written. Nothing that the path held is lost before the first Append.
     [[nodiscard]] virtual std::unique_ptr<OutputFile> OpenOutput(const std::string& path, std::string& problem) = 0;
+    /// Makes a file for writing that was not there: null with the reason in `problem` when it cannot be made, and null
+    /// with none when there is something of that name already.
+    [[nodiscard]] virtual std::unique_ptr<OutputFile> OpenNewOutput(const std::string& path, std::string& problem) {
+        return Stat(path) ? nullptr : OpenOutput(path, problem);
+    }
     /// Makes the folder, and those above it, where they are missing; false when it cannot be.
     [[nodiscard]] virtual bool MakeFolder(const std::string& folder) = 0;
     /// Puts `content` in the file's place whole and durably: at any moment, also after a kill or with a full disk, the

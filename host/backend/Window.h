@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -65,6 +66,16 @@ protected:
     ~WindowListener() = default;
 };
 
+/// Where a window's frame lies on the desktop, and how large the window is within it, in the desktop's own units.
+struct WindowPlace {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+
+    friend bool operator==(const WindowPlace&, const WindowPlace&) = default;
+};
+
 /// The one window. UI thread only.
 class Window {
 public:
@@ -73,12 +84,20 @@ public:
     /// Opens the window for a phone screen of `screen` pixels; false when there is no display for it.
     [[nodiscard]] virtual bool Open(std::string_view title, PixelSize screen, WindowListener& listener,
                                     InputListener& input) = 0;
+    /// Where the window is to open, as Place() once told. What does not fit the displays of today is fitted to them,
+    /// and a place that is on none of them is the desktop's to choose.
+    virtual void SetPlace(const WindowPlace& /*place*/) {}
+    /// Where the open window is, or was before it filled the display; nothing where windows have no places.
+    [[nodiscard]] virtual std::optional<WindowPlace> Place() const { return std::nullopt; }
     /// No listener is called after this.
     virtual void Close() = 0;
     /// Gives the open window its picture for the desktop's title bars and lists. Where there are none, nothing happens.
     virtual void SetIcon(const Image& /*icon*/) {}
     /// What the open window shows, in words; it holds until Close. Where nothing reads it, nothing happens.
     virtual void SetAccessible(Accessible& /*screen*/) {}
+
+    /// Fills the display with the open window, or ends that. Where there is no other size, nothing happens.
+    virtual void ToggleFullScreen() {}
 
     /// Device pixels.
     [[nodiscard]] virtual PixelSize Size() const = 0;

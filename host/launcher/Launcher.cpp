@@ -147,10 +147,11 @@ std::string ReasonAgainstFiles(const Options& options, const Folders& folders) {
         const char* option;
         const std::optional<std::string>& path;
     };
-    const std::array<Named, 5> files{{{"--performance", options.performance},
+    const std::array<Named, 6> files{{{"--performance", options.performance},
                                       {"--breath", options.breath},
                                       {"--record", options.record},
                                       {"--trace", options.trace},
+                                      {"--midi-file", options.midiFile},
                                       {"--keep-performance", options.keepPerformance}}};
     constexpr std::size_t kFirstWritten = 2;
     for (std::size_t written = kFirstWritten; written < files.size(); ++written) {
@@ -195,6 +196,7 @@ int Launch(int argc, char* argv[], EntryPoint entryPoint) {
     if (line.kind == CommandLine::Kind::kShow) return Show(line.text);
     Options& options = line.options;
     options.preferredLanguage = LocaleLanguage();
+    options.musicFolder = MusicFolder();
 
     std::string problem;
     if (options.dataFolder) problem = ReasonAgainstFolder(*options.dataFolder, "--data");

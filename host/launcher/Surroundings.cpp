@@ -4,6 +4,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <string_view>
 #include <system_error>
 
 namespace host {
@@ -57,6 +59,32 @@ std::string DefaultDataFolder() {
     const std::string home = Environment("HOME");
     // A relative one would mean another folder wherever the program is started.
     return home.empty() || home.front() != '/' ? std::string() : home + "/.local/share/brevant/";
+}
+
+std::string MusicFolder() {
+    const std::string home = Environment("HOME");
+    const auto isAbsolute = [](const std::string& path) { return !path.empty() && path.front() == '/'; };
+    std::string music = Environment("XDG_MUSIC_DIR");
+    if (isAbsolute(music)) return music;
+    if (!isAbsolute(home)) return {};
+    // Desktops name the user's folders in this file, a shell's assignments of "$HOME/…" or an absolute path each:
+    // freedesktop.org, user-dirs.dirs(5).
+    const std::string config = Environment("XDG_CONFIG_HOME");
+    std::ifstream file((isAbsolute(config) ? config : home + "/.config") + "/user-dirs.dirs");
+    constexpr std::string_view kHome = "$HOME/";
+    constexpr std::string_view kName = "XDG_MUSIC_DIR=\"";
+    std::string folder = home + "/Music";
+    for (std::string line; std::getline(file, line);) {
+        const std::size_t start = line.find_first_not_of(" \t");
+        if (start == std::string::npos || line.compare(start, kName.size(), kName) != 0) continue;
+        const std::size_t value = start + kName.size();
+        const std::size_t end = line.find('"', value);
+        if (end == std::string::npos) continue;
+        const std::string path = line.substr(value, end - value);
+        if (isAbsolute(path)) folder = path;
+        if (path.compare(0, kHome.size(), kHome) == 0) folder = home + '/' + path.substr(kHome.size());
+    }
+    return folder;
 }
 
 std::string LocaleLanguage() {

@@ -12,6 +12,8 @@ namespace host {
 /// $XDG_DATA_HOME/brevant/, or what freedesktop.org's XDG base directories put in its place; empty when the environment
 /// names no place.
 [[nodiscard]] std::string DefaultDataFolder();
+/// Where the user keeps music; empty when there is no home folder.
+[[nodiscard]] std::string MusicFolder();
 /// The two letters of the locale's language, "en" where it has none.
 [[nodiscard]] std::string LocaleLanguage();
 

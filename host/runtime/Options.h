@@ -20,7 +20,10 @@ struct Options {
     std::optional<std::string> breath;           ///< a sound file that the simulated microphone hears
     bool usesMicrophone = true;                  ///< false: only the keyboard, a performance or a file breathes
     std::optional<std::string> keepPerformance;  ///< the file that gets what the player does
-    std::optional<std::string> record;           ///< the WAV file that gets what the speaker plays
+    std::optional<std::string> record;           ///< the sound file that gets what the speaker plays
+    std::string musicFolder;                     ///< where takes go; empty when there is none
+    bool hasMidi = false;                        ///< tones and breath go to a port of the sequencer
+    std::optional<std::string> midiFile;         ///< the file that gets them
     std::string screenshots = ".";               ///< the folder of pictures without a path of their own
     std::optional<std::string> trace;
     bool hasTraceTimers = false;

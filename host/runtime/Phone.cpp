@@ -4,6 +4,9 @@
 #include <utility>
 #include <vector>
 
+#include "runtime/midi/MidiFile.h"
+#include "runtime/midi/MidiPortSink.h"
+#include "runtime/midi/MidiVoice.h"
 #include "runtime/notices/Notices.h"
 #include "runtime/package/Package.h"
 #include "runtime/performance/Performance.h"
@@ -39,7 +42,8 @@ Phone::Phone(const BackendEntry& entry, const BackendOptions& backendOptions, Op
       options_(std::move(options)),
       backend_(entry.create(backendOptions)),
       parts_(backend_->Parts()),
-      runtime_(parts_, options_, MicrophoneOf(entry, options_)) {
+      runtime_(parts_, options_, MicrophoneOf(entry, options_)),
+      placeKeeper_(parts_.storage, parts_.window, options_.screen) {
     current = this;
 }
 
@@ -54,8 +58,9 @@ Phone& Phone::Current() {
 }
 
 bool Phone::Open(std::string& problem) {
+    placeKeeper_.Restore();
     if (!runtime_.Prepare(problem) || !PreparePerformance(problem) || !PrepareKeeper(problem) ||
-        !runtime_.Open(*this, problem)) {
+        !PrepareMidi(problem) || !runtime_.Open(*this, problem)) {
         return false;
     }
     if (entry_.attendance == Attendance::kAttended) {
@@ -91,6 +96,41 @@ bool Phone::PrepareKeeper(std::string& problem) {
     return true;
 }
 
+bool Phone::PrepareMidi(std::string& problem) {
+    std::string reason;
+    if (options_.midiFile) {
+        midiFile_ = parts_.storage.OpenOutput(*options_.midiFile, reason);
+        if (midiFile_ == nullptr) {
+            problem = *options_.midiFile + ": the MIDI file cannot be written there: " + reason;
+            return false;
+        }
+    }
+    if (!options_.hasMidi) return true;
+    if (parts_.midiPort == nullptr) {
+        problem = "--midi: there is no MIDI sequencer here; --midi-file FILE needs none";
+        return false;
+    }
+    if (parts_.midiPort->Open("Brevant", reason)) return true;
+    problem = "--midi: no MIDI sequencer can be reached (" + reason + "); --midi-file FILE needs none";
+    return false;
+}
+
+void Phone::StartMidi() {
+    std::vector<std::unique_ptr<MidiSink>> sinks;
+    if (midiFile_ != nullptr) {
+        sinks.push_back(std::make_unique<MidiFile>(runtime_.GetLoop(), runtime_.GetConsole(), std::move(midiFile_),
+                                                   *options_.midiFile));
+    }
+    if (options_.hasMidi) sinks.push_back(std::make_unique<MidiPortSink>(*parts_.midiPort));
+    if (sinks.empty()) return;
+    ToneTable tones;
+    std::vector<std::string> faults;
+    tones.Load(parts_.storage, faults);
+    for (const std::string& fault : faults) runtime_.GetConsole().SayOnce(fault);
+    midiVoice_ = std::make_unique<MidiVoice>(std::move(tones), std::move(sinks));
+    runtime_.GetSound().SetToneWatcher(midiVoice_.get());
+}
+
 void Phone::Run(EntryPoint entryPoint, EndHandler onEnd) {
     onEnd_ = std::move(onEnd);
     std::vector<std::string> texts = options_.rest;
@@ -109,6 +149,9 @@ void Phone::Run(EntryPoint entryPoint, EndHandler onEnd) {
 void Phone::Start(std::unique_ptr<Application> application) {
     application_ = std::move(application);
     runtime_.GetLoop().StartTimer(kFirstScreenTime, [this] { isTimeForTheRest_ = true; });
+    runtime_.GetScreen().SetHostKeyHandler(
+        [this](std::string_view code, KeyPhase phase) { return OnHostKey(code, phase); });
+    StartMidi();
     if (visibility_ == Visibility::kVisible) EnterForeground();
     if (performanceKeeper_) {
         performanceKeeper_->Start(options_);
@@ -123,6 +166,14 @@ void Phone::Start(std::unique_ptr<Application> application) {
     }
     if (notices_ && !performance_) notices_->OfferKeys();
     parts_.loopDriver.Run(*this);
+}
+
+bool Phone::OnHostKey(std::string_view code, KeyPhase phase) {
+    const bool isTakeKey = code == "F9";
+    const bool isFullScreenKey = code == "F11";
+    if (phase == KeyPhase::kDown && isTakeKey) runtime_.GetSound().ToggleTake(parts_.clock.LocalTime());
+    if (phase == KeyPhase::kDown && isFullScreenKey) parts_.window.ToggleFullScreen();
+    return isTakeKey || isFullScreenKey;
 }
 
 void Phone::RequestEnd() {
@@ -150,6 +201,7 @@ void Phone::EnterBackground() {
     runtime_.GetTrace().Add("app", "background");
     runtime_.GetScreen().SuspendInput();
     application_->OnBackground();
+    if (midiVoice_) midiVoice_->Silence();
 }
 
 void Phone::TurnScreenOn() {
@@ -190,11 +242,16 @@ Microseconds Phone::RunStep(Microseconds now) {
 void Phone::End() {
     Trace& trace = runtime_.GetTrace();
     trace.Add("app", "terminating");
+    if (midiVoice_) {
+        runtime_.GetSound().SetToneWatcher(nullptr);
+        midiVoice_->Finish();
+    }
     // Silence first: what the application takes its time for afterwards is not heard.
     runtime_.CloseSound();
     performancePlayer_.reset();
     if (performanceKeeper_) performanceKeeper_->Finish();
     if (notices_) notices_->Save();
+    placeKeeper_.Save();
     notices_.reset();
     application_->OnEnd();
     application_.reset();

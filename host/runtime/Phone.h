@@ -3,15 +3,18 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "backend/Backend.h"
 #include "runtime/Application.h"
 #include "runtime/Options.h"
 #include "runtime/Runtime.h"
 #include "runtime/performance/Performance.h"
+#include "runtime/window/PlaceKeeper.h"
 
 namespace host {
 
+class MidiVoice;
 class Notices;
 class PerformanceKeeper;
 class PerformancePlayer;
@@ -67,8 +70,13 @@ private:
     void OnVisibilityChanged(Visibility visibility) override;
     void OnCloseRequested() override { RequestEnd(); }
 
+    /// The host's own keys: F9 records, F11 is full screen.
+    bool OnHostKey(std::string_view code, KeyPhase phase);
     [[nodiscard]] bool PreparePerformance(std::string& problem);
     [[nodiscard]] bool PrepareKeeper(std::string& problem);
+    /// Opens the file and the port of the options, and tells neither anything yet.
+    [[nodiscard]] bool PrepareMidi(std::string& problem);
+    void StartMidi();
     void End();
     void TellEnd(int result);
 
@@ -80,7 +88,10 @@ private:
     std::shared_ptr<const Performance> performance_;
     std::unique_ptr<PerformancePlayer> performancePlayer_;
     std::unique_ptr<PerformanceKeeper> performanceKeeper_;
-    std::unique_ptr<Notices> notices_;  ///< where a person is in front of it
+    PlaceKeeper placeKeeper_;
+    std::unique_ptr<OutputFile> midiFile_;  ///< until the start
+    std::unique_ptr<MidiVoice> midiVoice_;  ///< null without MIDI
+    std::unique_ptr<Notices> notices_;      ///< where a person is in front of it
     std::unique_ptr<Application> application_;
     EndHandler onEnd_;
     bool isInRun_ = false;

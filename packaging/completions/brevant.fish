@@ -11,7 +11,9 @@ complete -c brevant -l no-microphone -d 'Leave the microphone alone; the space b
 complete -c brevant -l breath -d 'A sound that the microphone hears, then silence' -r -F
 complete -c brevant -l performance -d 'Play a performance\'s touches, keys and breath' -r -F
 complete -c brevant -l keep-performance -d 'Write what is done as a performance' -r -F
-complete -c brevant -l record -d 'Write what the speaker plays, as WAV' -r -F
+complete -c brevant -l record -d 'Write what the speaker plays: .wav, .flac, .ogg' -r -F
+complete -c brevant -l midi -d 'Send tones and breath to a MIDI sequencer port'
+complete -c brevant -l midi-file -d 'Write tones and breath as a MIDI file' -r -F
 complete -c brevant -l screenshots -d 'Where a performance\'s screenshots go; .' -x -a '(__fish_complete_directories)'
 complete -c brevant -l trace -d 'Write all that happens, a JSON object a line' -r -F
 complete -c brevant -l trace-timers -d 'Timers, too'

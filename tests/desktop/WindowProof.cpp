@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <functional>
+#include <map>
 #include <string>
 #include <thread>
 #include <vector>
@@ -90,6 +91,148 @@ TEST_F(WindowProof, TakesAMouseForAFingerButNotTheMouseThatATouchScreenMakes) {
     ExpectTouch(1, TouchPhase::kMove, 30, 40);
     ExpectTouch(2, TouchPhase::kUp, 30, 41);
     EXPECT_NE(news_.touches[3].finger, news_.touches[0].finger);
+}
+
+// What troubles programs on SDL. A device of SDL's list is plugged in by its first finger there.
+TEST_F(WindowProof, LeavesNoFingerBehindWhateverATouchScreenTells) {
+    constexpr SDL_TouchID kOne = 7;
+    constexpr SDL_TouchID kOther = 8;
+    struct News {
+        Uint32 type;
+        SDL_TouchID device;
+        SDL_FingerID finger;
+        float x;
+        float y;
+    };
+    struct Case {
+        const char* what;
+        std::vector<News> told;
+        std::string expected;  ///< the fingers by letter in the order of their coming, and what becomes of them
+    };
+    const Case cases[] = {
+        {"a down is repeated",
+         {{SDL_FINGERDOWN, kOne, 1, 0.1F, 0.1F}, {SDL_FINGERDOWN, kOne, 1, 0.2F, 0.2F}, {SDL_FINGERUP, kOne, 1, 0, 0}},
+         "a down, a down, a up"},
+        {"an up is repeated, and one comes without a down",
+         {{SDL_FINGERDOWN, kOne, 1, 0, 0},
+          {SDL_FINGERUP, kOne, 1, 0, 0},
+          {SDL_FINGERUP, kOne, 1, 0, 0},
+          {SDL_FINGERUP, kOther, 5, 0, 0},
+          {SDL_FINGERMOTION, kOne, 1, 0, 0}},
+         "a down, a up"},
+        {"an up is missing, and the finger's number comes again",
+         {{SDL_FINGERDOWN, kOne, 1, 0, 0},
+          {SDL_FINGERDOWN, kOne, 2, 0, 0},
+          {SDL_FINGERUP, kOne, 2, 0, 0},
+          {SDL_FINGERDOWN, kOne, 1, 0.5F, 0.5F},
+          {SDL_FINGERUP, kOne, 1, 0.5F, 0.5F}},
+         "a down, b down, b up, a down, a up"},
+        {"a finger leaves the window and is lifted there",
+         {{SDL_FINGERDOWN, kOne, 1, 0.5F, 0.5F},
+          {SDL_FINGERMOTION, kOne, 1, -0.4F, 1.7F},
+          {SDL_FINGERUP, kOne, 1, -0.4F, 1.7F}},
+         "a down, a move, a up"},
+        {"two touch screens number their fingers alike",
+         {{SDL_FINGERDOWN, kOne, 0, 0, 0},
+          {SDL_FINGERDOWN, kOther, 0, 0, 0},
+          {SDL_FINGERUP, kOne, 0, 0, 0},
+          {SDL_FINGERMOTION, kOther, 0, 0, 0},
+          {SDL_FINGERUP, kOther, 0, 0, 0}},
+         "a down, b down, a up, b move, b up"},
+        {"four fingers, and a number is used again while the others are down",
+         {{SDL_FINGERDOWN, kOne, 1, 0, 0},
+          {SDL_FINGERDOWN, kOne, 2, 0, 0},
+          {SDL_FINGERDOWN, kOne, 3, 0, 0},
+          {SDL_FINGERDOWN, kOne, 4, 0, 0},
+          {SDL_FINGERUP, kOne, 2, 0, 0},
+          {SDL_FINGERDOWN, kOne, 2, 0, 0},
+          {SDL_FINGERUP, kOne, 4, 0, 0},
+          {SDL_FINGERUP, kOne, 3, 0, 0},
+          {SDL_FINGERUP, kOne, 2, 0, 0},
+          {SDL_FINGERUP, kOne, 1, 0, 0}},
+         "a down, b down, c down, d down, b up, b down, d up, c up, b up, a up"},
+        {"SDL shows the mouse as a finger", {{SDL_FINGERDOWN, SDL_MOUSE_TOUCHID, 1, 0, 0}}, ""},
+        {"a cancel comes without an up: the window's focus goes",
+         {{SDL_FINGERDOWN, kOne, 1, 0, 0},
+          {SDL_FINGERDOWN, kOne, 2, 0, 0},
+          {SDL_WINDOWEVENT, 0, 0, 0, 0},
+          {SDL_FINGERUP, kOne, 1, 0, 0},
+          {SDL_FINGERMOTION, kOne, 2, 0, 0}},
+         "a down, b down, lost"},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.what);
+        news_ = WindowNews();
+        for (const News& news : row.told) {
+            if (news.type == SDL_WINDOWEVENT) {
+                SDL_Event lost{};
+                lost.type = SDL_WINDOWEVENT;
+                lost.window.event = SDL_WINDOWEVENT_FOCUS_LOST;
+                SDL_PushEvent(&lost);
+            } else {
+                PushFinger(news.type, news.device, news.finger, news.x, news.y);
+            }
+        }
+        SDL_Event last{};
+        last.type = SDL_QUIT;
+        SDL_PushEvent(&last);
+        ASSERT_TRUE(RunUntil([&] { return news_.closeRequests == 1; }));
+        std::map<std::int64_t, char> letters;
+        std::string told;
+        for (const TouchInput& touch : news_.touches) {
+            const auto letter = letters.emplace(touch.finger, static_cast<char>('a' + letters.size())).first->second;
+            const char* const phase = touch.phase == TouchPhase::kDown   ? " down"
+                                      : touch.phase == TouchPhase::kMove ? " move"
+                                      : touch.phase == TouchPhase::kUp   ? " up"
+                                                                         : " cancel";
+            told += (told.empty() ? "" : ", ") + std::string(1, letter) + phase;
+        }
+        if (news_.inputLosses > 0) told += ", lost";
+        EXPECT_EQ(told, row.expected);
+    }
+}
+
+TEST_F(WindowProof, FillsTheDisplayAndIsAsBeforeAfterwards) {
+    const auto place = parts_.window.Place();
+    ASSERT_TRUE(place);
+    SDL_Rect display{};
+    ASSERT_EQ(SDL_GetDisplayBounds(0, &display), 0);
+    parts_.window.ToggleFullScreen();
+    ASSERT_TRUE(RunUntil([&] { return parts_.window.Size() == PixelSize{display.w, display.h}; }));
+    EXPECT_EQ(parts_.window.Place(), place) << "the place to come back to";
+    parts_.window.ToggleFullScreen();
+    EXPECT_TRUE(RunUntil([&] { return parts_.window.Size() == kScreen; }));
+    EXPECT_EQ(news_.inputLosses, 0) << "fingers stay where they are";
+}
+
+TEST_F(WindowProof, OpensWhereItWasAsFarAsTheDisplayHasIt) {
+    SDL_Rect display{};
+    ASSERT_EQ(SDL_GetDisplayUsableBounds(0, &display), 0);
+    struct Case {
+        WindowPlace wanted;
+        PixelSize size;
+        bool isThere;
+    };
+    const Case cases[] = {{{90, 70, 300, 500}, {300, 500}, true},
+                          {{5000, 70, 300, 500}, {300, 500}, false},
+                          {{10, -3000, 300, 500}, {300, 500}, false},
+                          {{10, 10, 9000, 9000}, {display.w, display.h}, false}};
+    for (const Case& row : cases) {
+        parts_.window.Close();
+        parts_.window.SetPlace(row.wanted);
+        OpenWindow(kScreen);
+        EXPECT_EQ(parts_.window.Size(), row.size) << row.wanted.x;
+        const auto place = parts_.window.Place();
+        ASSERT_TRUE(place);
+        EXPECT_EQ(place == row.wanted, row.isThere) << row.wanted.x;
+        EXPECT_TRUE(place->x >= 0 && place->x < display.w && place->y >= 0 && place->y < display.h) << row.wanted.x;
+    }
+}
+
+TEST_F(WindowProof, IsAskedToCloseByItsButton) {
+    XScreen screen(kTitle);
+    screen.AskToClose();
+    EXPECT_TRUE(RunUntil([&] { return news_.closeRequests == 1; }));
 }
 
 TEST_F(WindowProof, LiftsTheFingersWhenTheFocusOrTheWindowGoes) {

@@ -49,6 +49,17 @@ void XScreen::Resize(host::PixelSize size) {
     XSync(display_.get(), False);
 }
 
+void XScreen::AskToClose() {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window_;
+    event.xclient.message_type = XInternAtom(display_.get(), "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display_.get(), "WM_DELETE_WINDOW", False));
+    XSendEvent(display_.get(), window_, False, NoEventMask, &event);
+    XSync(display_.get(), False);
+}
+
 void XScreen::GiveFocus() {
     XSetInputFocus(display_.get(), window_, RevertToNone, CurrentTime);
     XSync(display_.get(), False);

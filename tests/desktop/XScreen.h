@@ -17,6 +17,8 @@ public:
     /// The colour that the server shows at a point of the window.
     [[nodiscard]] host::Rgba ColorAt(int x, int y) const;
     void Resize(host::PixelSize size);
+    /// As the close button does.
+    void AskToClose();
     void GiveFocus();
     void TakeFocus();
 

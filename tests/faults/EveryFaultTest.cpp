@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "support/MidiReader.h"
 #include "support/ProgramRun.h"
 
 namespace {
@@ -179,6 +180,31 @@ TEST_F(EveryFault, LeavesARecordingThatIsWhole) {
             if (status != 0) ExpectOneLineAbout("r.wav");
         });
     EXPECT_GT(struck, 5);
+}
+
+TEST_F(EveryFault, LeavesAMidiFileThatIsWhole) {
+    const std::vector<std::string> arguments = {
+        "--data",        run_.Folder() / "data",
+        "--midi-file",   Out() + "/m.mid",
+        "--performance", Performance("2300 touch 0 down 180 536\n+100 peak 255\n+700 peak 130\n+700 quit\n")};
+    std::size_t most = 0;
+    const int struck = RunAll(
+        arguments, [] {},
+        [&](const Injected& injected, int status) {
+            const std::string content = Read("m.mid");
+            if (injected.Kills()) {
+                std::size_t events = 0;
+                if (!content.empty()) {
+                    EXPECT_NO_THROW(events = MidiReader(content).Read(MidiReader::Writer::kKilled).size());
+                }
+                most = std::max(most, events);
+                return;
+            }
+            EXPECT_TRUE(injected.IsShort() || injected.call == "open" || status == 1) << status;
+            if (status != 0) ExpectOneLineAbout("m.mid");
+        });
+    EXPECT_GT(struck, 5);
+    EXPECT_GT(most, 3U) << "a kill leaves what was written before";
 }
 
 TEST_F(EveryFault, LeavesATraceOfWholeLines) {

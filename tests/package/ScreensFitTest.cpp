@@ -204,8 +204,8 @@ TEST_F(ScreensFit, TheHostsOwnNoticesFitTheirPlate) {
         const host::BackendParts parts = backend_->Parts();
         ASSERT_EQ(std::vector<std::string>(),
                   package.Load(parts.storage, parts.painter, language, {720, 1280}, console_));
-        for (const char* id :
-             {"IDS_NOTICE_KEYS", "IDS_NOTICE_SILENCE", "IDS_NOTICE_NO_MICROPHONE", "IDS_NOTICE_VOLUME"}) {
+        for (const char* id : {"IDS_NOTICE_KEYS", "IDS_NOTICE_SILENCE", "IDS_NOTICE_NO_MICROPHONE", "IDS_NOTICE_VOLUME",
+                               "IDS_NOTICE_NOT_RECORDED"}) {
             const std::string* text = package.FindString(id);
             ASSERT_NE(nullptr, text) << id;
             host::TextStyle style;

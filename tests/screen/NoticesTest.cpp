@@ -71,7 +71,7 @@ TEST(Notices, NameTheKeysWhenNobodyDoesAnythingOnTheScreenThatTheyPlayOn) {
     rig.Destroy("popup");
     rig.Wait(6000);
     EXPECT_TRUE(rig.IsTold());
-    rig.sound->TellOfTone();
+    rig.sound->TellOfRepeat();
     EXPECT_FALSE(rig.IsTold());
 
     rig.Start();
@@ -81,7 +81,7 @@ TEST(Notices, NameTheKeysWhenNobodyDoesAnythingOnTheScreenThatTheyPlayOn) {
 
 TEST(Notices, ShowTheVolumeForASecondWhenItIsChanged) {
     Told rig;
-    rig.sound->TellOfTone();
+    rig.sound->TellOfRepeat();
     rig.sound->OnVolumeKey(1);
     EXPECT_TRUE(rig.IsTold());
     rig.Wait(700);
@@ -95,7 +95,7 @@ TEST(Notices, ShowTheVolumeForASecondWhenItIsChanged) {
 TEST(Notices, TellOnceThatThereIsNoMicrophone) {
     Listener listener;
     Told rig;
-    rig.sound->TellOfTone();
+    rig.sound->TellOfRepeat();
     rig.sound->GetSimulatedMicrophone().Lose();
     rig.Wait(5000);
     EXPECT_FALSE(rig.IsTold()) << "nobody listens";
@@ -114,6 +114,32 @@ TEST(Notices, TellOnceThatThereIsNoMicrophone) {
     rig.Wait(4000);
     EXPECT_FALSE(rig.IsTold()) << "once is enough";
     rig.sound->GetCapture().Stop();
+}
+
+TEST(Notices, MarkARunningTakeAndNameItsFile) {
+    Told rig;
+    rig.sound->TellOfRepeat();
+    const TemporaryFolder folder;
+    rig.options.musicFolder = folder.Path();
+    // The mark's middle, at the right.
+    const auto isMarked = [&rig] {
+        rig.Compose();
+        return rig.Pixel(377, 83) == host::Rgba{0xE0, 0x10, 0x20, 0xFF};
+    };
+    EXPECT_FALSE(isMarked());
+    rig.sound->ToggleTake({});
+    EXPECT_TRUE(isMarked());
+    EXPECT_FALSE(rig.IsTold());
+    rig.sound->ToggleTake({});
+    EXPECT_FALSE(isMarked());
+    EXPECT_TRUE(rig.IsTold()) << "the file's name";
+    rig.Wait(9000);
+    EXPECT_FALSE(rig.IsTold());
+    rig.options.musicFolder = "/proc/nowhere";
+    rig.Start();
+    rig.sound->ToggleTake({});
+    EXPECT_FALSE(isMarked());
+    EXPECT_TRUE(rig.IsTold()) << "that there is none";
 }
 
 TEST(Notices, TakeNeitherTouchesNorKeys) {

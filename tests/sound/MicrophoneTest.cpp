@@ -494,6 +494,9 @@ TEST(Microphone, TellsOnceOfEachThreeSecondsOfExactSilence) {
         void OnRingtoneVolume(int) override {}
         void OnMicrophoneSilent() override { ++silences; }
         void OnMicrophoneGone() override {}
+        void OnTakeStarted() override {}
+        void OnTakeEnded(const std::string&) override {}
+        void OnTakeLost() override {}
         void OnMicrophoneGoneNoMore() override {}
         int silences = 0;
     };

@@ -607,12 +607,13 @@ TEST(Player, ReportsAFullDiskUnderARecordingOnceAndKeepsWhatWasWritten) {
     Rig rig;
     Bytes written;
     testing::internal::CaptureStderr();
-    host::Recorder recorder(rig.loop, rig.console, std::make_unique<SmallDisk>(written), "r.wav");
+    host::OutputTap tap;
+    host::Recorder recorder(rig.loop, rig.console, tap, std::make_unique<SmallDisk>(written), "r.wav");
     recorder.Start(kRate);
     EXPECT_FALSE(rig.console.HasLoss());
     const auto sine = Sine(1000, 7, 0.5);
     for (int i = 0; i < 5; ++i) {
-        recorder.GetTap().Push(sine);
+        tap.Push(sine);
         rig.Run(host::kMicrosecondsPerSecond);
     }
     recorder.Finish();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -43,6 +44,7 @@ struct Player::Session final : host::VoiceListener {
     PlayerState state = PLAYER_STATE_INITIALIZED;
     int volume = kFullVolume;
     std::shared_ptr<const host::Clip> clip;
+    std::string fileName;                      ///< the clip's, without its folder
     host::VoiceNumber voice = host::kNoVoice;  ///< none while nothing sounds
 
     // What the listener has answered so far within the notification of an end.
@@ -62,14 +64,19 @@ void Player::Session::OnVoiceEnd() {
     if (alive.expired()) return;
     // From here on, Stop or Play is an ordinary request, not the answer to the end.
     const Answer given = std::exchange(answer, Answer::kNotAsked);
-    if (given == Answer::kNone) sound.GetDesk().Finish(voice);
+    if (given == Answer::kNone) {
+        sound.GetDesk().Finish(voice);
+        sound.TellOfToneEnd(voice);
+    }
     if (given == Answer::kStop) Silence();
 }
 
 void Player::Session::Silence() {
     if (answer != Answer::kNotAsked) answer = Answer::kFinal;
     const host::VoiceNumber silenced = std::exchange(voice, host::kNoVoice);
-    if (silenced != host::kNoVoice && Sound::Current() != nullptr) Sound::Current()->GetDesk().Stop(silenced);
+    if (silenced == host::kNoVoice || Sound::Current() == nullptr) return;
+    Sound::Current()->GetDesk().Stop(silenced);
+    Sound::Current()->TellOfToneEnd(silenced);
 }
 
 Player::Player() = default;
@@ -100,6 +107,7 @@ result Player::OpenFile(const Tizen::Base::String& path, bool isAsync) {
         return isMissing ? E_FILE_NOT_FOUND : E_UNSUPPORTED_FORMAT;
     }
     if (!session_->clip->Fault().empty()) sound.GetConsole().SayOnce(file + ": " + session_->clip->Fault());
+    session_->fileName = FileName(file);
     session_->state = PLAYER_STATE_OPENED;
     return E_SUCCESS;
 }
@@ -124,13 +132,14 @@ result Player::Play() {
     if (session_->answer == Session::Answer::kNone || session_->answer == Session::Answer::kStop) {
         session_->answer = Session::Answer::kFinal;
         sound.GetDesk().GrantRepeat(session_->voice);
+        sound.TellOfRepeat();
     } else {
         session_->Silence();
         session_->voice = sound.GetDesk().Start(session_->clip, session_->Gain(), *session_);
+        sound.TellOfTone(session_->voice, session_->fileName);
     }
     session_->state = PLAYER_STATE_PLAYING;
     sound.GetTrace().Add("player", "play");
-    sound.TellOfTone();
     return E_SUCCESS;
 }
 

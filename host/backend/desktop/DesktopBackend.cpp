@@ -6,6 +6,7 @@
 //   speaker      the default device at its own rate, 256 frames asked for; found again by itself when it is lost
 //   microphone   the default device, converted to the wanted format; found again by itself when it is lost
 //   storage      files
+//   MIDI         a port of ALSA's sequencer
 
 #include "backend/desktop/DesktopBackend.h"
 
@@ -15,6 +16,7 @@
 
 #include "backend/cairo/CairoPainter.h"
 #include "backend/desktop/SdlLibrary.h"
+#include "backend/desktop/midi/AlsaMidiPort.h"
 #include "backend/desktop/sound/DesktopMicrophone.h"
 #include "backend/desktop/sound/DesktopSpeaker.h"
 #include "backend/desktop/waiting/DesktopLoopDriver.h"
@@ -32,7 +34,7 @@ public:
         : video_(std::move(video)), storage_(options.packageRoot, options.dataRoot) {}
 
     [[nodiscard]] BackendParts Parts() override {
-        return {clock_, loopDriver_, window_, painter_, speaker_, microphone_, storage_};
+        return {clock_, loopDriver_, window_, painter_, speaker_, microphone_, storage_, &midiPort_};
     }
 
 private:
@@ -44,6 +46,7 @@ private:
     DesktopMicrophone microphone_{clock_};
     DesktopLoopDriver loopDriver_{clock_, window_, speaker_, microphone_};
     PosixStorage storage_;
+    AlsaMidiPort midiPort_;
 };
 
 bool IsSet(const char* name) {

@@ -92,6 +92,8 @@ private:
     std::string problem_;
 };
 
+constexpr mode_t kNewFileMode = 0666;  // Less what the user's mask takes away.
+
 }  // namespace
 
 std::string FolderOf(const std::string& path) {
@@ -141,7 +143,6 @@ std::unique_ptr<InputFile> OpenPosixInput(const std::string& path, std::string& 
 
 std::unique_ptr<OutputFile> OpenPosixOutput(const std::string& path, std::string& problem) {
     std::string made = path;
-    constexpr mode_t kNewFileMode = 0666;  // Less what the user's mask takes away.
     // A pipe that nobody reads is refused at once rather than waited for; what is written to one that is read waits.
     constexpr int kFlags = O_WRONLY | O_CLOEXEC | O_NONBLOCK;
     auto origin = PosixOutputFile::Origin::kWasThere;
@@ -160,6 +161,16 @@ std::unique_ptr<OutputFile> OpenPosixOutput(const std::string& path, std::string
     }
     const auto kind = S_ISREG(status.st_mode) ? PosixOutputFile::Kind::kRegular : PosixOutputFile::Kind::kStream;
     return std::make_unique<PosixOutputFile>(std::move(file), std::move(made), origin, kind);
+}
+
+std::unique_ptr<OutputFile> OpenNewPosixOutput(const std::string& path, std::string& problem) {
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_CREAT | O_EXCL, kNewFileMode));
+    if (!file.IsOpen()) {
+        if (errno != EEXIST) problem = ReasonOf(errno);
+        return nullptr;
+    }
+    return std::make_unique<PosixOutputFile>(std::move(file), path, PosixOutputFile::Origin::kMade,
+                                             PosixOutputFile::Kind::kRegular);
 }
 
 }  // namespace host

@@ -17,8 +17,9 @@ namespace host {
 /// Where the path leads when the links at its end are followed, whether there is a file or not; empty when in circles.
 [[nodiscard]] std::string FollowLinks(std::string path);
 
-/// PosixStorage::OpenInput and OpenOutput.
+/// PosixStorage::OpenInput, OpenOutput and OpenNewOutput.
 [[nodiscard]] std::unique_ptr<InputFile> OpenPosixInput(const std::string& path, std::string& problem);
 [[nodiscard]] std::unique_ptr<OutputFile> OpenPosixOutput(const std::string& path, std::string& problem);
+[[nodiscard]] std::unique_ptr<OutputFile> OpenNewPosixOutput(const std::string& path, std::string& problem);
 
 }  // namespace host

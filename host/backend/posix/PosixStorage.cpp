@@ -210,6 +210,12 @@ std::unique_ptr<OutputFile> PosixStorage::OpenOutput(const std::string& path, st
     return nullptr;
 }
 
+std::unique_ptr<OutputFile> PosixStorage::OpenNewOutput(const std::string& path, std::string& problem) {
+    if (IsPath(path)) return OpenNewPosixOutput(path, problem);
+    problem = "that is no file name";
+    return nullptr;
+}
+
 bool PosixStorage::MakeFolder(const std::string& folder) {
     if (!IsPath(folder)) return false;
     MakeFolders(folder + '/', kUsualFolderMode);

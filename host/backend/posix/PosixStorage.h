@@ -20,6 +20,7 @@ public:
     [[nodiscard]] std::unique_ptr<InputFile> OpenInput(const std::string& path, std::string& problem) const override;
     /// A device or a pipe that somebody reads can be written as well; it cannot be overwritten.
     [[nodiscard]] std::unique_ptr<OutputFile> OpenOutput(const std::string& path, std::string& problem) override;
+    [[nodiscard]] std::unique_ptr<OutputFile> OpenNewOutput(const std::string& path, std::string& problem) override;
     [[nodiscard]] bool MakeFolder(const std::string& folder) override;
     /// A symbolic link stays one: the file that it leads to is replaced. The new file has the old one's permissions,
     /// and is for its user alone when there was none. Missing folders above it are made.

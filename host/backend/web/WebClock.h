@@ -12,6 +12,12 @@ public:
     [[nodiscard]] Microseconds Now() const noexcept override {
         return static_cast<Microseconds>((emscripten_get_now() - start_) * kMicrosecondsPerMillisecond);
     }
+    [[nodiscard]] std::tm LocalTime() const override {
+        const std::time_t now = std::time(nullptr);
+        std::tm local{};
+        ::localtime_r(&now, &local);
+        return local;
+    }
 
 private:
     double start_ = emscripten_get_now();  ///< milliseconds

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace host {
@@ -22,8 +23,14 @@ constexpr Rgba kPlate{0x2B, 0x1A, 0x20, 0xFF};
 constexpr Rgba kEdge{0xFF, 0xFF, 0xFF, 0x80};
 constexpr Rgba kText{0xFF, 0xFF, 0xFF, 0xFF};
 
+constexpr double kMarkSize = 36;
+constexpr double kMarkInset = 24;  // from the screen's right edge
+constexpr double kMarkTop = 132;   // below what a screen has at its upper edge
+constexpr Rgba kMark{0xE0, 0x10, 0x20, 0xFF};
+
 constexpr Microseconds kVolumeTime = 1000 * kMicrosecondsPerMillisecond;
 constexpr Microseconds kMicrophoneTime = 8000 * kMicrosecondsPerMillisecond;
+constexpr Microseconds kTakeTime = 8000 * kMicrosecondsPerMillisecond;
 constexpr Microseconds kGoneTime = 3000 * kMicrosecondsPerMillisecond;
 constexpr Microseconds kIdleCheck = 1000 * kMicrosecondsPerMillisecond;
 constexpr int kIdleChecks = 5;
@@ -34,13 +41,35 @@ constexpr const char* kPlayedFile = "played";
 }  // namespace
 
 Notices::Notices(Screen& screen, Sound& sound, EventLoop& loop, const Package& package, Storage& storage)
-    : screen_(screen), sound_(sound), loop_(loop), package_(package), storage_(storage), plate_(screen) {
+    : screen_(screen),
+      sound_(sound),
+      loop_(loop),
+      package_(package),
+      storage_(storage),
+      overlay_(screen),
+      plate_(screen),
+      mark_(screen) {
     isPlayingNoted_ = hasPlayed_ = storage.Stat(storage.DataRoot() + kPlayedFile).has_value();
     const PixelSize phone = screen.GetPhoneScreen();
     const double unit = std::min(phone.width / kDesignWidth, phone.height / kDesignHeight);
     const auto pixels = [unit](double units) { return static_cast<int>(std::lround(units * unit)); };
+    overlay_.SetVisible(false);
+    overlay_.SetTakesTouches(false);
+    overlay_.SetBounds({0, 0, phone.width, phone.height});
+    overlay_.AddChild(plate_);
+    overlay_.AddChild(mark_);
     plate_.SetVisible(false);
     plate_.SetTakesTouches(false);
+    mark_.SetVisible(false);
+    mark_.SetTakesTouches(false);
+    mark_.SetBounds(
+        {phone.width - pixels(kMarkInset + kMarkSize), pixels(kMarkTop), pixels(kMarkSize), pixels(kMarkSize)});
+    BoxLook mark;
+    mark.background = kMark;
+    mark.corner = kMarkSize / 2 * unit;
+    mark.border = kText;
+    mark.borderWidth = kBorder * unit;
+    mark_.SetLook(mark);
     plate_.SetBounds({(phone.width - pixels(kPlateWidth)) / 2, phone.height - pixels(kAboveBottom + kPlateHeight),
                       pixels(kPlateWidth), pixels(kPlateHeight)});
     BoxLook box;
@@ -56,7 +85,7 @@ Notices::Notices(Screen& screen, Sound& sound, EventLoop& loop, const Package& p
     text.align = HorizontalAlign::kCenter;
     text.wrap = TextWrap::kWords;
     plate_.SetTextLook(text);
-    screen_.SetOverlay(&plate_);
+    screen_.SetOverlay(&overlay_);
     screen_.SetUseHandler([this] { OnUse(); });
     sound_.SetWatcher(this);
 }
@@ -65,7 +94,7 @@ Notices::~Notices() {
     sound_.SetWatcher(nullptr);
     screen_.SetUseHandler({});
     screen_.SetOverlay(nullptr);
-    for (const TimerQueue::Id timer : {volumeTimer_, microphoneTimer_, goneTimer_, keysTimer_})
+    for (const TimerQueue::Id timer : {volumeTimer_, takeTimer_, microphoneTimer_, goneTimer_, keysTimer_})
         loop_.CancelTimer(timer);
 }
 
@@ -136,6 +165,32 @@ void Notices::OnMicrophoneGoneNoMore() {
     loop_.CancelTimer(std::exchange(goneTimer_, TimerQueue::kNone));
 }
 
+void Notices::OnTakeStarted() {
+    mark_.SetVisible(true);
+    TellOfTake({});
+}
+
+void Notices::OnTakeEnded(const std::string& name) {
+    mark_.SetVisible(false);
+    TellOfTake(TextOf("IDS_NOTICE_RECORDED") + "  " + name);
+}
+
+void Notices::OnTakeLost() {
+    mark_.SetVisible(false);
+    TellOfTake(TextOf("IDS_NOTICE_NOT_RECORDED"));
+}
+
+void Notices::TellOfTake(std::string text) {
+    take_ = std::move(text);
+    Update();
+    loop_.CancelTimer(takeTimer_);
+    takeTimer_ = loop_.StartTimer(kTakeTime, [this] {
+        takeTimer_ = TimerQueue::kNone;
+        take_.clear();
+        Update();
+    });
+}
+
 void Notices::TellOfMicrophone(std::string_view textId) {
     if (std::exchange(isMicrophoneTold_, true)) return;
     microphone_ = TextOf(textId);
@@ -148,9 +203,13 @@ void Notices::TellOfMicrophone(std::string_view textId) {
 }
 
 void Notices::Update() {
-    const std::string& text = !volume_.empty() ? volume_ : !microphone_.empty() ? microphone_ : keys_;
-    if (!text.empty()) plate_.SetText(text);
-    plate_.SetVisible(!text.empty());
+    const std::string* const texts[] = {&volume_, &take_, &microphone_, &keys_};
+    const auto shown =
+        std::find_if(std::begin(texts), std::end(texts), [](const auto* text) { return !text->empty(); });
+    const bool hasText = shown != std::end(texts);
+    if (hasText) plate_.SetText(**shown);
+    plate_.SetVisible(hasText);
+    overlay_.SetVisible(hasText || mark_.IsVisible());
 }
 
 std::string Notices::TextOf(std::string_view id) const {

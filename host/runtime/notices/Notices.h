@@ -13,7 +13,8 @@
 namespace host {
 
 /// What the host itself tells the player, on a plate of its own over whatever the application shows: the keys that
-/// play, a microphone that hears nothing, the volume. It takes no touches. UI thread only.
+/// play, a microphone that hears nothing, the volume, and what becomes of a take, with a mark while it runs. It takes
+/// no touches. UI thread only.
 class Notices final : private SoundWatcher {
 public:
     /// Everything must outlive it.
@@ -35,13 +36,17 @@ private:
     void OnMicrophoneSilent() override;
     void OnMicrophoneGone() override;
     void OnMicrophoneGoneNoMore() override;
+    void OnTakeStarted() override;
+    void OnTakeEnded(const std::string& name) override;
+    void OnTakeLost() override;
 
     void OnUse();
     void WatchForKeys();
     void DropKeys();
     /// Only the first of the two things that can be wrong with a microphone is told, and once.
     void TellOfMicrophone(std::string_view textId);
-    /// Shows what there is to show: the volume before anything else.
+    void TellOfTake(std::string text);
+    /// Shows what there is to show: the volume before anything else, then what became of a take.
     void Update();
     [[nodiscard]] std::string TextOf(std::string_view id) const;
 
@@ -50,8 +55,11 @@ private:
     EventLoop& loop_;
     const Package& package_;
     Storage& storage_;
+    Node overlay_;  ///< holds the others
     BoxNode plate_;
+    BoxNode mark_;            ///< shows while a take runs
     std::string volume_;      ///< empty when it does not show
+    std::string take_;        ///< likewise
     std::string microphone_;  ///< likewise
     std::string keys_;        ///< likewise
     bool isMicrophoneTold_ = false;
@@ -59,6 +67,7 @@ private:
     bool isPlayingNoted_ = false;  ///< in the data folder
     int idleChecks_ = 0;
     TimerQueue::Id volumeTimer_ = TimerQueue::kNone;
+    TimerQueue::Id takeTimer_ = TimerQueue::kNone;
     TimerQueue::Id microphoneTimer_ = TimerQueue::kNone;
     TimerQueue::Id goneTimer_ = TimerQueue::kNone;
     TimerQueue::Id keysTimer_ = TimerQueue::kNone;

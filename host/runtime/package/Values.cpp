@@ -51,6 +51,14 @@ std::optional<double> ParseNumber(std::string_view text) {
     return (isNegative ? -value : value) / unit;
 }
 
+std::optional<int> ParseWhole(std::string_view text, int least, int most) {
+    int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, number);
+    if (read.ec != std::errc() || read.ptr != end || number < least || number > most) return std::nullopt;
+    return number;
+}
+
 std::optional<std::vector<double>> ParseNumbers(std::string_view text) {
     std::vector<double> numbers;
     for (;;) {

@@ -12,6 +12,8 @@ namespace host {
 
 /// A decimal number with an optional sign and decimals, whatever the locale.
 [[nodiscard]] std::optional<double> ParseNumber(std::string_view text);
+/// Digits alone, of a number from `least` to `most`, neither of which is negative.
+[[nodiscard]] std::optional<int> ParseWhole(std::string_view text, int least, int most);
 /// Numbers with commas between them.
 [[nodiscard]] std::optional<std::vector<double>> ParseNumbers(std::string_view text);
 /// #RRGGBB, which is opaque, or #RRGGBBAA.

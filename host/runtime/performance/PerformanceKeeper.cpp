@@ -120,10 +120,7 @@ void PerformanceKeeper::OnAllLifted() {
 }
 
 void PerformanceKeeper::OnBlockHeard(const Block& block) {
-    // Of the first channel, which the phone's programs look at.
-    std::uint8_t peak = 0;
-    for (std::size_t i = 0; i < block.size(); i += kPhoneChannels) peak = std::max(peak, block[i]);
-    peak = std::max(peak, kPhoneSilence);
+    const std::uint8_t peak = PeakOf(block);
     if (std::exchange(peak_, peak) != peak) Add(std::max<Microseconds>(Now() - kBeforeBlockEnd, 0), PeakAction{peak});
 }
 

@@ -73,7 +73,7 @@ void Screen::OnKey(const KeyInput& key) {
 }
 
 void Screen::PressKey(std::string_view code, ShiftKey shift) {
-    if (isInputSuspended_) return;
+    if (isInputSuspended_ || (onHostKey_ && onHostKey_(code, KeyPhase::kDown))) return;
     if (inputWatcher_ != nullptr) inputWatcher_->OnKeyUsed(code, KeyPhase::kDown);
     FlushReports();
     TellOfUse();
@@ -81,7 +81,7 @@ void Screen::PressKey(std::string_view code, ShiftKey shift) {
 }
 
 void Screen::LiftKey(std::string_view code) {
-    if (isInputSuspended_) return;
+    if (isInputSuspended_ || (onHostKey_ && onHostKey_(code, KeyPhase::kUp))) return;
     if (inputWatcher_ != nullptr) inputWatcher_->OnKeyUsed(code, KeyPhase::kUp);
     FlushReports();
     keyboard_->Lift(code);

@@ -80,6 +80,10 @@ public:
     void SetOverlay(Node* overlay);
     /// Called whenever a finger or a key is pressed, before it acts. Empty for none.
     void SetUseHandler(std::function<void()> onUse) { onUse_ = std::move(onUse); }
+    /// What the host itself does with a key; false when the key is none of its own.
+    using HostKeyHandler = std::function<bool(std::string_view code, KeyPhase phase)>;
+    /// Asked before anything else hears of a press or a lift. Empty for none.
+    void SetHostKeyHandler(HostKeyHandler onHostKey) { onHostKey_ = std::move(onHostKey); }
     /// Null for none. It must outlive the screen, or be taken back.
     void SetInputWatcher(InputWatcher* watcher) noexcept { inputWatcher_ = watcher; }
     /// The topmost screen; null when there is none.
@@ -118,6 +122,7 @@ private:
     std::unique_ptr<Keyboard> keyboard_;
     std::vector<std::weak_ptr<Node>> reporting_;  ///< want their reports flushed
     std::function<void()> onUse_;
+    HostKeyHandler onHostKey_;
     InputWatcher* inputWatcher_ = nullptr;
     bool isInputSuspended_ = false;
 };

@@ -91,6 +91,7 @@ void Capture::Deliver(Block& block) {
     ++blocksDelivered_;
     if (blockWatcher_ != nullptr) blockWatcher_->OnBlockHeard(block);
     keyBreath_.AddTo(block);
+    if (toneWatcher_ != nullptr) toneWatcher_->OnBreath(PeakOf(block));
     consumer_->OnBlock(block);
 }
 

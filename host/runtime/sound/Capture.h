@@ -11,6 +11,7 @@
 #include "runtime/sound/BlockSource.h"
 #include "runtime/sound/BlockWatcher.h"
 #include "runtime/sound/SoundWatcher.h"
+#include "runtime/sound/ToneWatcher.h"
 #include "runtime/sound/Turbulence.h"
 #include "runtime/trace/Trace.h"
 
@@ -50,6 +51,8 @@ public:
 
     /// Null for none. It must outlive the capture, or be taken back.
     void SetWatcher(SoundWatcher* watcher) noexcept { watcher_ = watcher; }
+    /// Hears of the breath. Null for none. It must outlive the capture, or be taken back.
+    void SetToneWatcher(ToneWatcher* watcher) noexcept { toneWatcher_ = watcher; }
 
     /// Null for none. It must outlive the capture, or be taken back.
     void SetBlockWatcher(BlockWatcher* watcher) noexcept { blockWatcher_ = watcher; }
@@ -75,6 +78,7 @@ private:
     CaptureConsumer* consumer_ = nullptr;
     SoundWatcher* watcher_ = nullptr;
     BlockWatcher* blockWatcher_ = nullptr;
+    ToneWatcher* toneWatcher_ = nullptr;
     std::deque<Block> unread_;
     std::uint64_t blocksDelivered_ = 0;
     bool isClosed_ = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <span>
 
@@ -28,6 +29,11 @@ public:
     }
     /// UI thread. Returns how many frames were there.
     std::size_t Pop(std::span<float> frames) noexcept { return ring_.Pop(frames); }
+    /// UI thread. Drops what is there.
+    void Clear() noexcept {
+        std::array<float, 256> dropped;
+        while (Pop(dropped) > 0) continue;
+    }
 
 private:
     static constexpr std::size_t kCapacityFrames = std::size_t{1} << 18U;  // some 6 s

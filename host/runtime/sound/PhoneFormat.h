@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -23,5 +24,12 @@ inline constexpr std::size_t kBlockFrames = kBlockBytes / kPhoneChannels;
 inline constexpr Microseconds kPhoneFrameTime = kMicrosecondsPerSecond / kPhoneRate;
 inline constexpr Microseconds kBlockTime = kPhoneFrameTime * static_cast<Microseconds>(kBlockFrames);
 using Block = std::array<std::uint8_t, kBlockBytes>;
+
+/// The highest sample of the first channel, which the phone's programs look at; kPhoneSilence without any above it.
+[[nodiscard]] inline std::uint8_t PeakOf(const Block& block) noexcept {
+    std::uint8_t peak = kPhoneSilence;
+    for (std::size_t i = 0; i < block.size(); i += kPhoneChannels) peak = std::max(peak, block[i]);
+    return peak;
+}
 
 }  // namespace host

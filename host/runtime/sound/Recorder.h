@@ -1,7 +1,7 @@
 #pragma once
 
+#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,37 +9,39 @@
 #include "runtime/Console.h"
 #include "runtime/loop/EventLoop.h"
 #include "runtime/sound/OutputTap.h"
-#include "runtime/soundfile/WavWriter.h"
+#include "runtime/soundfile/SoundWriter.h"
 
 namespace host {
 
-/// Writes what the speaker plays into a WAV file, from the speaker's opening to its closing. UI thread only; its tap is
-/// the audio thread's.
+/// Writes what goes through a tap into a sound file, in the format of the path's ending. UI thread only; the tap's
+/// other end is the audio thread's.
 class Recorder {
 public:
-    /// `path` is for messages.
-    Recorder(EventLoop& loop, Console& console, std::unique_ptr<OutputFile> file, std::string path);
+    /// The tap must outlive it. `path` also stands in messages.
+    Recorder(EventLoop& loop, Console& console, OutputTap& tap, std::unique_ptr<OutputFile> file, std::string path);
     ~Recorder();
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
 
-    [[nodiscard]] OutputTap& GetTap() noexcept { return tap_; }
-
     /// Writes from now on, at the speaker's rate.
     void Start(int rate);
-    /// Once nothing is pushed any more: writes what is left and closes the file. A loss is reported.
-    void Finish() noexcept;
+    /// Called once, when the disk takes no more; the recorder may be destroyed in it. The loss is reported by then.
+    void SetFailureHandler(std::function<void()> onFailure) { onFailure_ = std::move(onFailure); }
+    /// Writes what is left in the tap and closes the file. A loss is reported. False when something is lost.
+    bool Finish() noexcept;
 
 private:
-    void Drain();
+    /// False when something is lost.
+    bool Drain();
     void DrainOnTimer();
 
     EventLoop& loop_;
     Console& console_;
+    OutputTap& tap_;
     std::unique_ptr<OutputFile> file_;  ///< until the start
     std::string path_;
-    OutputTap tap_;
-    std::optional<WavWriter> writer_;
+    std::function<void()> onFailure_;
+    std::unique_ptr<SoundWriter> writer_;
     std::vector<float> buffer_;
     TimerQueue::Id timer_ = TimerQueue::kNone;
 };

@@ -4,6 +4,8 @@
 
 #include "runtime/sound/BreathFile.h"
 #include "runtime/sound/Recorder.h"
+#include "runtime/sound/Takes.h"
+#include "runtime/soundfile/SoundWriter.h"
 
 namespace host {
 
@@ -43,11 +45,26 @@ void Sound::SetRingtoneVolume(int volume) {
 
 void Sound::SetWatcher(SoundWatcher* watcher) noexcept {
     watcher_ = watcher;
+    if (takes_ != nullptr) takes_->SetWatcher(watcher);
     capture_.SetWatcher(watcher);
 }
 
-void Sound::TellOfTone() {
+void Sound::SetToneWatcher(ToneWatcher* watcher) noexcept {
+    toneWatcher_ = watcher;
+    capture_.SetToneWatcher(watcher);
+}
+
+void Sound::TellOfTone(VoiceNumber voice, std::string_view file) {
+    if (toneWatcher_ != nullptr && voice != kNoVoice) toneWatcher_->OnToneStarted(voice, file);
+    TellOfRepeat();
+}
+
+void Sound::TellOfRepeat() {
     if (watcher_ != nullptr) watcher_->OnTone();
+}
+
+void Sound::TellOfToneEnd(VoiceNumber voice) {
+    if (toneWatcher_ != nullptr) toneWatcher_->OnToneEnded(voice);
 }
 
 bool Sound::Prepare(std::string& problem) {
@@ -57,14 +74,20 @@ bool Sound::Prepare(std::string& problem) {
         simulatedMicrophone_.SetBreathFile(std::move(file));
     }
     if (options_.record) {
+        if (!SoundFormatOf(*options_.record)) {
+            problem = *options_.record + ": a recording's name ends in " + std::string(SoundEndings());
+            return false;
+        }
         std::string reason;
         auto file = services_.storage.OpenOutput(*options_.record, reason);
         if (file == nullptr) {
             problem = *options_.record + ": " + reason;
             return false;
         }
-        recorder_ = std::make_unique<Recorder>(services_.loop, services_.console, std::move(file), *options_.record);
-        output_.SetTap(&recorder_->GetTap());
+        recordingTap_ = std::make_unique<OutputTap>();
+        recorder_ = std::make_unique<Recorder>(services_.loop, services_.console, *recordingTap_, std::move(file),
+                                               *options_.record);
+        output_.SetTap(recordingTap_.get());
     }
     return true;
 }
@@ -84,7 +107,16 @@ void Sound::Close() noexcept {
     if (std::exchange(state_, State::kClosed) == State::kOpen) services_.speaker.Close();
     capture_.Close();
     recorder_.reset();
+    if (takes_ != nullptr) takes_->End();
     desk_.Close();
+}
+
+void Sound::ToggleTake(const std::tm& localTime) {
+    if (state_ == State::kClosed) return;
+    Open();
+    if (takes_ == nullptr) takes_ = std::make_unique<Takes>(services_, output_, options_.musicFolder);
+    takes_->SetWatcher(watcher_);
+    takes_->IsRunning() ? takes_->End() : takes_->Begin(localTime);
 }
 
 }  // namespace host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,6 +24,7 @@
 namespace host {
 
 class Recorder;
+class Takes;
 
 struct SoundServices {
     EventLoop& loop;
@@ -50,6 +52,8 @@ public:
     /// Opens the speaker and, where it was started before, the microphone; further calls do nothing. A clip that is
     /// asked for opens it, too.
     void Open();
+    /// Begins a take, or ends the one that runs: a file of its own in the music folder, named by `localTime`.
+    void ToggleTake(const std::tm& localTime);
     /// The speaker silent first, then the microphone; nothing is delivered to anybody afterwards.
     void Close() noexcept;
 
@@ -63,8 +67,14 @@ public:
 
     /// Null for none. It must outlive the sound, or be taken back.
     void SetWatcher(SoundWatcher* watcher) noexcept;
-    /// From Tizen::Media::Player: a tone was started.
-    void TellOfTone();
+    /// Null for none. It must outlive the sound, or be taken back.
+    void SetToneWatcher(ToneWatcher* watcher) noexcept;
+    // From Tizen::Media::Player.
+    /// The recording is played: in `voice`, where it is a new tone, or once more.
+    void TellOfTone(VoiceNumber voice, std::string_view file);
+    void TellOfRepeat();
+    /// The voice's tone begins to fall silent.
+    void TellOfToneEnd(VoiceNumber voice);
 
     [[nodiscard]] SpeakerOutput& GetOutput() noexcept { return output_; }
     /// What is heard where no device is asked; a real microphone is only lost by being unplugged.
@@ -90,11 +100,14 @@ private:
     MixDesk desk_;
     ClipCache clips_;
     SpeakerOutput output_;
+    std::unique_ptr<OutputTap> recordingTap_;
     std::unique_ptr<Recorder> recorder_;
+    std::unique_ptr<Takes> takes_;  ///< null before the first
     SimulatedMicrophone simulatedMicrophone_;
     DeviceSource deviceSource_;
     Capture capture_;
     SoundWatcher* watcher_ = nullptr;
+    ToneWatcher* toneWatcher_ = nullptr;
     int ringtoneVolume_ = 0;
     enum class State { kNotYetOpen, kOpen, kClosed };
     State state_ = State::kNotYetOpen;

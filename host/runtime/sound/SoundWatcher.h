@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace host {
 
 /// Hears of what the player of the phone should know about its sound. UI thread.
@@ -15,6 +17,12 @@ public:
     virtual void OnMicrophoneGone() = 0;
     /// There is a microphone again, or the application does not listen any more.
     virtual void OnMicrophoneGoneNoMore() = 0;
+    /// What is played goes into a file from now on.
+    virtual void OnTakeStarted() = 0;
+    /// The file is complete. `name` is its own, without its folder.
+    virtual void OnTakeEnded(const std::string& name) = 0;
+    /// There could be no file, or the disk took no more; nothing is written any more.
+    virtual void OnTakeLost() = 0;
 
 protected:
     ~SoundWatcher() = default;

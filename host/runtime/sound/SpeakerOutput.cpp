@@ -26,6 +26,7 @@ void SpeakerOutput::OnSpeakerRestored() noexcept {
 
 void SpeakerOutput::OnFramesPlayed(std::span<const float> frames) noexcept {
     if (tap_ != nullptr) tap_->Push(frames);
+    if (OutputTap* const takeTap = takeTap_) takeTap->Push(frames);
 }
 
 void SpeakerOutput::TellConsole() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <span>
 
 #include "backend/Speaker.h"
@@ -11,7 +12,7 @@
 namespace host {
 
 /// Hears from the speaker: brings its news to the desk, a lost device to the console, and what is played to the
-/// recording's tap.
+/// recordings' taps.
 class SpeakerOutput final : public SpeakerClient {
 public:
     SpeakerOutput(MixDesk& desk, EventLoop& loop, Console& console)
@@ -19,6 +20,8 @@ public:
 
     /// Before the speaker is opened. Not owned; null for none.
     void SetTap(OutputTap* tap) noexcept { tap_ = tap; }
+    /// At any time. Not owned, and in use until the speaker is closed; null for none.
+    void SetTakeTap(OutputTap* tap) noexcept { takeTap_ = tap; }
 
     /// The speaker has been opened: what it has lost by now was never there.
     void EndOpening() noexcept { wasThere_ = !isDeviceLost_; }
@@ -38,6 +41,7 @@ private:
     MixDesk& desk_;
     Console& console_;
     OutputTap* tap_ = nullptr;
+    std::atomic<OutputTap*> takeTap_ = nullptr;
     bool wasThere_ = false;  ///< a device, at any time
     bool isDeviceLost_ = false;
     bool isLossSimulated_ = false;

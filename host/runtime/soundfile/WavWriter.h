@@ -5,23 +5,18 @@
 #include <span>
 #include <string>
 
-#include "backend/Storage.h"
+#include "runtime/soundfile/SoundWriter.h"
 
 namespace host {
 
-/// Writes a 16-bit mono WAV file. Not for the audio thread.
-class WavWriter {
+/// A 16-bit WAV file, whose header tells all that is in it whenever a Write has returned.
+class WavWriter final : public SoundWriter {
 public:
-    /// `rate` is frames a second.
     WavWriter(std::unique_ptr<OutputFile> file, int rate);
 
-    /// Frames of -1..1; what lies beyond is clipped. The file is a valid one whenever this has returned, also when the
-    /// program dies afterwards. False once the disk takes no more.
-    bool Write(std::span<const float> frames);
-    /// Closes the file. False when something that was written is lost.
-    bool Close();
-    /// Why something was lost.
-    [[nodiscard]] std::string Problem() const;
+    bool Write(std::span<const float> frames) override;
+    bool Close() override;
+    [[nodiscard]] std::string Problem() const override;
 
 private:
     bool WriteHeader();

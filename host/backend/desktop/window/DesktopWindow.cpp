@@ -33,6 +33,28 @@ PixelSize FittingSize(PixelSize screen) {
     return {static_cast<int>(std::lround(screen.width * scale)), static_cast<int>(std::lround(screen.height * scale))};
 }
 
+// The wanted place as far as the displays of today have it: none of them is smaller than the window, and the window can
+// be taken by its upper edge. With SDL's own word for the desktop's choice otherwise.
+WindowPlace FittingPlace(WindowPlace wanted, PixelSize usual) {
+    if (wanted.width <= 0 || wanted.height <= 0)
+        return {SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED, usual.width, usual.height};
+    SDL_Rect usable{};
+    const int displays = SDL_GetNumVideoDisplays();
+    const SDL_Point grip{wanted.x + wanted.width / 2, wanted.y};
+    for (int display = 0; display < displays; ++display) {
+        if (SDL_GetDisplayUsableBounds(display, &usable) != 0 || SDL_PointInRect(&grip, &usable) == SDL_FALSE) continue;
+        wanted.width = std::min(wanted.width, usable.w);
+        wanted.height = std::min(wanted.height, usable.h);
+        return wanted;
+    }
+    if (SDL_GetDisplayUsableBounds(0, &usable) == 0) {
+        wanted.width = std::min(wanted.width, usable.w);
+        wanted.height = std::min(wanted.height, usable.h);
+    }
+    wanted.x = wanted.y = SDL_WINDOWPOS_UNDEFINED;
+    return wanted;
+}
+
 }  // namespace
 
 DesktopWindow::DesktopWindow(CairoPainter& painter)
@@ -51,8 +73,9 @@ bool DesktopWindow::Open(std::string_view title, PixelSize screen, WindowListene
         SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
     }
     const PixelSize size = FittingSize(screen);
-    window_.reset(SDL_CreateWindow(std::string(title).c_str(), SDL_WINDOWPOS_UNDEFINED, SDL_WINDOWPOS_UNDEFINED,
-                                   size.width, size.height, SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
+    const WindowPlace place = FittingPlace(wantedPlace_.value_or(WindowPlace{}), size);
+    window_.reset(SDL_CreateWindow(std::string(title).c_str(), place.x, place.y, place.width, place.height,
+                                   SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
     if (!window_) return false;
     SDL_SetWindowMinimumSize(window_.get(), std::max(1, std::min(size.width, screen.width / kSmallestDivisor)),
                              std::max(1, std::min(size.height, screen.height / kSmallestDivisor)));
@@ -64,6 +87,7 @@ bool DesktopWindow::Open(std::string_view title, PixelSize screen, WindowListene
         return false;
     }
     MeasureFrameInterval();
+    NotePlace();
     visibility_ = Visibility::kVisible;
     listener_ = &listener;
     input_ = &input;
@@ -92,6 +116,15 @@ void DesktopWindow::SetIcon(const Image& icon) {
     const std::unique_ptr<SDL_Surface, WindowReleaser> surface(SDL_CreateRGBSurfaceWithFormatFrom(
         pixels.data(), icon.size.width, icon.size.height, kBits, icon.size.width * kRgbaBytes, SDL_PIXELFORMAT_RGBA32));
     if (surface) SDL_SetWindowIcon(window_.get(), surface.get());
+}
+
+void DesktopWindow::ToggleFullScreen() {
+    if (!window_) return;
+    const bool isFull = (SDL_GetWindowFlags(window_.get()) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0;
+    // The display keeps its own mode; the new size comes as an event.
+    SDL_SetWindowFullscreen(window_.get(), isFull ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
+    // A window manager gives the window its size back; without one nobody does.
+    if (isFull && place_) SDL_SetWindowSize(window_.get(), place_->width, place_->height);
 }
 
 void DesktopWindow::Present(std::span<const PixelRect> damage) {
@@ -182,6 +215,10 @@ void DesktopWindow::HandleWindowEvent(const SDL_WindowEvent& event) {
     switch (event.event) {
         case SDL_WINDOWEVENT_SIZE_CHANGED:
             isResized_ = true;
+            NotePlace();
+            break;
+        case SDL_WINDOWEVENT_MOVED:
+            NotePlace();
             break;
         case SDL_WINDOWEVENT_EXPOSED:
             isExposed_ = true;
@@ -317,6 +354,22 @@ void DesktopWindow::TakePixels() {
     shadowSurface_.reset(SDL_CreateRGBSurfaceWithFormatFrom(shadow_.data(), target_->w, target_->h, kPixelBits,
                                                             static_cast<int>(stride), SDL_PIXELFORMAT_RGB888));
     pixels_ = painter_.WrapPixels(shadow_.data(), target_->w, target_->h, static_cast<int>(stride));
+}
+
+void DesktopWindow::NotePlace() {
+    constexpr Uint32 kElsewhere = SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MAXIMIZED | SDL_WINDOW_MINIMIZED;
+    if ((SDL_GetWindowFlags(window_.get()) & kElsewhere) != 0) return;
+    WindowPlace place;
+    SDL_GetWindowPosition(window_.get(), &place.x, &place.y);
+    SDL_GetWindowSize(window_.get(), &place.width, &place.height);
+    // A window manager puts the frame, not what is in it, where a new window asks to be.
+    int top = 0;
+    int left = 0;
+    if (SDL_GetWindowBordersSize(window_.get(), &top, &left, nullptr, nullptr) == 0) {
+        place.x -= left;
+        place.y -= top;
+    }
+    place_ = place;
 }
 
 void DesktopWindow::MeasureFrameInterval() {

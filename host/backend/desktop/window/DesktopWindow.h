@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "backend/Window.h"
@@ -22,8 +23,11 @@ public:
     /// The window has the screen's shape and is as large as the screen, or less where the desktop is smaller.
     [[nodiscard]] bool Open(std::string_view title, PixelSize screen, WindowListener& listener,
                             InputListener& input) override;
+    void SetPlace(const WindowPlace& place) override { wantedPlace_ = place; }
+    [[nodiscard]] std::optional<WindowPlace> Place() const override { return place_; }
     void Close() override;
     void SetIcon(const Image& icon) override;
+    void ToggleFullScreen() override;
 
     [[nodiscard]] PixelSize Size() const override { return pixels_->Size(); }
     [[nodiscard]] Surface& Pixels() override { return *pixels_; }
@@ -60,6 +64,8 @@ private:
     void SetVisibility(Visibility visibility);
     void TakePixels();
     void MeasureFrameInterval();
+    /// Unless the window fills the display, or is hidden, now.
+    void NotePlace();
 
     CairoPainter& painter_;
     std::unique_ptr<SDL_Window, WindowReleaser> window_;
@@ -82,6 +88,8 @@ private:
     bool isResized_ = false;
     bool isExposed_ = false;
     Microseconds frameInterval_;
+    std::optional<WindowPlace> wantedPlace_;
+    std::optional<WindowPlace> place_;
 };
 
 }  // namespace host

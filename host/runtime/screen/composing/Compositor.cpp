@@ -59,7 +59,9 @@ PixelRect Compositor::ToDevice(const PixelRect& phoneRect) const {
 }
 
 void Compositor::OnNodeDamaged(const Node& node) {
-    if (stack_.ScreenOf(node) == nullptr && stack_.Overlay() != &node) return;
+    const Node* overlay = stack_.Overlay();
+    const bool isOnOverlay = overlay != nullptr && node.IsWithin(*overlay);
+    if (stack_.ScreenOf(node) == nullptr && !isOnOverlay) return;
     damage_.Add(ToDevice(node.ScreenBounds()).Intersection(phoneArea_));
     isDirty_ = true;
 }
