@@ -1,56 +1,23 @@
 #include "SoundMeasure.h"
 
 #include <ebur128.h>
-#include <sndfile.h>
+
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <memory>
-#include <stdexcept>
+
+#include "measure/Fourier.h"
 
 namespace measure {
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
-using Complex = std::complex<double>;
-
-double Hann(std::size_t i, std::size_t count) {
-    return 0.5 - 0.5 * std::cos(2.0 * kPi * (static_cast<double>(i) + 0.5) / static_cast<double>(count));
-}
 
 // Soft ends for a transform, so that what is cut off there does not spread over all frequencies.
 double Faded(std::size_t i, std::size_t count, int rate) {
     constexpr double kFadeSeconds = 0.5;
     const double edge = (static_cast<double>(std::min(i, count - 1 - i)) + 0.5) / (kFadeSeconds * rate);
     return edge >= 1.0 ? 1.0 : 0.5 - 0.5 * std::cos(kPi * edge);
-}
-
-// In place, for a power of two (J. Cooley, J. Tukey, 1965).
-void Transform(std::vector<Complex>& x) {
-    const std::size_t n = x.size();
-    for (std::size_t i = 1, j = 0; i < n; ++i) {
-        std::size_t bit = n >> 1U;
-        for (; (j & bit) != 0; bit >>= 1U) {
-            j ^= bit;
-        }
-        j ^= bit;
-        if (i < j) {
-            std::swap(x[i], x[j]);
-        }
-    }
-    for (std::size_t length = 2; length <= n; length *= 2) {
-        std::vector<Complex> turn(length / 2);
-        for (std::size_t i = 0; i < turn.size(); ++i) {
-            turn[i] = std::polar(1.0, -2.0 * kPi * static_cast<double>(i) / static_cast<double>(length));
-        }
-        for (std::size_t from = 0; from < n; from += length) {
-            for (std::size_t i = from; i < from + length / 2; ++i) {
-                const Complex other = x[i + length / 2] * turn[i - from];
-                x[i + length / 2] = x[i] - other;
-                x[i] += other;
-            }
-        }
-    }
 }
 
 // How alike the window is to itself `lag` frames later, -1 to 1 (P. McLeod, G. Wyvill, "A smarter way to find pitch",
@@ -113,19 +80,6 @@ std::unique_ptr<ebur128_state, void (*)(ebur128_state*)> Meter(Samples samples, 
 
 }  // namespace
 
-Sound ReadSound(const std::string& path) {
-    SF_INFO info = {};
-    const std::unique_ptr<SNDFILE, int (*)(SNDFILE*)> file(sf_open(path.c_str(), SFM_READ, &info), sf_close);
-    if (!file || info.channels != 1) {
-        throw std::runtime_error(path + ": " + (file ? "not mono" : sf_strerror(nullptr)));
-    }
-    Sound sound{std::vector<float>(static_cast<std::size_t>(info.frames)), info.samplerate};
-    if (sf_readf_float(file.get(), sound.samples.data(), info.frames) != info.frames) {
-        throw std::runtime_error(path + ": does not decode to its end");
-    }
-    return sound;
-}
-
 double NoteHz(int octave, int semitone) {
     return 440.0 * std::exp2((octave - 4) + (semitone - 9) / 12.0);
 }
@@ -141,9 +95,7 @@ std::optional<double> PitchHz(Samples window, int rate) {
     constexpr double kNearlyBest = 0.95;  // of the best; the shortest such period is the fundamental's
     const auto shortest = static_cast<std::size_t>(rate / kHighestHz);
     const auto longest = static_cast<std::size_t>(rate / kLowestHz);
-    if (window.size() < 4 * longest) {
-        return std::nullopt;
-    }
+    if (window.size() < 4 * longest) return std::nullopt;
 
     std::vector<double> likeness(longest + 2);
     for (std::size_t lag = shortest - 1; lag < likeness.size(); ++lag) {
@@ -155,9 +107,7 @@ std::optional<double> PitchHz(Samples window, int rate) {
                                likeness[lag] >= likeness[lag + 1])) {
         ++lag;
     }
-    if (lag > longest || best < kLeastLikeness) {
-        return std::nullopt;
-    }
+    if (lag > longest || best < kLeastLikeness) return std::nullopt;
     const double bend = likeness[lag - 1] - 2.0 * likeness[lag] + likeness[lag + 1];
     const double shift = bend < 0.0 ? 0.5 * (likeness[lag - 1] - likeness[lag + 1]) / bend : 0.0;
 
@@ -172,9 +122,7 @@ std::optional<double> PitchHz(Samples window, int rate) {
 
 double RmsDb(Samples window) {
     double sum = 0.0;
-    for (const float x : window) {
-        sum += static_cast<double>(x) * static_cast<double>(x);
-    }
+    for (const float x : window) sum += static_cast<double>(x) * static_cast<double>(x);
     return sum > 0.0 ? 10.0 * std::log10(sum / static_cast<double>(window.size())) : kSilenceDb;
 }
 
@@ -188,9 +136,7 @@ std::vector<double> RmsDbWindows(Samples samples, std::size_t windowFrames) {
 
 double LargestStep(Samples samples) {
     float largest = 0.0F;
-    for (std::size_t i = 1; i < samples.size(); ++i) {
-        largest = std::max(largest, std::abs(samples[i] - samples[i - 1]));
-    }
+    for (std::size_t i = 1; i < samples.size(); ++i) largest = std::max(largest, std::abs(samples[i] - samples[i - 1]));
     return static_cast<double>(largest);
 }
 
@@ -203,9 +149,7 @@ std::vector<Gap> FindGaps(Samples samples, float level, std::size_t leastFrames)
     std::vector<Gap> gaps;
     for (std::size_t at = 0; at <= samples.size();) {
         const std::size_t quiet = Onset(samples.subspan(at), level).value_or(samples.size() - at);
-        if (quiet > 0 && quiet >= leastFrames) {
-            gaps.push_back({at, quiet});
-        }
+        if (quiet > 0 && quiet >= leastFrames) gaps.push_back({at, quiet});
         at += quiet + 1;
     }
     return gaps;
@@ -263,13 +207,9 @@ double TruePeakDb(Samples samples, int rate) {
 Spectrum::Spectrum(Samples samples, int rate) : frames_(samples.size()), rate_(rate) {
     // Twice the length, so that a correlation does not wrap around.
     std::size_t size = 1;
-    while (size < 2 * frames_) {
-        size *= 2;
-    }
+    while (size < 2 * frames_) size *= 2;
     std::vector<Complex> x(size);
-    for (std::size_t i = 0; i < frames_; ++i) {
-        x[i] = Faded(i, frames_, rate) * static_cast<double>(samples[i]);
-    }
+    for (std::size_t i = 0; i < frames_; ++i) x[i] = Faded(i, frames_, rate) * static_cast<double>(samples[i]);
     Transform(x);
     for (const Complex& bin : x) {
         power_.push_back(std::norm(bin));
@@ -303,9 +243,7 @@ double Spectrum::BandDb(double fromHz, double toHz) const {
 
 double Spectrum::NoiseDb(double fundamental) const {
     double sum = 0.0;
-    for (std::size_t bin = 0; bin < power_.size(); ++bin) {
-        sum += IsLine(bin, fundamental) ? 0.0 : power_[bin];
-    }
+    for (std::size_t bin = 0; bin < power_.size(); ++bin) sum += IsLine(bin, fundamental) ? 0.0 : power_[bin];
     return 10.0 * std::log10(sum / whole_);
 }
 

@@ -3,8 +3,9 @@
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
+
+#include "measure/SoundFile.h"
 
 // What can be heard, in figures, for tests of recordings: files of the package and what the speaker played. All
 // functions are pure; samples are mono with full scale at 1, levels are in decibels of full scale (a silent window has
@@ -14,14 +15,6 @@ namespace measure {
 using Samples = std::span<const float>;
 
 inline constexpr double kSilenceDb = -200.0;
-
-struct Sound {
-    std::vector<float> samples;
-    int rate = 0;  // frames a second
-};
-
-// Decodes a whole mono file. Throws std::runtime_error, naming the file, if it cannot.
-Sound ReadSound(const std::string& path);
 
 // Equal temperament with A4 = 440 Hz; semitone 0 is C.
 double NoteHz(int octave, int semitone);
@@ -56,7 +49,6 @@ struct Course {
     std::vector<double> cents;    // from the frequency that was followed
 
     static constexpr double kStepMs = 1.0;
-    static std::size_t At(double ms) { return static_cast<std::size_t>(ms / kStepMs); }
 };
 
 // Follows the partial at about `hz` within that bandwidth, both ways through a low-pass, so that nothing comes late.

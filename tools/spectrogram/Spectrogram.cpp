@@ -5,13 +5,11 @@
 //   brevant_spectrogram IN.wav FROM_MS TO_MS OUT.png
 
 #include <cairo.h>
-#include <sndfile.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <complex>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -20,11 +18,13 @@
 #include <string_view>
 #include <vector>
 
+#include "measure/Fourier.h"
+#include "measure/SoundFile.h"
+
 namespace {
 
-using Complex = std::complex<double>;
+using measure::Sound;
 
-constexpr double kPi = 3.14159265358979323846;
 constexpr int kHertzAPixel = 20;
 constexpr int kHighestHertz = 6000;
 constexpr int kTickPixels = 6;
@@ -38,54 +38,16 @@ constexpr std::size_t kTransform = 4096;
 
 constexpr double kStepDb = 6;
 
-struct Sound {
-    std::vector<float> samples;
-    int rate = 0;
-};
-
-Sound Read(const std::string& path) {
-    SF_INFO info{};
-    const std::unique_ptr<SNDFILE, int (*)(SNDFILE*)> file(sf_open(path.c_str(), SFM_READ, &info), sf_close);
-    if (!file || info.channels != 1) throw std::runtime_error(path + ": it is no sound of one channel");
-    Sound sound{std::vector<float>(static_cast<std::size_t>(info.frames)), info.samplerate};
-    if (sf_readf_float(file.get(), sound.samples.data(), info.frames) != info.frames) {
-        throw std::runtime_error(path + ": it does not decode to its end");
-    }
-    return sound;
-}
-
-// In place, of a power of two (J. Cooley, J. Tukey, 1965).
-void Transform(std::vector<Complex>& x) {
-    for (std::size_t i = 1, j = 0; i < x.size(); ++i) {
-        std::size_t bit = x.size() >> 1U;
-        for (; (j & bit) != 0; bit >>= 1U) j ^= bit;
-        j ^= bit;
-        if (i < j) std::swap(x[i], x[j]);
-    }
-    for (std::size_t length = 2; length <= x.size(); length *= 2) {
-        const Complex turn = std::polar(1.0, -2 * kPi / static_cast<double>(length));
-        for (std::size_t from = 0; from < x.size(); from += length) {
-            Complex at = 1;
-            for (std::size_t i = from; i < from + length / 2; ++i, at *= turn) {
-                const Complex other = x[i + length / 2] * at;
-                x[i + length / 2] = x[i] - other;
-                x[i] += other;
-            }
-        }
-    }
-}
-
 // The level of each of the transform's lower frequencies around a moment, in decibels of a full sine.
 std::vector<double> LevelsAt(const Sound& sound, double ms) {
-    std::vector<Complex> x(kTransform);
+    std::vector<measure::Complex> x(kTransform);
     const auto middle = static_cast<std::ptrdiff_t>(ms * sound.rate / kMsASecond);
     for (std::size_t i = 0; i < kWindow; ++i) {
         const std::ptrdiff_t at = middle - static_cast<std::ptrdiff_t>(kWindow / 2) + static_cast<std::ptrdiff_t>(i);
         if (at < 0 || at >= static_cast<std::ptrdiff_t>(sound.samples.size())) continue;
-        const double window = 0.5 - 0.5 * std::cos(2 * kPi * (static_cast<double>(i) + 0.5) / kWindow);
-        x[i] = window * static_cast<double>(sound.samples[static_cast<std::size_t>(at)]);
+        x[i] = measure::Hann(i, kWindow) * static_cast<double>(sound.samples[static_cast<std::size_t>(at)]);
     }
-    Transform(x);
+    measure::Transform(x);
     std::vector<double> levels;
     constexpr double kSilent = 1e-10;
     for (std::size_t i = 0; i < kTransform / 2; ++i) {
@@ -157,7 +119,7 @@ int main(int argc, char* argv[]) {
         const int to = ToMs(argv[3]);
         constexpr int kLongestMs = 10000;
         if (to <= from || to - from > kLongestMs) throw std::runtime_error("the time must be 1 to 10000 ms long");
-        Draw(Read(argv[1]), from, to, argv[4]);
+        Draw(measure::ReadSound(argv[1]), from, to, argv[4]);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "brevant_spectrogram: %s\n", error.what());
         return 1;
