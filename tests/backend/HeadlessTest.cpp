@@ -92,16 +92,6 @@ TEST_F(HeadlessTest, PullsEveryPeriodAtItsTimeWithoutDriftAfterTheStepOfThatTime
     EXPECT_EQ(speaker_.Underruns(), 0U);
 }
 
-TEST_F(HeadlessTest, PullsNoMoreOnceTheSpeakerIsClosed) {
-    heard_.onPull = [&] {
-        if (heard_.pulls.size() == 3) speaker_.Close();
-    };
-    speaker_.Open(heard_);
-    ScriptedClient client([](Microseconds) { return LoopClient::kNever; });
-    driver_.Run(client);
-    EXPECT_EQ(heard_.pulls.size(), 3U);
-}
-
 TEST_F(HeadlessTest, RunsAStepAtTheSameTimeWhenAPullWakesIt) {
     bool isNews = false;
     std::vector<Microseconds> told;

@@ -41,6 +41,15 @@ protected:
         return std::distance(fs::directory_iterator(folder_ / name), fs::directory_iterator());
     }
 
+    /// Does the same here and in another process at once; true if both can.
+    [[nodiscard]] static bool DoTwice(const std::function<bool(bool isChild)>& work) {
+        const pid_t child = ::fork();
+        if (child == 0) ::_exit(work(true) ? 0 : 1);
+        const bool isDone = work(false);
+        int status = 1;
+        return ::waitpid(child, &status, 0) == child && status == 0 && isDone;
+    }
+
     TemporaryFolder folder_;
     PosixStorage storage_{folder_.Path(), folder_ / "data/"};
     std::vector<std::byte> content_;
@@ -186,41 +195,29 @@ TEST_F(StorageTest, RemovesWhatAKilledWriteLeftBehind) {
 // Two programs that keep their settings in one folder, each taking the other's new file for a leftover.
 TEST_F(StorageTest, LosesNoWriteToAnotherProcessThatCleansUp) {
     constexpr int kWrites = 200;
-    const auto writeAll = [this](const char* text) {
+    EXPECT_TRUE(DoTwice([this](bool isChild) {
         for (int i = 0; i < kWrites; ++i) {
-            if (!storage_.Replace(folder_ / "info.ini", Bytes(text))) return false;
+            if (!storage_.Replace(folder_ / "info.ini", Bytes(isChild ? "the child's" : "the parent's"))) return false;
         }
         return true;
-    };
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(writeAll("the child's") ? 0 : 1);
-    EXPECT_TRUE(writeAll("the parent's"));
-    int status = 1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
+    }));
     EXPECT_EQ(Entries(), 1);
 }
 
 // Two programs that share their settings: each adds to what the other one has written.
 TEST_F(StorageTest, UpdatesWhatAnotherProcessUpdatesWithoutLosingAnything) {
     constexpr int kUpdates = 200;
-    const auto addAll = [this](char mark) {
-        const auto add = [mark](std::span<const std::byte> content) {
+    EXPECT_TRUE(DoTwice([this](bool isChild) {
+        const auto add = [isChild](std::span<const std::byte> content) {
             std::vector<std::byte> longer(content.begin(), content.end());
-            longer.push_back(static_cast<std::byte>(mark));
+            longer.push_back(static_cast<std::byte>(isChild ? 'c' : 'p'));
             return longer;
         };
         for (int i = 0; i < kUpdates; ++i) {
             if (!storage_.Update(folder_ / "data/info.ini", kLimit, add)) return false;
         }
         return true;
-    };
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(addAll('c') ? 0 : 1);
-    EXPECT_TRUE(addAll('p'));
-    int status = 1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
+    }));
     const std::string content = folder_.Read("data/info.ini");
     EXPECT_EQ(std::count(content.begin(), content.end(), 'c'), kUpdates);
     EXPECT_EQ(std::count(content.begin(), content.end(), 'p'), kUpdates);

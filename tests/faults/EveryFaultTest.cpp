@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <functional>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -54,6 +53,8 @@ protected:
         GTEST_SKIP() << "a sanitiser's library must be the first one";
 #endif
     }
+
+    static void DoNothing() {}
 
     /// Runs the program with each fault at the first, second ... call until that is not reached any more. `prepare`
     /// and `examine` stand around each run. Returns how many faults struck.
@@ -156,29 +157,32 @@ TEST_F(EveryFault, LeavesTheOldOrTheNewSettings) {
 }
 
 TEST_F(EveryFault, LeavesARecordingThatIsWhole) {
-    const std::vector<std::string> arguments = {"--data",         run_.Folder() / "data", "--record",
-                                                Out() + "/r.wav", "--performance",        Performance("300 quit\n")};
+    const std::vector<std::string> arguments = {"--data",        run_.Folder() / "data",
+                                                "--record",      Out() + "/r.wav",
+                                                "--performance", Performance("2600 breath 0.5\n2900 quit\n")};
+    ASSERT_EQ(0, (fs::create_directory(Out()), Start(arguments))) << run_.Errors();
+    const std::string whole = Read("r.wav");
     constexpr std::size_t kHeaderBytes = 44;
     constexpr std::size_t kDataSizeAt = 40;
-    const int struck = RunAll(
-        arguments, [] {},
-        [&](const Injected& injected, int status) {
-            const std::string wav = Read("r.wav");
-            if (wav.size() > kHeaderBytes && std::memcmp(wav.data(), "RIFF", 4) == 0) {
-                std::uint32_t bytes = 0;
-                std::memcpy(&bytes, wav.data() + kDataSizeAt, sizeof bytes);
-                EXPECT_LE(bytes, wav.size() - kHeaderBytes) << "the header promises no more than there is";
-            }
-            if (injected.Kills()) return;
-            if (injected.IsShort()) {
-                EXPECT_EQ(0, status) << "the rest is written by a second call";
-            } else if (injected.call == "open") {
-                EXPECT_TRUE(status == 0 || status == 2) << status;
-            } else {
-                EXPECT_EQ(1, status);
-            }
-            if (status != 0) ExpectOneLineAbout("r.wav");
-        });
+    const int struck = RunAll(arguments, DoNothing, [&](const Injected& injected, int status) {
+        const std::string wav = Read("r.wav");
+        if (wav.size() > kHeaderBytes && std::memcmp(wav.data(), "RIFF", 4) == 0) {
+            std::uint32_t bytes = 0;
+            std::memcpy(&bytes, wav.data() + kDataSizeAt, sizeof bytes);
+            ASSERT_LE(bytes, wav.size() - kHeaderBytes) << "the header promises no more than there is";
+            const auto behindHeader = [&](const std::string& file) { return file.substr(kHeaderBytes, bytes); };
+            EXPECT_TRUE(behindHeader(wav) == behindHeader(whole)) << "what it promises is what was played";
+        }
+        if (injected.Kills()) return;
+        if (injected.IsShort()) {
+            EXPECT_EQ(0, status) << "the rest is written by a second call";
+        } else if (injected.call == "open") {
+            EXPECT_TRUE(status == 0 || status == 2) << status;
+        } else {
+            EXPECT_EQ(1, status);
+        }
+        if (status != 0) ExpectOneLineAbout("r.wav");
+    });
     EXPECT_GT(struck, 5);
 }
 
@@ -188,40 +192,44 @@ TEST_F(EveryFault, LeavesAMidiFileThatIsWhole) {
         "--midi-file",   Out() + "/m.mid",
         "--performance", Performance("2300 touch 0 down 180 536\n+100 peak 255\n+700 peak 130\n+700 quit\n")};
     std::size_t most = 0;
-    const int struck = RunAll(
-        arguments, [] {},
-        [&](const Injected& injected, int status) {
-            const std::string content = Read("m.mid");
-            if (injected.Kills()) {
-                std::size_t events = 0;
-                if (!content.empty()) {
-                    EXPECT_NO_THROW(events = MidiReader(content).Read(MidiReader::Writer::kKilled).size());
-                }
-                most = std::max(most, events);
-                return;
+    const int struck = RunAll(arguments, DoNothing, [&](const Injected& injected, int status) {
+        const std::string content = Read("m.mid");
+        if (injected.Kills()) {
+            std::size_t events = 0;
+            if (!content.empty()) {
+                EXPECT_NO_THROW(events = MidiReader(content).Read(MidiReader::Writer::kKilled).size());
             }
-            EXPECT_TRUE(injected.IsShort() || injected.call == "open" || status == 1) << status;
-            if (status != 0) ExpectOneLineAbout("m.mid");
-        });
+            most = std::max(most, events);
+            return;
+        }
+        EXPECT_TRUE(injected.IsShort() || injected.call == "open" || status == 1) << status;
+        if (status != 0) ExpectOneLineAbout("m.mid");
+    });
     EXPECT_GT(struck, 5);
     EXPECT_GT(most, 3U) << "a kill leaves what was written before";
 }
 
-TEST_F(EveryFault, LeavesATraceOfWholeLines) {
-    const std::vector<std::string> arguments = {"--data",           run_.Folder() / "data", "--trace",
-                                                Out() + "/t.jsonl", "--performance",        Performance("100 quit\n")};
-    const int struck = RunAll(
-        arguments, [] {},
-        [&](const Injected& injected, int status) {
-            const std::string trace = Read("t.jsonl");
-            std::istringstream lines(trace.substr(0, trace.rfind('\n') + 1));
-            for (std::string line; std::getline(lines, line);) EXPECT_TRUE(nlohmann::json::accept(line)) << line;
-            EXPECT_TRUE(trace.empty() || trace.back() == '\n') << "nothing is cut in a line";
-            if (injected.Kills()) return;
-            EXPECT_TRUE(injected.IsShort() || injected.call == "open" || status == 1) << status;
-            if (status != 0) ExpectOneLineAbout("t.jsonl");
+TEST_F(EveryFault, LeavesAFileOfWholeLinesThatCanBeRead) {
+    const std::string tune = Performance("20 touch 0 down 9 9\n300 peak 200\n1500 touch 0 up\n1600 key back press\n");
+    for (const std::string option : {"trace", "keep-performance"}) {
+        const std::vector<std::string> arguments = {"--data",         run_.Folder() / "data", "--" + option,
+                                                    Out() + "/lines", "--performance",        tune};
+        const int struck = RunAll(arguments, DoNothing, [&](const Injected& injected, int status) {
+            const std::string text = Read("lines");
+            EXPECT_TRUE(text.empty() || text.back() == '\n') << "nothing is cut in a line";
+            if (!injected.Kills()) {
+                EXPECT_TRUE(injected.IsShort() || injected.call == "open" || status == 1) << status;
+                if (status != 0) ExpectOneLineAbout("lines");
+            }
+            if (option == "trace") {
+                EXPECT_NO_THROW(ReadTraceLines(text));
+            } else if (!text.empty()) {
+                EXPECT_EQ(0, Start({"--data", run_.Folder() / "data", "--performance", Out() + "/lines"}))
+                    << run_.Errors();
+            }
         });
-    EXPECT_GT(struck, 5);
+        EXPECT_GT(struck, 5) << option;
+    }
 }
 
 TEST_F(EveryFault, LeavesAWholeScreenshotOrNone) {
@@ -231,42 +239,16 @@ TEST_F(EveryFault, LeavesAWholeScreenshotOrNone) {
     ASSERT_EQ(0, (fs::create_directory(Out()), Start(arguments))) << run_.Errors();
     const std::string whole = Read("s.png");
     ASSERT_GT(whole.size(), 1000U);
-    const int struck = RunAll(
-        arguments, [] {},
-        [&](const Injected& injected, int status) {
-            const std::string png = Read("s.png");
-            EXPECT_TRUE(png.empty() || png == whole);
-            if (injected.Kills()) return;
-            // A file that does not close may be lost although it looks whole.
-            EXPECT_EQ(png == whole && injected.call != "close" ? 0 : 1, status);
-            if (status != 0) ExpectOneLineAbout("s.png");
-            EXPECT_LE(std::distance(fs::directory_iterator(Out()), fs::directory_iterator()), 1);
-        });
+    const int struck = RunAll(arguments, DoNothing, [&](const Injected& injected, int status) {
+        const std::string png = Read("s.png");
+        EXPECT_TRUE(png.empty() || png == whole);
+        if (injected.Kills()) return;
+        // A file that does not close may be lost although it looks whole.
+        EXPECT_EQ(png == whole && injected.call != "close" ? 0 : 1, status);
+        if (status != 0) ExpectOneLineAbout("s.png");
+        EXPECT_LE(std::distance(fs::directory_iterator(Out()), fs::directory_iterator()), 1);
+    });
     EXPECT_GT(struck, 3);
-}
-
-TEST_F(EveryFault, LeavesAKeptPerformanceThatPlays) {
-    const std::vector<std::string> arguments = {
-        "--data",
-        run_.Folder() / "data",
-        "--keep-performance",
-        Out() + "/k.performance",
-        "--performance",
-        Performance("20 touch 0 down 9 9\n300 peak 200\n1500 touch 0 up\n1600 key back press\n")};
-    const int struck = RunAll(
-        arguments, [] {},
-        [&](const Injected& injected, int status) {
-            const std::string kept = Read("k.performance");
-            EXPECT_TRUE(kept.empty() || kept.back() == '\n') << "nothing is cut in a line";
-            if (!injected.Kills()) {
-                EXPECT_TRUE(injected.IsShort() || injected.call == "open" || status == 1) << status;
-                if (status != 0) ExpectOneLineAbout("k.performance");
-            }
-            if (kept.empty()) return;
-            EXPECT_EQ(0, Start({"--data", run_.Folder() / "data", "--performance", Out() + "/k.performance"}))
-                << run_.Errors();
-        });
-    EXPECT_GT(struck, 5);
 }
 
 TEST_F(EveryFault, OfReadingIsToldWithTheFilesName) {

@@ -67,76 +67,54 @@ Fault StrikeAt(const char* call, Where where) {
     return IsInFolder(where) ? Strike(call) : Fault::kNone;
 }
 
-ssize_t ReadNext(const char* name, int file, void* bytes, size_t count, off_t offset) {
-    if (StrikeAt("read", file) == Fault::kError) return -1;
-    return Next<ssize_t(int, void*, size_t, off_t)>(name)(file, bytes, count, offset);
-}
-
-int OpenNext(const char* name, const char* path, int flags, mode_t mode) {
-    if (StrikeAt("open", path) == Fault::kError) return -1;
-    return Next<int(const char*, int, ...)>(name)(path, flags, mode);
-}
-
-mode_t ModeOf(int flags, va_list rest) {
-    return (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
+// A short write takes half of what it is given.
+std::size_t Cut(Fault fault, std::size_t count) {
+    return fault == Fault::kShort ? (count + 1) / 2 : count;
 }
 
 }  // namespace
 
-// The system's own names, with and without the width of its offsets.
 extern "C" {
 
 int open(const char* path, int flags, ...) {
     va_list rest;
     va_start(rest, flags);
-    const mode_t mode = ModeOf(flags, rest);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
     va_end(rest);
-    return OpenNext("open", path, flags, mode);
-}
-
-int open64(const char* path, int flags, ...) {
-    va_list rest;
-    va_start(rest, flags);
-    const mode_t mode = ModeOf(flags, rest);
-    va_end(rest);
-    return OpenNext("open64", path, flags, mode);
+    if (StrikeAt("open", path) == Fault::kError) return -1;
+    return Next<int(const char*, int, ...)>("open")(path, flags, mode);
 }
 
 int mkostemp(char* path, int flags) {
-    if (StrikeAt("open", path) == Fault::kError) return -1;
-    return Next<int(char*, int)>("mkostemp")(path, flags);
+    return StrikeAt("open", path) == Fault::kError ? -1 : Next<int(char*, int)>("mkostemp")(path, flags);
 }
 
-int mkostemp64(char* path, int flags) {
-    if (StrikeAt("open", path) == Fault::kError) return -1;
-    return Next<int(char*, int)>("mkostemp64")(path, flags);
+ssize_t pread(int file, void* bytes, size_t count, off_t offset) {
+    if (StrikeAt("read", file) == Fault::kError) return -1;
+    return Next<ssize_t(int, void*, size_t, off_t)>("pread")(file, bytes, count, offset);
 }
+
+// The names that tell the width of an offset mean the same: it has 64 bits anyway.
+static_assert(sizeof(off_t) == sizeof(off64_t));
+int open64(const char* path, int flags, ...) __attribute__((alias("open")));
+int mkostemp64(char* path, int flags) __attribute__((alias("mkostemp")));
+ssize_t pread64(int file, void* bytes, size_t count, off_t offset) __attribute__((alias("pread")));
 
 ssize_t read(int file, void* bytes, size_t count) {
     if (StrikeAt("read", file) == Fault::kError) return -1;
     return Next<ssize_t(int, void*, size_t)>("read")(file, bytes, count);
 }
 
-ssize_t pread(int file, void* bytes, size_t count, off_t offset) {
-    return ReadNext("pread", file, bytes, count, offset);
-}
-
-ssize_t pread64(int file, void* bytes, size_t count, off_t offset) {
-    return ReadNext("pread64", file, bytes, count, offset);
-}
-
 ssize_t write(int file, const void* bytes, size_t count) {
     const Fault fault = StrikeAt("write", file);
     if (fault == Fault::kError) return -1;
-    if (fault == Fault::kShort) count = (count + 1) / 2;
-    return Next<ssize_t(int, const void*, size_t)>("write")(file, bytes, count);
+    return Next<ssize_t(int, const void*, size_t)>("write")(file, bytes, Cut(fault, count));
 }
 
 ssize_t pwrite(int file, const void* bytes, size_t count, off_t offset) {
     const Fault fault = StrikeAt("write", file);
     if (fault == Fault::kError) return -1;
-    if (fault == Fault::kShort) count = (count + 1) / 2;
-    return Next<ssize_t(int, const void*, size_t, off_t)>("pwrite")(file, bytes, count, offset);
+    return Next<ssize_t(int, const void*, size_t, off_t)>("pwrite")(file, bytes, Cut(fault, count), offset);
 }
 
 int fsync(int file) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <iterator>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -11,11 +9,11 @@
 #include "Tizen/Base/String.h"
 #include "Tizen/Ui/Controls/Frame.h"
 #include "play/BrevantForm.h"
-#include "play/FingeringTable.h"
 #include "runtime/sound/Sound.h"
 #include "shared/JLib.h"
 #include "sound/PitchPlayer.h"
 #include "support/TestPhone.h"
+#include "support/TraceLines.h"
 
 namespace {
 
@@ -23,18 +21,10 @@ using Tizen::Base::String;
 
 constexpr int kPlayingMs = 2600;  // the splash is over by then
 
-host::Options TracedInto(const TemporaryFolder& folder) {
-    host::Options options;
-    options.trace = folder / "trace.jsonl";
-    return options;
-}
-
 // What happened to the player and to pictures of controls from `fromMs` on, in words.
 std::vector<std::string> Happened(const TemporaryFolder& folder, double fromMs) {
     std::vector<std::string> words;
-    std::istringstream lines(folder.Read("trace.jsonl"));
-    for (std::string line; std::getline(lines, line);) {
-        const auto thing = nlohmann::json::parse(line);
+    for (const auto& thing : ReadTraceLines(folder.Read("trace.jsonl"))) {
         if (thing["ms"].get<double>() < fromMs) continue;
         if (thing["what"] == "player" && thing["event"] == "open") words.push_back(thing["file"]);
         if (thing["what"] == "player" && thing["event"] == "close") words.push_back("close");
@@ -85,32 +75,12 @@ TEST(ScreenMetrics, FollowTheScreen) {
     EXPECT_EQ(36, JLib::__fontSizeNormal);
 }
 
-TEST(Fingering, GivesEveryMaskItsTone) {
-    struct Row {
-        const char* covered;  // the holes top left, top right, bottom left, bottom right
-        int octave;
-        int semitone;
-    };
-    // In the order of the masks: the top left hole counts 1, the bottom right one 8.
-    const Row rows[] = {
-        {"....", 5, 0}, {"x...", 4, 1}, {".x..", 4, 11}, {"xx..", 4, 3}, {"..x.", 4, 9}, {"x.x.", 4, 5},
-        {".xx.", 4, 8}, {"xxx.", 4, 4}, {"...x", 4, 10}, {"x..x", 3, 9}, {".x.x", 3, 7}, {"xx.x", 3, 11},
-        {"..xx", 4, 7}, {"x.xx", 4, 2}, {".xxx", 4, 6},  {"xxxx", 4, 0},
-    };
-    ASSERT_EQ(std::size(kFingeringTable), std::size(rows));
-    for (const Row& row : rows) {
-        std::size_t mask = 0;
-        for (int hole = 0; hole < 4; ++hole) mask |= row.covered[hole] == 'x' ? 1U << hole : 0U;
-        EXPECT_EQ(row.octave, kFingeringTable[mask].octave) << row.covered;
-        EXPECT_EQ(row.semitone, kFingeringTable[mask].semitone) << row.covered;
-    }
-}
-
 TEST(Breath, SoundsAboveAFifthOfFullScaleAndOnlyOnceWhileItLasts) {
     const TemporaryFolder traces;
-    JLib::__strRegFilePath.Clear();
     {
-        TestPhone phone(TracedInto(traces));
+        host::Options options;
+        options.trace = traces / "trace.jsonl";
+        TestPhone phone(options);
         const auto report = [&phone](int ms, unsigned char peak) {
             phone.At(ms, [peak] {
                 auto* pForm =
@@ -127,7 +97,6 @@ TEST(Breath, SoundsAboveAFifthOfFullScaleAndOnlyOnceWhileItLasts) {
         }
         phone.RunOcarina(ms + 200);
     }
-    JLib::__strRegFilePath.Clear();
     const std::vector<std::string> expected = {
         "volume_3.png",      // 152: nothing sounds
         "ocarina_5_00.ogg",  // 153, in the same step of the display

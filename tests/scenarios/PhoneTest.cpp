@@ -4,17 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "backend/headless/HeadlessBackend.h"
 #include "backend/headless/VirtualClock.h"
-#include "shared/JLib.h"
 #include "support/ProgramRun.h"
 #include "support/TemporaryFolder.h"
+#include "support/TestPhone.h"
 
 extern "C" int OspMain(int argc, char* argv[]);
 
@@ -23,28 +19,11 @@ namespace {
 using host::Microseconds;
 
 // Its surroundings own the thread, as a browser does: the loop takes the client and returns.
-class ReturningBackend final : public host::Backend, public host::LoopDriver {
-public:
-    explicit ReturningBackend(const host::BackendOptions& options) : headless_(host::CreateHeadlessBackend(options)) {}
-
-    [[nodiscard]] host::BackendParts Parts() override {
-        const host::BackendParts parts = headless_->Parts();
-        return {parts.clock, *this, parts.window, parts.painter, parts.speaker, parts.microphone, parts.storage};
-    }
-    void Run(host::LoopClient& client) override { client_ = &client; }
+struct ReturningLoop final : host::LoopDriver {
+    void Run(host::LoopClient& taken) override { client = &taken; }
     void Wake() noexcept override {}
 
-    static std::unique_ptr<host::Backend> Create(const host::BackendOptions& options) {
-        auto backend = std::make_unique<ReturningBackend>(options);
-        latest = backend.get();
-        return backend;
-    }
-    static inline ReturningBackend* latest = nullptr;
-
-    host::LoopClient* client_ = nullptr;
-
-private:
-    std::unique_ptr<host::Backend> headless_;
+    host::LoopClient* client = nullptr;
 };
 
 }  // namespace
@@ -52,41 +31,37 @@ private:
 TEST(Phone, LivesOnWhereTheLoopReturnsAtOnce) {
     const TemporaryFolder folder;
     folder.Write("tune.performance", "3000 breath 0.8\n3500 key back press\n3501 key back release\n");
-    JLib::__strRegFilePath.Clear();
     host::Options options;
-    options.rest = {"brevant"};
     options.performance = folder / "tune.performance";
     options.trace = folder / "trace.jsonl";
-    const host::BackendEntry entry{"returning", host::Attendance::kAttended, host::MicrophoneSupport::kNone,
-                                   host::IsHeadlessAvailable, ReturningBackend::Create};
-    host::Phone phone(entry, {BREVANT_PACKAGE, folder / "data/"}, options);
-    std::string problem;
-    ASSERT_TRUE(phone.Open(problem)) << problem;
+    ReturningLoop loop;
+    host::VirtualClock* clock = nullptr;
+    TestPhone phone(options, BREVANT_PACKAGE, [&](const host::BackendParts& parts) {
+        clock = dynamic_cast<host::VirtualClock*>(&parts.clock);
+        return host::BackendParts{parts.clock,      loop,         parts.window, parts.painter, parts.speaker,
+                                  parts.microphone, parts.storage};
+    });
     std::vector<int> ends;
-    phone.Run(OspMain, [&ends](int status) { ends.push_back(status); });
+    phone.GetPhone().Run(OspMain, [&ends](int status) { ends.push_back(status); });
     // The entry point has returned, and the application is alive.
-    ASSERT_NE(nullptr, ReturningBackend::latest->client_);
+    ASSERT_NE(nullptr, loop.client);
     EXPECT_TRUE(ends.empty());
 
-    host::LoopClient& client = *ReturningBackend::latest->client_;
-    auto& clock = dynamic_cast<host::VirtualClock&>(ReturningBackend::latest->Parts().clock);
+    host::LoopClient& client = *loop.client;
     for (int step = 0; step < 10'000 && !client.HasEnded(); ++step) {
-        const Microseconds due = client.RunStep(clock.Now());
-        if (due != host::LoopClient::kNever) clock.AdvanceTo(due);
+        const Microseconds due = client.RunStep(clock->Now());
+        if (due != host::LoopClient::kNever) clock->AdvanceTo(due);
     }
     EXPECT_EQ(std::vector<int>{0}, ends);
-    EXPECT_EQ(host::LoopClient::kNever, client.RunStep(clock.Now())) << "a step too many does nothing";
+    EXPECT_EQ(host::LoopClient::kNever, client.RunStep(clock->Now())) << "a step too many does nothing";
 
     std::vector<std::string> told;
-    std::istringstream lines(folder.Read("trace.jsonl"));
-    for (std::string line; std::getline(lines, line);) {
-        const auto thing = nlohmann::json::parse(line);
-        if (thing["what"] == "player" && thing["event"] == "open") told.push_back(thing["file"]);
-        if (thing["what"] == "app") told.push_back(thing["event"]);
+    for (const auto& line : ReadTraceLines(folder.Read("trace.jsonl"))) {
+        if (line["what"] == "player" && line["event"] == "open") told.push_back(line["file"]);
+        if (line["what"] == "app") told.push_back(line["event"]);
     }
     EXPECT_EQ((std::vector<std::string>{"initialized", "foreground", "ocarina_5_00.ogg", "terminating", "ended"}),
               told);
-    JLib::__strRegFilePath.Clear();
 }
 
 // A tone goes on in the background; the finger that was down is lifted when the application is back, and only then.

@@ -4,14 +4,15 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "backend/cairo/CairoPainter.h"
 #include "runtime/sound/Sound.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestPhone.h"
+#include "support/TestWindow.h"
+#include "support/TraceLines.h"
 
 namespace {
 
@@ -19,52 +20,22 @@ using namespace host;
 
 constexpr PixelSize kPhone{360, 640};
 
-class WindowOfAnySize final : public Window {
-public:
-    explicit WindowOfAnySize(Painter& painter) : painter_(painter) { pixels_ = painter.CreateSurface(firstSize, 1); }
-
-    bool Open(std::string_view, PixelSize, WindowListener&, InputListener& input) override {
-        input_ = &input;
-        return true;
+// A phone in a window whose size a test sets.
+struct WindowedPhone {
+    explicit WindowedPhone(PixelSize size, Options options = {})
+        : window(painter, size),
+          phone(OnSmallScreen(std::move(options)), BREVANT_PACKAGE, [this](const BackendParts& parts) {
+              return BackendParts{parts.clock,   parts.loopDriver, window,       parts.painter,
+                                  parts.speaker, parts.microphone, parts.storage};
+          }) {}
+    static Options OnSmallScreen(Options options) {
+        options.screen = kPhone;
+        return options;
     }
-    void Close() override { input_ = nullptr; }
-    PixelSize Size() const override { return pixels_->Size(); }
-    Surface& Pixels() override { return *pixels_; }
-    void Present(std::span<const PixelRect>) override {}
-    Microseconds FrameInterval() const override { return 16'667; }
 
-    void Resize(PixelSize size) {
-        pixels_ = painter_.CreateSurface(size, 1);
-        input_->OnResized();
-    }
-    InputListener& Input() { return *input_; }
-
-    static inline PixelSize firstSize = kPhone;
-
-private:
-    Painter& painter_;
-    std::unique_ptr<Surface> pixels_;
-    InputListener* input_ = nullptr;
-};
-
-class WindowedBackend final : public Backend {
-public:
-    explicit WindowedBackend(const BackendOptions& options)
-        : headless_(CreateHeadlessBackend(options)), window_(headless_->Parts().painter) {
-        latest = &window_;
-    }
-    BackendParts Parts() override {
-        const BackendParts parts = headless_->Parts();
-        return {parts.clock, parts.loopDriver, window_, parts.painter, parts.speaker, parts.microphone, parts.storage};
-    }
-    static std::unique_ptr<Backend> Create(const BackendOptions& options) {
-        return std::make_unique<WindowedBackend>(options);
-    }
-    static inline WindowOfAnySize* latest = nullptr;
-
-private:
-    std::unique_ptr<Backend> headless_;
-    WindowOfAnySize window_;
+    CairoPainter painter;
+    TestWindow window;
+    TestPhone phone;
 };
 
 PixelSize Times(double scale) {
@@ -86,30 +57,20 @@ int SharpestEdge(const Image& image, PixelSize size, int x) {
     return sharpest;
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    return lines;
-}
-
 }  // namespace
 
 // A picture that was enlarged afterwards would have its steps spread over as many pixels as the scale says.
 TEST(Scale, TheScreenIsAsSharpAtEverySizeOfTheWindow) {
     std::vector<int> edges;
     for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
-        WindowOfAnySize::firstSize = Times(scale);
-        Options options;
-        options.screen = kPhone;
-        TestPhone phone(options, BREVANT_PACKAGE, WindowedBackend::Create);
-        phone.At(2900, [&] {
+        WindowedPhone rig(Times(scale));
+        rig.phone.At(2900, [&] {
             const PixelSize size = Times(scale);
-            const Image image = WindowedBackend::latest->Pixels().Read({0, 0, size.width, size.height});
+            const Image image = rig.window.Pixels().Read({0, 0, size.width, size.height});
             // Through the middle of the menu button's bars.
             edges.push_back(SharpestEdge(image, size, static_cast<int>(38 * scale)));
         });
-        phone.RunOcarina(3000);
+        rig.phone.RunOcarina(3000);
     }
     ASSERT_EQ(4U, edges.size());
     for (std::size_t i = 0; i < edges.size(); ++i) {
@@ -120,26 +81,28 @@ TEST(Scale, TheScreenIsAsSharpAtEverySizeOfTheWindow) {
 
 TEST(Scale, AWindowThatChangesWhileANoteSoundsIsNotHeardAndLiftsNoFinger) {
     const auto play = [](bool isResized) {
-        WindowOfAnySize::firstSize = kPhone;
         const TemporaryFolder folder;
         Options options;
-        options.screen = kPhone;
         options.record = folder / "r.wav";
         options.trace = folder / "t.jsonl";
-        TestPhone phone(options, BREVANT_PACKAGE, WindowedBackend::Create);
+        WindowedPhone rig(kPhone, options);
+        TestPhone& phone = rig.phone;
         Capture& capture = phone.GetRuntime().GetSound().GetCapture();
         phone.At(2600, [&capture] { capture.SetKeyBreath(0.8); });
         // The top left hole.
-        phone.At(2800, [] { WindowedBackend::latest->Input().OnTouch({1, TouchPhase::kDown, 90, 268}); });
+        phone.At(2800, [&rig] { rig.window.input_->OnTouch({1, TouchPhase::kDown, 90, 268}); });
         if (isResized) {
             for (int i = 0; i < 30; ++i) {
-                phone.At(3000 + 33 * i, [i] { WindowedBackend::latest->Resize(Times(0.5 + 0.05 * i)); });
+                phone.At(3000 + 33 * i, [&rig, i] {
+                    rig.window.Resize(Times(0.5 + 0.05 * i));
+                    rig.window.input_->OnResized();
+                });
             }
         }
         phone.RunOcarina(4500);
         std::string told;
-        for (const std::string& line : Lines(folder.Read("t.jsonl"))) {
-            if (line.find("\"what\":\"player\"") != std::string::npos) told += line + '\n';
+        for (const auto& line : ReadTraceLines(folder.Read("t.jsonl"))) {
+            if (line["what"] == "player") told += line.dump() + '\n';
         }
         return std::pair(folder.Read("r.wav"), told);
     };

@@ -12,6 +12,7 @@
 
 #include "package/SoundMeasure.h"
 #include "play/FingeringTable.h"
+#include "scenarios/Performing.h"
 #include "support/ProgramRun.h"
 
 namespace {
@@ -19,27 +20,8 @@ namespace {
 using measure::Course;
 using measure::Samples;
 
-constexpr int kRate = 44100;
-constexpr int kHoles = 4;
-constexpr int kMasks = 16;
-constexpr int kPlayMs = 3000;  // The splash is over by then.
-constexpr std::array<const char*, kHoles> kKeys = {"KeyR", "KeyU", "KeyF", "KeyJ"};
 constexpr double kC4 = 261.63;
 constexpr double kThirdOfOctave = 1.26;
-
-Samples Between(Samples sound, double beginMs, double endMs) {
-    const auto frame = [](double ms) { return static_cast<std::size_t>(ms * kRate / 1000); };
-    return sound.subspan(frame(beginMs), frame(endMs) - frame(beginMs));
-}
-
-std::string Finger(int ms, int mask) {
-    std::string lines;
-    for (int hole = 0; hole < kHoles; ++hole) {
-        const char* what = (mask & 1 << hole) != 0 ? " press\n" : " release\n";
-        lines += std::to_string(ms) + " key " + kKeys[static_cast<std::size_t>(hole)] + what;
-    }
-    return lines;
-}
 
 double HzOf(int mask) {
     const Tone& tone = kFingeringTable[static_cast<std::size_t>(mask)];

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,22 +32,15 @@ const AccessibleItem& Named(const host::AccessibleScreen& screen, const std::str
 Lines Summary(const host::AccessibleScreen& screen) {
     Lines lines;
     for (const AccessibleItem& item : screen.items) {
-        switch (item.role) {
-            case AccessibleRole::kText:
-                break;
-            case AccessibleRole::kHeading:
-                lines.push_back("heading " + item.name);
-                break;
-            case AccessibleRole::kButton:
-                lines.push_back("button " + item.name);
-                break;
-            case AccessibleRole::kSwitch:
-                lines.push_back("switch " + item.name + (item.isOn ? " on" : " off"));
-                break;
-            case AccessibleRole::kSlider:
-                lines.push_back("slider " + item.name + ' ' + std::to_string(item.value) + " of " +
-                                std::to_string(item.most));
-                break;
+        if (item.role == AccessibleRole::kText) continue;
+        const std::map<AccessibleRole, std::string> kinds = {{AccessibleRole::kHeading, "heading "},
+                                                             {AccessibleRole::kButton, "button "},
+                                                             {AccessibleRole::kSwitch, "switch "},
+                                                             {AccessibleRole::kSlider, "slider "}};
+        lines.push_back(kinds.at(item.role) + item.name);
+        if (item.role == AccessibleRole::kSwitch) lines.back() += item.isOn ? " on" : " off";
+        if (item.role == AccessibleRole::kSlider) {
+            lines.back() += ' ' + std::to_string(item.value) + " of " + std::to_string(item.most);
         }
     }
     return lines;

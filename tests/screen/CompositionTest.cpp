@@ -171,18 +171,6 @@ TEST(Composition, LeavesHiddenThingsUndrawn) {
     EXPECT_EQ(1, rig.Recorder("child").draws_);
 }
 
-TEST(Composition, DimsWhatLiesUnderAPopupAndShowsItAgainAfterwards) {
-    ScreenRig rig;
-    rig.ShowForm().SetBackground({200, 100, 50, 255});
-    rig.ShowPopup("popup", {10, 10, 20, 20}).SetBackground(kGreen);
-    rig.Compose();
-    EXPECT_EQ(kGreen, rig.Pixel(15, 15));
-    EXPECT_NEAR(100, rig.Pixel(50, 50).red, 2);
-    rig.Destroy("popup");
-    rig.Compose();
-    EXPECT_EQ((Rgba{200, 100, 50, 255}), rig.Pixel(15, 15));
-}
-
 TEST(Composition, FollowsTheWindowsSizeWithEveryVisibleControl) {
     ScreenRig rig;
     auto& form = rig.ShowForm();
@@ -209,20 +197,6 @@ TEST(Composition, FollowsTheWindowsSizeWithEveryVisibleControl) {
     EXPECT_EQ(kBlack, rig.Pixel(375, 250));
 }
 
-TEST(Composition, BlendsATranslucentControlOnceHoweverOftenItIsComposed) {
-    ScreenRig rig;
-    auto& form = rig.ShowForm();
-    form.SetBackground(kBlue);
-    auto& panel = rig.Add("panel", {0, 0, 50, 50}, &form);
-    panel.SetBackground({255, 0, 0, 128});
-    for (int i = 0; i < 4; ++i) {
-        rig.Compose();
-        EXPECT_TRUE(IsNear(rig.Pixel(25, 25), {128, 0, 100, 255})) << i;
-        panel.RequestRedraw(host::Node::Extent::kNode);
-        if (i == 1) rig.screen_.OnExposed();
-    }
-}
-
 TEST(Composition, KeepsWhatIsDrawnWithoutEndOutsideOfOnDraw) {
     ScreenRig rig;
     auto& form = rig.ShowForm();
@@ -237,20 +211,6 @@ TEST(Composition, KeepsWhatIsDrawnWithoutEndOutsideOfOnDraw) {
     rig.Compose();
     EXPECT_EQ(kGreen, rig.Pixel(5, 5));
     EXPECT_EQ(kRed, rig.Pixel(35, 35));
-}
-
-TEST(DrawList, StandsForManyOperationsByTheirPainting) {
-    ScreenRig rig;
-    host::DrawList list({10, 10});
-    for (int i = 0; i < 5; ++i) list.Add(host::FilledEllipse{{0, 0, 10, 10}, kGreen});
-    EXPECT_EQ(5U, list.Length());
-    std::shared_ptr<host::Surface> painted = rig.backend_->Parts().painter.CreateSurface({10, 10}, 1);
-    list.Paint(*painted);
-    list.ReplaceBy(painted);
-    EXPECT_EQ(1U, list.Length());
-    const auto again = rig.backend_->Parts().painter.CreateSurface({10, 10}, 1);
-    list.Paint(*again);
-    for (int x = 0; x < 10; ++x) EXPECT_EQ(PixelAt(*painted, x, 0), PixelAt(*again, x, 0)) << x;
 }
 
 TEST(Composition, GoesOnWhenAChildDestroysItsParentWhileItIsDrawn) {

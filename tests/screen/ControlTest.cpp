@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <nlohmann/json.hpp>
-#include <sstream>
 #include <utility>
 
 #include "Tizen/Base/Collection/ArrayList.h"
@@ -23,6 +21,7 @@
 #include "runtime/screen/Screen.h"
 #include "runtime/screen/controls/Contrast.h"
 #include "support/TestPhone.h"
+#include "support/TraceLines.h"
 
 using namespace Tizen::Ui;
 using namespace Tizen::Ui::Controls;
@@ -80,12 +79,10 @@ struct Phone {
     Log Trace(const std::string& what) {
         pPhone.reset();
         Log lines;
-        std::istringstream all(trace.Read("trace"));
-        for (std::string line; std::getline(all, line);) {
-            const auto json = nlohmann::json::parse(line);
-            if (json["what"] != what) continue;
-            const auto subject = json.contains("name") ? json["name"].get<std::string>() : json["id"].dump();
-            lines.push_back(json["event"].get<std::string>() + ' ' + subject);
+        for (const auto& line : ReadTraceLines(trace.Read("trace"))) {
+            if (line["what"] != what) continue;
+            const auto subject = line.contains("name") ? line["name"].get<std::string>() : line["id"].dump();
+            lines.push_back(line["event"].get<std::string>() + ' ' + subject);
         }
         return lines;
     }

@@ -17,27 +17,7 @@
 #include "runtime/trace/Trace.h"
 #include "support/Pixels.h"
 #include "support/TemporaryFolder.h"
-
-/// A window in memory of any size, that says what was presented on it.
-class TestWindow final : public host::Window {
-public:
-    TestWindow(host::Painter& painter, host::PixelSize size) : painter_(painter) { Resize(size); }
-
-    void Resize(host::PixelSize size) { pixels_ = painter_.CreateSurface(size, 1); }
-    bool Open(std::string_view, host::PixelSize, host::WindowListener&, host::InputListener&) override { return true; }
-    void Close() override {}
-    host::PixelSize Size() const override { return pixels_->Size(); }
-    host::Surface& Pixels() override { return *pixels_; }
-    void Present(std::span<const host::PixelRect> damage) override { presented_.assign(damage.begin(), damage.end()); }
-    host::Microseconds FrameInterval() const override { return kFrameInterval; }
-
-    static constexpr host::Microseconds kFrameInterval = 16'000;
-    std::vector<host::PixelRect> presented_;  ///< at the last frame
-
-private:
-    host::Painter& painter_;
-    std::unique_ptr<host::Surface> pixels_;
-};
+#include "support/TestWindow.h"
 
 /// A control that fills itself with a colour and writes down what it is told: "press 0 12,34" with finger and place,
 /// "action", "back press".

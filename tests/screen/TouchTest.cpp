@@ -124,18 +124,6 @@ TEST(Fingers, AreForgottenWithTheirControl) {
     EXPECT_EQ((Log{"form press 0 10,110", "form release 0 10,110"}), rig.TakeLog());
 }
 
-TEST(Fingers, ReachThePhonesPixelsInAWindowOfAnotherShape) {
-    // 100x200 in 400x400: scaled by two, 100 pixels of black at either side.
-    Holes rig({400, 400});
-    rig.Touch(TouchPhase::kDown, 99, 300);
-    EXPECT_TRUE(rig.TakeLog().empty()) << "beside the screen";
-    rig.Touch(TouchPhase::kDown, 121, 221, 1);
-    rig.Touch(TouchPhase::kMove, 20, 221, 1);
-    rig.Touch(TouchPhase::kUp, 20, 221, 1);
-    EXPECT_EQ((Log{"left press 0 10,10", "left move 0 -40,10", "left release 0 -40,10"}), rig.TakeLog())
-        << "a captured finger goes on outside";
-}
-
 TEST(Fingers, AreWhereTheyAreToThePixelAtEveryScale) {
     struct Row {
         host::PixelSize window;
@@ -145,6 +133,8 @@ TEST(Fingers, AreWhereTheyAreToThePixelAtEveryScale) {
     for (const Row& row : {Row{{100, 200}, 1, 0}, Row{{125, 250}, 1.25, 0}, Row{{181, 300}, 1.5, 15},
                            Row{{260, 400}, 2, 30}, Row{{333, 350}, 1.75, 79}}) {
         Holes rig(row.window);
+        if (row.left > 0) rig.Tap(row.left - 0.5, 105 * row.scale);
+        EXPECT_TRUE(rig.TakeLog().empty()) << "beside the screen";
         for (int x = 0; x < 50; x += 7) {
             // Just within the phone's pixel, at both of its sides.
             for (const double within : {0.02, 0.98}) {

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <iterator>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -119,35 +117,4 @@ TEST(SettingsDocument, RefusesWhatCouldNotBeReadBack) {
     EXPECT_EQ(Outcome::kNoEntry, document.SetValue("S", "New", "2"));
     EXPECT_EQ(Outcome::kNoSection, document.AddValue("T", "Key", "2"));
     EXPECT_EQ("[S]\nKey=1\n", TextOf(document));
-}
-
-// Files of every kind of byte that means something, and of some that do not.
-TEST(SettingsDocument, ReadsBackWhatItWroteWhateverTheFileHolds) {
-    constexpr std::string_view kPieces[] = {"[S]", "[",   "]",  "Key",          "=",    "v",
-                                            "1",   "\r",  "\n", "\r\n",         " ",    "\t",
-                                            "#",   "NUL", ";",  "\xEF\xBB\xBF", "\xFF", "[T]"};
-    std::minstd_rand random(20261123);
-    for (int round = 0; round < 20'000; ++round) {
-        std::string before;
-        for (auto pieces = random() % 14; pieces > 0; --pieces) {
-            const std::string_view piece = kPieces[random() % std::size(kPieces)];
-            before += piece == "NUL" ? std::string(1, '\0') : std::string(piece);
-        }
-        SCOPED_TRACE(testing::PrintToString(before));
-        std::string old;
-        const bool hadEntry = Parse(before).Find("S", "Key", old) == Outcome::kDone;
-        const std::string after = WriteKeyV(before);
-        std::string value;
-        ASSERT_EQ(Outcome::kDone, Parse(after).Find("S", "Key", value));
-        ASSERT_EQ("v", value);
-        // All of what was there stands before or behind what was written, but for the old value.
-        std::size_t front = 0;
-        while (front < before.size() && front < after.size() && before[front] == after[front]) ++front;
-        std::size_t back = 0;
-        while (back < before.size() - front && back < after.size() - front &&
-               before[before.size() - 1 - back] == after[after.size() - 1 - back]) {
-            ++back;
-        }
-        ASSERT_LE(before.size() - front - back, hadEntry ? old.size() : 0U);
-    }
 }

@@ -6,16 +6,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <deque>
-#include <functional>
 #include <vector>
 
-#include "Tizen/Base/ByteBuffer.h"
-#include "Tizen/Media/AudioIn.h"
 #include "runtime/sound/BreathFrontEnd.h"
 #include "sound/SoundRig.h"
-
-using namespace Tizen::Media;
 
 namespace sound_test {
 
@@ -189,37 +183,6 @@ private:
     std::size_t heard_ = 0;
 };
 
-// Sounds its tone while the microphone's blocks reach the threshold, as the instrument does.
-class Instrument final : public IAudioInEventListener {
-public:
-    Instrument() {
-        EXPECT_EQ(audioIn_.Construct(*this), E_SUCCESS);
-        EXPECT_EQ(audioIn_.Prepare(AUDIO_INPUT_DEVICE_MIC, AUDIO_SAMPLE_TYPE_PCM_U8, AUDIO_CHANNEL_TYPE_STEREO, 8000),
-                  E_SUCCESS);
-        for (auto& buffer : buffers_) {
-            buffer.Construct(audioIn_.GetMinBufferSize());
-            audioIn_.AddBuffer(&buffer);
-        }
-        EXPECT_EQ(audioIn_.Start(), E_SUCCESS);
-    }
-
-    void OnAudioInBufferIsFilled(Tizen::Base::ByteBuffer* pData) override {
-        const byte* bytes = pData->GetPointer();
-        const bool isBlown = *std::max_element(bytes, bytes + pData->GetLimit()) >= kBlown;
-        if (isBlown != isSounding) isBlown ? static_cast<void>(player_.Change(path)) : player_.Silence();
-        isSounding = isBlown;
-        audioIn_.AddBuffer(pData);
-    }
-
-    bool isSounding = false;
-    std::string path;
-
-private:
-    AudioIn audioIn_;
-    Tizen::Base::ByteBuffer buffers_[3];
-    TestPlayer player_;
-};
-
 struct Outcome {
     double stoppedAfterMs = 1e9;
     bool startedAgain = false;
@@ -232,8 +195,16 @@ Outcome Blow(const std::string& file, double level, int delayMs, double distorti
     constexpr std::size_t kPeriod = 256;
     Rig rig;
     rig.microphone.rate = Room::kRate;
-    Instrument instrument;
-    instrument.path = BREVANT_PACKAGE "data/" + file;
+    // Sounds its tone while the microphone's blocks reach the threshold, as the instrument does.
+    TestPlayer player;
+    bool isSounding = false;
+    TestListener instrument([&](std::span<const std::uint8_t> block) {
+        const bool isBlown = *std::max_element(block.begin(), block.end()) >= kBlown;
+        if (isBlown && !isSounding) player.Change(BREVANT_PACKAGE "data/" + file);
+        if (!isBlown && isSounding) player.Silence();
+        isSounding = isBlown;
+    });
+    EXPECT_EQ(instrument.audioIn->Start(), E_SUCCESS);
     Room room(level, delayMs, distortion);
     Noise noise;
     const auto breath = LowNoise(noise, 3 * Room::kRate, {300.0 * kPhoneRate / Room::kRate}, 0.01);
@@ -254,10 +225,10 @@ Outcome Blow(const std::string& file, double level, int delayMs, double distorti
         rig.RunDue();
         if (seconds > 1.2 && seconds < 2) {
             ++counted;
-            blown += instrument.isSounding ? 1 : 0;
+            blown += isSounding ? 1 : 0;
         }
-        if (seconds >= 2 && instrument.isSounding && outcome.stoppedAfterMs < 1e9) outcome.startedAgain = true;
-        if (seconds >= 2 && !instrument.isSounding) {
+        if (seconds >= 2 && isSounding && outcome.stoppedAfterMs < 1e9) outcome.startedAgain = true;
+        if (seconds >= 2 && !isSounding) {
             outcome.stoppedAfterMs = std::min(outcome.stoppedAfterMs, (seconds - 2) * 1000);
         }
     }
@@ -276,11 +247,10 @@ TEST(BreathFrontEnd, DoesNotTakeTheInstrumentsOwnToneForABreath) {
                     // The level is that of full scale; the tones reach some 0.5 to 0.8 of it.
                     const double level = 2 * std::pow(10, decibels / 20);
                     const Outcome outcome = Blow(file, level, delayMs, distortion, 0.6);
-                    EXPECT_LE(outcome.stoppedAfterMs, 60)
-                        << file << ' ' << decibels << ' ' << delayMs << ' ' << distortion;
-                    EXPECT_FALSE(outcome.startedAgain)
-                        << file << ' ' << decibels << ' ' << delayMs << ' ' << distortion;
-                    EXPECT_EQ(outcome.blownPart, 1) << file << decibels << ' ' << delayMs << ' ' << distortion;
+                    SCOPED_TRACE(testing::Message() << file << ' ' << decibels << ' ' << delayMs << ' ' << distortion);
+                    EXPECT_LE(outcome.stoppedAfterMs, 60);
+                    EXPECT_FALSE(outcome.startedAgain);
+                    EXPECT_EQ(outcome.blownPart, 1);
                     latest = std::max(latest, outcome.stoppedAfterMs);
                 }
             }

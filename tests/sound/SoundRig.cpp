@@ -7,9 +7,9 @@
 #include <cmath>
 #include <fstream>
 #include <iterator>
-#include <nlohmann/json.hpp>
 
 #include "shared/JLib.h"
+#include "support/TraceLines.h"
 
 namespace sound_test {
 
@@ -78,9 +78,8 @@ void Rig::Run(host::Microseconds duration) {
 std::vector<std::string> Rig::CloseEvents() {
     trace.Close();
     std::vector<std::string> events;
-    std::ifstream file(Path("trace"));
-    for (std::string line; std::getline(file, line);) {
-        const auto record = nlohmann::json::parse(line);
+    const Bytes text = ReadFile(Path("trace"));
+    for (const auto& record : ReadTraceLines({text.begin(), text.end()})) {
         events.push_back(record["what"].get<std::string>() + ' ' + record["event"].get<std::string>());
     }
     return events;
@@ -111,6 +110,38 @@ void TestPlayer::OnPlayerEndOfClip() {
     if (atLastEnd == AtLastEnd::kStop) player->Stop();
     if (atLastEnd == AtLastEnd::kClose) player->Close();
     if (atLastEnd == AtLastEnd::kDestroy) player.reset();
+}
+
+TestListener::TestListener(Heard heard, int buffers) : heard_(std::move(heard)) {
+    EXPECT_EQ(audioIn->Construct(*this), E_SUCCESS);
+    EXPECT_EQ(Prepare(), E_SUCCESS);
+    for (int i = 0; i < buffers; ++i) {
+        EXPECT_EQ(buffers_[i].Construct(audioIn->GetMinBufferSize()), E_SUCCESS);
+        EXPECT_EQ(audioIn->AddBuffer(&buffers_[i]), E_SUCCESS);
+    }
+}
+
+result TestListener::Prepare() {
+    using namespace Tizen::Media;
+    return audioIn->Prepare(AUDIO_INPUT_DEVICE_MIC, AUDIO_SAMPLE_TYPE_PCM_U8, AUDIO_CHANNEL_TYPE_STEREO, 8000);
+}
+
+void TestListener::OnAudioInBufferIsFilled(Tizen::Base::ByteBuffer* pData) {
+    EXPECT_EQ(pData->GetLimit(), static_cast<int>(host::kBlockBytes));
+    heard_({pData->GetPointer(), host::kBlockBytes});
+    if (audioIn != nullptr) audioIn->AddBuffer(pData);
+}
+
+void WriteSound(const std::string& path, int rate, int channels, int format, std::span<const float> samples) {
+    SF_INFO info{};
+    info.samplerate = rate;
+    info.channels = channels;
+    info.format = format;
+    SNDFILE* file = sf_open(path.c_str(), SFM_WRITE, &info);
+    ASSERT_NE(file, nullptr) << path;
+    const auto count = static_cast<sf_count_t>(samples.size());
+    EXPECT_EQ(sf_write_float(file, samples.data(), count), count);
+    sf_close(file);
 }
 
 void WriteFile(const std::string& path, const Bytes& bytes) {

@@ -4,11 +4,14 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "Tizen/Base/ByteBuffer.h"
+#include "Tizen/Media/AudioIn.h"
 #include "Tizen/Media/IPlayerEventListener.h"
 #include "Tizen/Media/Player.h"
 #include "backend/headless/VirtualClock.h"
@@ -117,8 +120,27 @@ public:
     int ends = 0;
 };
 
+/// Takes the microphone's blocks with three buffers, as the instrument does, and gives each one back at once.
+class TestListener : public Tizen::Media::IAudioInEventListener {
+public:
+    using Heard = std::function<void(std::span<const std::uint8_t> block)>;
+    explicit TestListener(Heard heard, int buffers = 3);
+
+    result Prepare();
+    void OnAudioInBufferIsFilled(Tizen::Base::ByteBuffer* pData) override;
+
+private:
+    Heard heard_;
+    Tizen::Base::ByteBuffer buffers_[3];
+
+public:
+    std::unique_ptr<Tizen::Media::AudioIn> audioIn = std::make_unique<Tizen::Media::AudioIn>();
+};
+
 using Bytes = std::vector<std::uint8_t>;
 
+/// A file of frames in -1..1 in one of libsndfile's formats.
+void WriteSound(const std::string& path, int rate, int channels, int format, std::span<const float> samples);
 /// A WAV file of little-endian samples of 8 or 16 bits.
 void WriteWav(const std::string& path, int rate, int channels, int bits, const Bytes& data);
 void WriteFile(const std::string& path, const Bytes& bytes);

@@ -9,8 +9,6 @@
 #include <new>
 #include <thread>
 
-#include "Tizen/Base/ByteBuffer.h"
-#include "Tizen/Media/AudioIn.h"
 #include "sound/SoundRig.h"
 
 namespace {
@@ -37,42 +35,7 @@ std::atomic<int> guardedAllocations{0};
     std::free(memory);
 }
 
-using namespace Tizen::Media;
-
 namespace sound_test {
-
-namespace {
-
-class BufferKeeper final : public IAudioInEventListener {
-public:
-    BufferKeeper() {
-        EXPECT_EQ(audioIn.Construct(*this), E_SUCCESS);
-        EXPECT_EQ(audioIn.Prepare(AUDIO_INPUT_DEVICE_MIC, AUDIO_SAMPLE_TYPE_PCM_U8, AUDIO_CHANNEL_TYPE_STEREO, 8000),
-                  E_SUCCESS);
-        for (auto& buffer : buffers) {
-            buffer.Construct(audioIn.GetMinBufferSize());
-            audioIn.AddBuffer(&buffer);
-        }
-        EXPECT_EQ(audioIn.Start(), E_SUCCESS);
-    }
-    void OnAudioInBufferIsFilled(Tizen::Base::ByteBuffer* pData) override {
-        ++blocks;
-        const byte* bytes = pData->GetPointer();
-        // Each block swings as far all over; the filters round.
-        constexpr int kRounding = 2;
-        const auto swing = [](byte each) { return std::abs(each - 128); };
-        isTorn = isTorn || std::any_of(bytes, bytes + pData->GetLimit(),
-                                       [&](byte each) { return std::abs(swing(each) - swing(bytes[0])) > kRounding; });
-        audioIn.AddBuffer(pData);
-    }
-
-    Tizen::Base::ByteBuffer buffers[3];
-    AudioIn audioIn;
-    int blocks = 0;
-    bool isTorn = false;
-};
-
-}  // namespace
 
 TEST(SoundThreads, PlayAndListenWithoutARaceOrAnAllocation) {
     constexpr int kPeriods = 4000;
@@ -84,7 +47,17 @@ TEST(SoundThreads, PlayAndListenWithoutARaceOrAnAllocation) {
         WriteWav(paths.back(), 22050, 1, 16, To16Bit(Sine(length, 30, 0.7)));
     }
     TestPlayer players[2];
-    BufferKeeper keeper;
+    int blocks = 0;
+    bool isTorn = false;
+    TestListener listener([&](std::span<const std::uint8_t> block) {
+        ++blocks;
+        // Each block swings as far all over; the filters round.
+        constexpr int kRounding = 2;
+        const auto swing = [](byte each) { return std::abs(each - 128); };
+        isTorn = isTorn || std::any_of(block.begin(), block.end(),
+                                       [&](byte each) { return std::abs(swing(each) - swing(block[0])) > kRounding; });
+    });
+    EXPECT_EQ(listener.audioIn->Start(), E_SUCCESS);
 
     std::atomic<int> running{2};
     std::atomic<bool> isTooLoud{false};
@@ -145,8 +118,8 @@ TEST(SoundThreads, PlayAndListenWithoutARaceOrAnAllocation) {
     testing::internal::GetCapturedStderr();
     EXPECT_EQ(guardedAllocations, 0);
     EXPECT_FALSE(isTooLoud);
-    EXPECT_FALSE(keeper.isTorn);
-    EXPECT_GT(keeper.blocks, 0);
+    EXPECT_FALSE(isTorn);
+    EXPECT_GT(blocks, 0);
 }
 
 }  // namespace sound_test

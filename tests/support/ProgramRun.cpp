@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include "package/SoundMeasure.h"
 
@@ -87,18 +86,8 @@ std::string ProgramRun::FolderToKeep() const {
     return std::string(folder) + '/' + name + '-' + std::to_string(++runs);
 }
 
-ProgramRun::Trace ProgramRun::ReadTrace() const {
-    Trace trace;
-    std::istringstream lines(folder_.Read("trace.jsonl"));
-    for (std::string line; std::getline(lines, line);) {
-        trace.push_back(nlohmann::json::parse(line));
-        EXPECT_TRUE(trace.back().contains("ms") && trace.back().contains("what")) << line;
-    }
-    return trace;
-}
-
-ProgramRun::Trace ProgramRun::ReadTrace(const std::string& what, const std::string& event) const {
-    Trace found;
+TraceLines ProgramRun::ReadTrace(const std::string& what, const std::string& event) const {
+    TraceLines found;
     for (const auto& line : ReadTrace()) {
         if (line["what"] == what && line.value("event", "") == event) found.push_back(line);
     }

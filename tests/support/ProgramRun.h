@@ -1,10 +1,10 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "support/TemporaryFolder.h"
+#include "support/TraceLines.h"
 
 /// One run of the program itself, from its launcher to its exit status, in a folder of its own. Headless unless the
 /// arguments say otherwise.
@@ -28,11 +28,20 @@ public:
     [[nodiscard]] std::string Output() const { return folder_.Read("stdout"); }
     [[nodiscard]] std::string Errors() const { return folder_.Read("stderr"); }
 
-    using Trace = std::vector<nlohmann::json>;
-    /// The trace's lines; each must be a JSON object with "ms" and "what".
-    [[nodiscard]] Trace ReadTrace() const;
+    [[nodiscard]] TraceLines ReadTrace() const { return ReadTraceLines(folder_.Read("trace.jsonl")); }
     /// Those lines of the trace that are of this kind and event.
-    [[nodiscard]] Trace ReadTrace(const std::string& what, const std::string& event) const;
+    [[nodiscard]] TraceLines ReadTrace(const std::string& what, const std::string& event) const;
+    /// What those lines say in that field.
+    template <typename Value = std::string>
+    [[nodiscard]] std::vector<Value> Told(const std::string& what, const std::string& event,
+                                          const std::string& field) const {
+        std::vector<Value> values;
+        for (const auto& line : ReadTrace(what, event)) values.push_back(line.at(field));
+        return values;
+    }
+    [[nodiscard]] std::vector<double> TimesOf(const std::string& what, const std::string& event) const {
+        return Told<double>(what, event, "ms");
+    }
     /// The recording's samples, -1..1, at 44100 Hz.
     [[nodiscard]] std::vector<float> ReadRecording() const;
 

@@ -26,16 +26,36 @@ public:
     bool OnAppTerminating(Tizen::App::AppRegistry&, bool) override { return true; }
 };
 
+class AlteredBackend final : public host::Backend {
+public:
+    explicit AlteredBackend(const host::BackendOptions& options)
+        : headless_(host::CreateHeadlessBackend(options)), alter_(std::move(next)) {}
+
+    [[nodiscard]] host::BackendParts Parts() override {
+        return alter_ ? alter_(headless_->Parts()) : headless_->Parts();
+    }
+
+    static inline TestPhone::Alteration next;  ///< for the next one to be created
+
+private:
+    std::unique_ptr<host::Backend> headless_;
+    TestPhone::Alteration alter_;
+};
+
+std::unique_ptr<host::Backend> CreateAlteredBackend(const host::BackendOptions& options) {
+    return std::make_unique<AlteredBackend>(options);
+}
+
 }  // namespace
 
-TestPhone::TestPhone(host::Options options, const std::string& packageRoot,
-                     decltype(host::BackendEntry::create) create) {
+TestPhone::TestPhone(host::Options options, const std::string& packageRoot, Alteration alter) {
     // The ocarina keeps the settings' path for the life of the process; a test's process has several phones.
     JLib::__strRegFilePath.Clear();
     options.rest = {"brevant"};
     // Attended: without a performance a test says when it ends.
     const host::BackendEntry entry{"test", host::Attendance::kAttended, host::MicrophoneSupport::kNone,
-                                   host::IsHeadlessAvailable, create};
+                                   host::IsHeadlessAvailable, CreateAlteredBackend};
+    AlteredBackend::next = std::move(alter);
     phone_ = std::make_unique<host::Phone>(entry, host::BackendOptions{packageRoot, data_.Path()}, std::move(options));
     std::string problem;
     if (!phone_->Open(problem)) throw std::runtime_error(problem);

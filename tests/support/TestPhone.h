@@ -12,8 +12,10 @@
 /// what is to happen when, then runs an application on it; nothing waits for real time.
 class TestPhone {
 public:
+    /// Puts parts of a test's own in the place of the headless ones.
+    using Alteration = std::function<host::BackendParts(const host::BackendParts& headless)>;
     explicit TestPhone(host::Options options = {}, const std::string& packageRoot = BREVANT_PACKAGE,
-                       decltype(host::BackendEntry::create) create = host::CreateHeadlessBackend);
+                       Alteration alter = nullptr);
     ~TestPhone();
 
     [[nodiscard]] host::Phone& GetPhone() { return *phone_; }
