@@ -200,8 +200,13 @@ TEST_F(WindowProof, FillsTheDisplayAndIsAsBeforeAfterwards) {
     parts_.window.ToggleFullScreen();
     ASSERT_TRUE(RunUntil([&] { return parts_.window.Size() == PixelSize{display.w, display.h}; }));
     EXPECT_EQ(parts_.window.Place(), place) << "the place to come back to";
+    // There is no window manager here that would help.
+    const XScreen server(kTitle);
+    EXPECT_EQ(server.Bounds(), (PixelRect{display.x, display.y, display.w, display.h}));
     parts_.window.ToggleFullScreen();
     EXPECT_TRUE(RunUntil([&] { return parts_.window.Size() == kScreen; }));
+    EXPECT_EQ(server.Bounds(), (PixelRect{place->x, place->y, place->width, place->height}));
+    EXPECT_EQ(parts_.window.Place(), place);
     EXPECT_EQ(news_.inputLosses, 0) << "fingers stay where they are";
 }
 

@@ -44,6 +44,16 @@ host::Rgba XScreen::ColorAt(int x, int y) const {
             static_cast<std::uint8_t>(pixel & kChannel), static_cast<std::uint8_t>(kChannel)};
 }
 
+host::PixelRect XScreen::Bounds() const {
+    XWindowAttributes attributes{};
+    XGetWindowAttributes(display_.get(), window_, &attributes);
+    int x = 0;
+    int y = 0;
+    Window child = 0;
+    XTranslateCoordinates(display_.get(), window_, attributes.root, 0, 0, &x, &y, &child);
+    return {x, y, attributes.width, attributes.height};
+}
+
 void XScreen::Resize(host::PixelSize size) {
     XResizeWindow(display_.get(), window_, static_cast<unsigned>(size.width), static_cast<unsigned>(size.height));
     XSync(display_.get(), False);

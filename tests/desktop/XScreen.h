@@ -16,6 +16,8 @@ public:
 
     /// The colour that the server shows at a point of the window.
     [[nodiscard]] host::Rgba ColorAt(int x, int y) const;
+    /// Where the server has the window, in pixels of the whole display.
+    [[nodiscard]] host::PixelRect Bounds() const;
     void Resize(host::PixelSize size);
     /// As the close button does.
     void AskToClose();

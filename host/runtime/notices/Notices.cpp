@@ -172,7 +172,7 @@ void Notices::OnTakeStarted() {
 
 void Notices::OnTakeEnded(const std::string& name) {
     mark_.SetVisible(false);
-    TellOfTake(TextOf("IDS_NOTICE_RECORDED") + "  " + name);
+    TellOfTake(TextOf("IDS_NOTICE_RECORDED") + '\n' + name);
 }
 
 void Notices::OnTakeLost() {

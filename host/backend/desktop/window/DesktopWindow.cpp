@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "backend/desktop/window/KeyCodes.h"
@@ -120,11 +121,25 @@ void DesktopWindow::SetIcon(const Image& icon) {
 
 void DesktopWindow::ToggleFullScreen() {
     if (!window_) return;
-    const bool isFull = (SDL_GetWindowFlags(window_.get()) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0;
+    SDL_Window* const window = window_.get();
+    const bool isFull = (SDL_GetWindowFlags(window) & SDL_WINDOW_FULLSCREEN_DESKTOP) != 0;
+    // A window manager makes the window as large as the display, and gives it its place back. On an X server without
+    // one, which puts no frame around it, nobody does, while SDL takes it for done.
+    if (!isFull) {
+        isUnmanaged_ = HasNoFrame();
+        SDL_Rect display{};
+        if (isUnmanaged_ && SDL_GetDisplayBounds(SDL_GetWindowDisplayIndex(window), &display) == 0) {
+            SDL_SetWindowSize(window, display.w, display.h);
+            SDL_SetWindowPosition(window, display.x, display.y);
+        }
+    }
     // The display keeps its own mode; the new size comes as an event.
-    SDL_SetWindowFullscreen(window_.get(), isFull ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
-    // A window manager gives the window its size back; without one nobody does.
-    if (isFull && place_) SDL_SetWindowSize(window_.get(), place_->width, place_->height);
+    SDL_SetWindowFullscreen(window, isFull ? 0 : SDL_WINDOW_FULLSCREEN_DESKTOP);
+    if (isFull && isUnmanaged_ && place_) {
+        const WindowPlace place = *place_;
+        SDL_SetWindowSize(window, place.width, place.height);
+        SDL_SetWindowPosition(window, place.x, place.y);
+    }
 }
 
 void DesktopWindow::Present(std::span<const PixelRect> damage) {
@@ -356,9 +371,19 @@ void DesktopWindow::TakePixels() {
     pixels_ = painter_.WrapPixels(shadow_.data(), target_->w, target_->h, static_cast<int>(stride));
 }
 
+std::optional<WindowPlace> DesktopWindow::Place() const {
+    // The frame may have been told since the last event.
+    const auto place = PlaceNow();
+    return place ? place : place_;
+}
+
 void DesktopWindow::NotePlace() {
+    if (const auto place = PlaceNow()) place_ = place;
+}
+
+std::optional<WindowPlace> DesktopWindow::PlaceNow() const {
     constexpr Uint32 kElsewhere = SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MAXIMIZED | SDL_WINDOW_MINIMIZED;
-    if ((SDL_GetWindowFlags(window_.get()) & kElsewhere) != 0) return;
+    if (!window_ || (SDL_GetWindowFlags(window_.get()) & kElsewhere) != 0) return std::nullopt;
     WindowPlace place;
     SDL_GetWindowPosition(window_.get(), &place.x, &place.y);
     SDL_GetWindowSize(window_.get(), &place.width, &place.height);
@@ -369,7 +394,16 @@ void DesktopWindow::NotePlace() {
         place.x -= left;
         place.y -= top;
     }
-    place_ = place;
+    return place;
+}
+
+bool DesktopWindow::HasNoFrame() const {
+    const char* const driver = SDL_GetCurrentVideoDriver();
+    if (driver == nullptr || std::string_view(driver) != "x11") return false;
+    if ((SDL_GetWindowFlags(window_.get()) & SDL_WINDOW_MAXIMIZED) != 0) return false;
+    int top = 0;
+    int left = 0;
+    return SDL_GetWindowBordersSize(window_.get(), &top, &left, nullptr, nullptr) == 0 && top == 0 && left == 0;
 }
 
 void DesktopWindow::MeasureFrameInterval() {

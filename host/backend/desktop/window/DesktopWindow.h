@@ -24,7 +24,7 @@ public:
     [[nodiscard]] bool Open(std::string_view title, PixelSize screen, WindowListener& listener,
                             InputListener& input) override;
     void SetPlace(const WindowPlace& place) override { wantedPlace_ = place; }
-    [[nodiscard]] std::optional<WindowPlace> Place() const override { return place_; }
+    [[nodiscard]] std::optional<WindowPlace> Place() const override;
     void Close() override;
     void SetIcon(const Image& icon) override;
     void ToggleFullScreen() override;
@@ -66,6 +66,10 @@ private:
     void MeasureFrameInterval();
     /// Unless the window fills the display, or is hidden, now.
     void NotePlace();
+    /// Nothing while the window is hidden, or fills the display.
+    [[nodiscard]] std::optional<WindowPlace> PlaceNow() const;
+    /// As on an X server without a window manager. A frame is told only some time after the window is open.
+    [[nodiscard]] bool HasNoFrame() const;
 
     CairoPainter& painter_;
     std::unique_ptr<SDL_Window, WindowReleaser> window_;
@@ -89,7 +93,8 @@ private:
     bool isExposed_ = false;
     Microseconds frameInterval_;
     std::optional<WindowPlace> wantedPlace_;
-    std::optional<WindowPlace> place_;
+    std::optional<WindowPlace> place_;  ///< as of when it was last neither hidden nor full
+    bool isUnmanaged_ = false;          ///< when it was last made to fill the display
 };
 
 }  // namespace host
