@@ -1,6 +1,6 @@
-// What runs where the browser asks for frames. The speaker's processor runs the mix, a WebAssembly module of its own. It
-// makes nothing new while it plays; only news of ends and of voices that are done are copied by the port. The
-// microphone's processor hands on what it hears.
+// What runs where the browser asks for frames. The speaker's processor runs the mix, a WebAssembly module of its own; the
+// microphone's hands on what it hears. Neither makes anything new in process(), which would bring the collector of garbage
+// into the sound: what a port sends is copied by the browser, outside of the script's own memory.
 /* global AudioWorkletProcessor, registerProcessor, sampleRate */
 
 const NUMBERS_OF_COMMAND = 5;
@@ -20,7 +20,10 @@ class SpeakerProcessor extends AudioWorkletProcessor {
         this.mix._initialize?.();
         this.mix.mix_prepare(sampleRate, periodFrames);
         this.rooms = new Map();
+        // Not a view of the module's memory, of which the port would copy all.
+        this.piece = new Float64Array(NUMBERS_OF_NEWS);
         this.isOver = false;
+        this.quantum = 128; // frames that the browser asks for at once: of today's browsers
         this.seeMemory();
         this.port.onmessage = (event) => this.take(event.data);
     }
@@ -28,7 +31,7 @@ class SpeakerProcessor extends AudioWorkletProcessor {
     // Views of the module's memory, which are void once it has grown; it grows in messages alone.
     seeMemory() {
         const { memory } = this.mix;
-        this.frames = new Float32Array(memory.buffer, this.mix.mix_frames(), 128);
+        this.frames = new Float32Array(memory.buffer, this.mix.mix_frames(), this.quantum);
         this.news = new Float64Array(memory.buffer, this.mix.mix_news(), MOST_NEWS * NUMBERS_OF_NEWS);
         this.memory = memory.buffer;
     }
@@ -53,17 +56,29 @@ class SpeakerProcessor extends AudioWorkletProcessor {
 
     process(inputs, outputs) {
         const channel = outputs[0][0];
+        if (channel.length !== this.quantum) {
+            this.quantum = channel.length;
+            this.seeMemory();
+        }
         this.mix.mix_render(channel.length);
         channel.set(this.frames);
         const count = this.mix.mix_take_news();
-        if (count > 0) this.port.postMessage(this.news.slice(0, count * NUMBERS_OF_NEWS));
+        for (let at = 0; at < count * NUMBERS_OF_NEWS; ++at) {
+            this.piece[at % NUMBERS_OF_NEWS] = this.news[at];
+            if (at % NUMBERS_OF_NEWS === NUMBERS_OF_NEWS - 1) this.port.postMessage(this.piece);
+        }
         return !this.isOver;
     }
 }
 
+// Handed on together: half of the 20 ms that the ocarina hears at once, so that the page wakes seldom and no block is late.
+const HEARD_SECONDS = 0.01;
+
 class MicrophoneProcessor extends AudioWorkletProcessor {
     constructor() {
         super();
+        this.heard = new Float32Array(Math.round(sampleRate * HEARD_SECONDS));
+        this.count = 0;
         this.isOver = false;
         this.port.onmessage = () => {
             this.isOver = true;
@@ -71,8 +86,16 @@ class MicrophoneProcessor extends AudioWorkletProcessor {
     }
 
     process(inputs) {
-        const [channel] = inputs[0];
-        if (channel) this.port.postMessage(channel);
+        const channel = inputs[0][0];
+        if (channel !== undefined) {
+            for (let at = 0; at < channel.length; ++at) {
+                this.heard[this.count++] = channel[at];
+                if (this.count === this.heard.length) {
+                    this.port.postMessage(this.heard);
+                    this.count = 0;
+                }
+            }
+        }
         return !this.isOver;
     }
 }
