@@ -367,6 +367,27 @@ TEST(Microphone, MakesThePhonesBlocksOfWhatADeviceOfAnyRateHears) {
     }
 }
 
+TEST(Microphone, HearsInEachPeriodAsLongAsABlockWhatWasBlownInIt) {
+    constexpr std::size_t kSilentPeriods = 50;
+    constexpr int kLoud = 40;
+    for (const int rate : {8000, 16000, 44100, 48000}) {
+        Rig rig;
+        rig.microphone.rate = rate;
+        Listener listener(rig);
+        listener.audioIn->Start();
+        const auto frames = static_cast<std::size_t>(rate / 50);
+        const std::vector<float> silence(frames);
+        const auto breath = Sine(frames, 8, 0.5);
+        for (std::size_t count = 1; count <= kSilentPeriods + 1; ++count) {
+            rig.microphone.client->OnFramesHeard(count > kSilentPeriods ? breath : silence);
+            rig.RunDue();
+            ASSERT_EQ(listener.heard.size(), count * host::kBlockBytes) << rate;
+        }
+        const Bytes last = Part(listener.heard, kSilentPeriods * host::kBlockBytes, host::kBlockBytes);
+        EXPECT_GT(*std::max_element(last.begin(), last.end()), kSilence + kLoud) << rate;
+    }
+}
+
 TEST(Microphone, HearsSilenceWhileItIsLostAndPicksTheDeviceUpAgain) {
     testing::internal::CaptureStderr();
     Rig rig;

@@ -127,7 +127,10 @@ Microseconds ParseTime(Words& words, std::string_view word) {
         decimals.resize(kDecimalsOfMillisecond, '0');
         std::from_chars(decimals.data(), decimals.data() + decimals.size(), rest);
     }
-    if (!isGood) words.Refuse("a line begins with a time in milliseconds such as 2600 or +250, not " + Quoted(word));
+    if (!isGood) {
+        words.Refuse("a line begins with a time in milliseconds such as 2600 or +250, not " + Quoted(word));
+        return 0;
+    }
     return milliseconds * kMicrosecondsPerMillisecond + rest;
 }
 

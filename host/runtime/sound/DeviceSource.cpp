@@ -47,9 +47,7 @@ void DeviceSource::OnMicrophoneOpened(int rate) noexcept {
     rate_ = rate;
     converter_ = PhoneConverter::Make(rate, kDeviceChannels);
     if (converter_ == nullptr) return;
-    // What the filter keeps back is made up for at the beginning: a device whose periods are as long as a block then
-    // completes one with each, and no block waits for the period after it.
-    bytes_.assign(PhoneConverter::KeptBackBytes(rate, kDeviceChannels), kPhoneSilence);
+    converter_->MakeUpForDelay();
     sink_->OnSourceRestored();
 }
 

@@ -18,28 +18,30 @@ std::uint8_t ToByte(float sample) {
 
 }  // namespace
 
-PhoneConverter::PhoneConverter(int channels)
-    : channels_(static_cast<std::size_t>(channels)), frontEnd_(std::min(channels, kPhoneChannels)) {}
+PhoneConverter::PhoneConverter(int rate, int channels)
+    : rate_(rate), channels_(static_cast<std::size_t>(channels)), frontEnd_(std::min(channels, kPhoneChannels)) {}
 
 PhoneConverter::~PhoneConverter() = default;
 
 std::unique_ptr<PhoneConverter> PhoneConverter::Make(int rate, int channels) {
-    std::unique_ptr<PhoneConverter> converter(new PhoneConverter(channels));
+    std::unique_ptr<PhoneConverter> converter(new PhoneConverter(rate, channels));
     if (rate == kPhoneRate) return converter;
     converter->resampler_ = Resampler::Make(std::min(channels, kPhoneChannels), static_cast<double>(kPhoneRate) / rate);
     return converter->resampler_ == nullptr ? nullptr : std::move(converter);
 }
 
-std::size_t PhoneConverter::KeptBackBytes(int rate, int channels) {
-    const auto trial = Make(rate, channels);
-    if (trial == nullptr) return 0;
+void PhoneConverter::MakeUpForDelay() {
+    const auto trial = Make(rate_, static_cast<int>(channels_));
+    if (trial == nullptr) return;
     // A tenth of a second, which is twenty times what the filter reaches.
     constexpr int kTrials = 10;
-    const std::vector<float> silence(static_cast<std::size_t>(rate / kTrials * channels));
+    const std::vector<float> silence(static_cast<std::size_t>(rate_ / kTrials) * channels_);
     std::vector<std::uint8_t> bytes;
     trial->Convert(silence, Input::kGoesOn, bytes);
-    const std::size_t whole = std::size_t{kPhoneRate} / kTrials * kPhoneChannels;
-    return whole - std::min(bytes.size(), whole);
+    const std::size_t heard = std::min<std::size_t>(channels_, kPhoneChannels);
+    const std::size_t made = bytes.size() / kPhoneChannels * heard + trial->unfinished_.size();
+    const std::size_t whole = std::size_t{kPhoneRate} / kTrials * heard;
+    unfinished_.assign(whole - std::min(made, whole), 0.0F);
 }
 
 void PhoneConverter::Convert(std::span<const float> frames, Input end, std::vector<std::uint8_t>& bytes) {

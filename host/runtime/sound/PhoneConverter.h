@@ -30,14 +30,16 @@ public:
     /// See BreathFrontEnd.
     void SetOwnTones(std::span<const double> hertz) { frontEnd_.SetOwnTones(hertz); }
 
-    /// By how many bytes the result stays behind what was heard while it goes on.
-    [[nodiscard]] static std::size_t KeptBackBytes(int rate, int channels);
+    /// Before the first Convert: begins with as much silence as the filter keeps back while it goes on. What is heard
+    /// in the time of a block then completes one, so that no block waits for what comes after it.
+    void MakeUpForDelay();
 
 private:
-    explicit PhoneConverter(int channels);
+    PhoneConverter(int rate, int channels);
 
     void Resample(Input end);
 
+    int rate_;
     std::size_t channels_;
     std::unique_ptr<Resampler> resampler_;  ///< null when the rate is the phone's
     std::vector<float> waiting_;            ///< one or two channels, of the input's rate
