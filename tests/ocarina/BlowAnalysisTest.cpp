@@ -7,7 +7,6 @@
 
 #include "Tizen/Base/ByteBuffer.h"
 #include "sound/MikeInputCheck.h"
-#include "support/TestPhone.h"
 
 namespace {
 
@@ -77,33 +76,4 @@ TEST(BlowAnalysis, CountsSwingsFromOneSideOfSilenceToTheOther) {
     Fill(buffer, cases[1].samples);
     check.OnAudioInBufferIsFilled(&buffer);
     EXPECT_EQ(78.571426f, reports.lastRate);
-}
-
-TEST(BlowAnalysis, GoesOnWithAllBuffersForAsLongAsItIsStarted) {
-    Reports reports;
-    TestPhone phone;
-    std::unique_ptr<MikeInputCheck> check;
-    int atStop = 0;
-    phone.At(0, [&] {
-        check = std::make_unique<MikeInputCheck>(&reports);
-        EXPECT_EQ(E_SUCCESS, check->Stop()) << "stopping what was never started";
-        EXPECT_EQ(E_SUCCESS, check->Construct());
-        EXPECT_EQ(E_SUCCESS, check->Start());
-        EXPECT_NE(E_SUCCESS, check->Start());
-    });
-    phone.At(1010, [&] {
-        EXPECT_EQ(E_SUCCESS, check->Stop());
-        EXPECT_EQ(E_SUCCESS, check->Stop());
-        atStop = reports.count;
-    });
-    phone.At(2000, [&] {
-        EXPECT_EQ(atStop, reports.count);
-        EXPECT_EQ(E_SUCCESS, check->Start());
-    });
-    phone.At(3010, [&] { check.reset(); });
-    phone.RunEmpty(4000);
-    // A block is 20 ms.
-    EXPECT_EQ(50, atStop);
-    EXPECT_EQ(100, reports.count);
-    EXPECT_EQ(128, reports.lastPeak) << "silence";
 }

@@ -129,25 +129,6 @@ TEST(Forms, ComeGoAndGetTheBackKeyAsTheFrameSays) {
               rig.Trace("form"));
 }
 
-TEST(Forms, LeaveTheirFrameWhenTheyAreDeletedDirectly) {
-    Phone rig;
-    auto* pFrame = new Frame;
-    auto* pFirst = Made<Form>("first");
-    auto* pSecond = Made<Form>("second");
-    for (Form* pForm : {static_cast<Form*>(pFirst), static_cast<Form*>(pSecond)}) {
-        pFrame->AddControl(*pForm);
-        pFrame->SetCurrentForm(*pForm);
-    }
-    delete pSecond;
-    EXPECT_EQ(pFirst, pFrame->GetCurrentForm());
-    delete pFirst;
-    EXPECT_EQ(nullptr, pFrame->GetCurrentForm());
-    pFrame->Destroy();
-    EXPECT_EQ((Log{"added first", "current first", "added second", "current second", "removed second", "current first",
-                   "removed first"}),
-              rig.Trace("form"));
-}
-
 TEST(UserEvents, AreDeliveredAfterTheirSenderHasReturnedOrDroppedWithTheReceiver) {
     Phone rig;
     auto* pReceiver = Made<Popup>("receiver");
@@ -259,6 +240,7 @@ TEST(Canvases, AreClippedToTheirControlAndOutliveIt) {
     EXPECT_TRUE(pCanvas->GetBounds().IsEmpty());
     delete pForm;  // which leaves its frame by itself
     EXPECT_EQ(0, pFrame->GetControlCount());
+    EXPECT_EQ(nullptr, pFrame->GetCurrentForm());
     pFrame->Destroy();
 }
 

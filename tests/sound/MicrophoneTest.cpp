@@ -7,7 +7,6 @@
 #include <cmath>
 
 #include "runtime/sound/BreathFrontEnd.h"
-#include "runtime/soundfile/SoundReader.h"
 #include "sound/SoundRig.h"
 
 using namespace Tizen::Media;
@@ -225,14 +224,6 @@ TEST(Microphone, NamesABreathFileThatItCannotHear) {
     EXPECT_EQ(problemOf(path), path + ": its end is missing");
     WriteWav(path, 1, 1, 8, Places(1801));
     EXPECT_EQ(problemOf(path), path + ": it is longer than an hour");
-
-    struct BrokenDisk final : host::InputFile {
-        std::uint64_t Size() const override { return 1000; }
-        std::optional<std::size_t> Read(std::uint64_t, std::span<std::byte>) override { return std::nullopt; }
-    };
-    std::string problem;
-    EXPECT_EQ(host::SoundReader::FromFile(std::make_unique<BrokenDisk>(), problem), nullptr);
-    EXPECT_EQ(problem, "it cannot be read");
 }
 
 TEST(Microphone, TellsOnceOfABreathFileThatLosesItsEndWhileItIsHeard) {

@@ -97,26 +97,6 @@ TEST(Mix, FallsAsItsRecordingSaysAndRingsOnInTheSustainedPart) {
     }
 }
 
-TEST(Mix, BeginsWithEachTakeInTurnAndRepeatsTheSustainedPartAlone) {
-    std::vector<float> frames(kAttack + kLoop + 2 * kAttack, 0.5F);
-    constexpr float kTakes[] = {0.1F, 0.2F, 0.3F};
-    std::fill_n(frames.begin(), kAttack, kTakes[0]);
-    std::fill_n(frames.begin() + kAttack + kLoop, kAttack, kTakes[1]);
-    std::fill_n(frames.begin() + kAttack + kLoop + kAttack, kAttack, kTakes[2]);
-    Band band;
-    band.Keep(0, Shape(0, 3), frames);
-    for (host::VoiceNumber voice = 1; voice <= 6; ++voice) {
-        band.Start(voice, 0);
-        band.Tell(Kind::kGrantRepeat, voice);
-        const auto heard = band.Hear((kAttack + 2 * kLoop) / kPeriod);
-        for (std::size_t i = 300; i < heard.size(); ++i) {
-            ASSERT_EQ(heard[i], i < kAttack ? kTakes[(voice - 1) % 3] : 0.5F) << voice << ' ' << i;
-        }
-        band.Tell(Kind::kStop, voice);
-        band.Hear(300);
-    }
-}
-
 TEST(Mix, LetsAToneTakeTheSoundingOnesPlaceInPhaseWithoutADip) {
     constexpr double kPeriods[] = {225.0, 84.28, 150.1, 159.02};
     for (const double first : kPeriods) {

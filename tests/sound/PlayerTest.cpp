@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "measure/SoundFile.h"
 #include "sound/SoundRig.h"
 
 using namespace Tizen::Media;
@@ -539,17 +540,9 @@ TEST(Player, RecordsWhatTheSpeakerPlaysFromItsOpeningToItsClosing) {
         EXPECT_EQ(user.player->Stop(), E_SUCCESS);
         EXPECT_EQ(user.player->Close(), E_SUCCESS);
     }
-    SF_INFO info{};
-    SNDFILE* file = sf_open(path.c_str(), SFM_READ, &info);
-    ASSERT_NE(file, nullptr);
-    EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
-    EXPECT_EQ(info.samplerate, kRate);
-    ASSERT_EQ(static_cast<std::size_t>(info.frames), heard.size());
-    std::vector<float> recorded(heard.size());
-    sf_readf_float(file, recorded.data(), info.frames);
-    sf_close(file);
-    const auto expected = From16Bit(heard);
-    EXPECT_EQ(recorded, expected);
+    const auto recorded = measure::ReadSound(path);
+    EXPECT_EQ(recorded.rate, kRate);
+    EXPECT_EQ(recorded.samples, From16Bit(heard));
 
     host::Options options;
     options.record = BREVANT_TEST_OUTPUT "no-such-folder/record.wav";
