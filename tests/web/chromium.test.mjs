@@ -1,81 +1,15 @@
-// The built page in Chromium, as on a phone: what a player does, and what goes wrong.
+// The built page in Chromium, as on a phone: what a player does. What goes wrong is in faults.test.mjs.
 
 import assert from 'node:assert/strict';
-import { after, before, test } from 'node:test';
-import { cp, mkdtemp, readFile, rm, writeFile } from 'node:fs/promises';
+import { test } from 'node:test';
+import { cp, readFile, writeFile } from 'node:fs/promises';
 import { execFileSync } from 'node:child_process';
-import { tmpdir } from 'node:os';
 import { join } from 'node:path';
-import puppeteer from 'puppeteer-core';
 import { serve } from '../../tools/web/serve.mjs';
 import * as phone from './page.mjs';
 
-/** @type {string} */ let folder;
-/** @type {Awaited<ReturnType<typeof serve>>} */ let server;
-/** @type {import('puppeteer-core').Browser} */ let browser;
-
-/**
- * @param {'accept' | 'deny'} answer to whatever the page asks the user for
- */
-const launch = (answer) =>
-    puppeteer.launch({
-        executablePath: '/usr/bin/chromium',
-        userDataDir: join(folder, answer),
-        // A container has no user namespaces for Chromium's sandbox; the page is our own.
-        args: [
-            '--no-sandbox',
-            '--lang=en',
-            '--use-fake-device-for-media-stream',
-            `--use-fake-ui-for-media-stream${answer === 'deny' ? '=deny' : ''}`,
-            `--use-file-for-fake-audio-capture=${join(folder, 'breath.wav')}`,
-        ],
-    });
-
-before(async () => {
-    folder = await mkdtemp(join(tmpdir(), 'brevant-web-'));
-    await writeFile(join(folder, 'breath.wav'), phone.breathFile());
-    server = await serve(phone.BUILT);
-    browser = await launch('accept');
-});
-after(async () => {
-    await browser?.close();
-    await server?.close();
-    await rm(folder, { recursive: true, force: true });
-});
-
-/**
- * Runs on a page in a context of its own, which must say nothing on its console but what is expected.
- * @param {string} name
- * @param {(page: phone.PhonePage, context: import('puppeteer-core').BrowserContext) => Promise<void>} body
- * @param {{ query?: string, says?: RegExp }} [how]
- */
-function onPhone(name, body, { query = '', says = /^$/ } = {}) {
-    test(name, { timeout: 120_000 }, async () => {
-        const context = await browser.createBrowserContext();
-        try {
-            const page = await phone.openOnPhone(context, server.address + query);
-            await body(page, context);
-            assert.deepEqual(
-                page.said.filter((line) => !says.test(line)),
-                [],
-            );
-        } finally {
-            await context.close();
-        }
-    });
-}
-
-/** @param {import('puppeteer-core').Page} page */
-const turnAutomaticPlayOn = async (page) => {
-    await phone.tap(page, 'Menu');
-    await phone.showsButtons(page, ['Menu', 'Help', 'Settings']);
-    await phone.tap(page, 'Settings');
-    await page.waitForSelector('#mirror [role=switch][aria-checked=false]');
-    await phone.tap(page, 'Automatic play');
-    await page.waitForSelector('#mirror [role=switch][aria-checked=true]');
-    await phone.tap(page, 'Close');
-    await phone.showsPlayScreen(page);
-};
+const chromium = phone.useChromium();
+const { onPhone } = chromium;
 
 onPhone('the first touch also acts, and the line over the ocarina goes', async (page) => {
     await phone.showsPlayScreen(page);
@@ -89,23 +23,20 @@ onPhone('the sixteen fingerings sound in tune while a breath blows', async (page
     await phone.showsPlayScreen(page);
     await phone.listen(page);
     const session = await page.createCDPSession();
-    /** @param {number} mask */
-    const cover = (mask) =>
-        phone.HOLES.map((place, id) => ({ ...place, id })).filter(({ id }) => (mask & (1 << id)) !== 0);
     // The first touch that is lifted lets sound and the microphone in.
     await page.touchscreen.tap(phone.HOLES[0].x, phone.HOLES[0].y);
     await phone.sounds(page, phone.FINGERINGS[0]);
     for (let mask = 1; mask < phone.FINGERINGS.length; ++mask) {
-        await session.send('Input.dispatchTouchEvent', { type: 'touchStart', touchPoints: cover(mask) });
+        await phone.cover(session, mask);
         await phone.sounds(page, phone.FINGERINGS[mask]);
-        await session.send('Input.dispatchTouchEvent', { type: 'touchEnd', touchPoints: [] });
+        await phone.uncover(session);
         await phone.sounds(page, phone.FINGERINGS[0]);
     }
 });
 
 onPhone('ten fingers hold their holes; those that the system takes away let go', async (page) => {
     await phone.showsPlayScreen(page);
-    await turnAutomaticPlayOn(page);
+    await phone.turnAutomaticPlayOn(page);
     await phone.listen(page);
     const session = await page.createCDPSession();
     const ten = [...phone.HOLES, ...phone.HOLES, phone.HOLES[0], phone.HOLES[1]].map(({ x, y }, id) => ({
@@ -124,7 +55,7 @@ onPhone('ten fingers hold their holes; those that the system takes away let go',
 
 onPhone('settings last; help, colours and Back lead where they lead on a phone', async (page) => {
     await phone.showsPlayScreen(page);
-    await turnAutomaticPlayOn(page);
+    await phone.turnAutomaticPlayOn(page);
     await page.reload();
     await phone.showsPlayScreen(page);
     await phone.tap(page, 'Menu');
@@ -187,66 +118,11 @@ onPhone('the mirror alone leads through the screens by keyboard, and axe finds n
     assert.equal(await red(), before - 1);
 });
 
-test('a microphone that is refused is told once, and automatic play goes on', { timeout: 120_000 }, async () => {
-    const refusing = await launch('deny');
-    try {
-        const page = await phone.openOnPhone(refusing.defaultBrowserContext(), `${server.address}?trace`);
-        await phone.showsPlayScreen(page);
-        await turnAutomaticPlayOn(page);
-        await phone.listen(page);
-        const session = await page.createCDPSession();
-        await session.send('Input.dispatchTouchEvent', {
-            type: 'touchStart',
-            touchPoints: [{ ...phone.HOLES[0], id: 0 }],
-        });
-        await phone.sounds(page, phone.FINGERINGS[1]);
-        const lost = (await phone.readTrace(page)).filter(
-            ({ what, event }) => what === 'microphone' && event === 'lost',
-        );
-        assert.equal(lost.length, 1);
-        assert.deepEqual(page.said, ['brevant: there is no microphone; blowing works when there is one']);
-    } finally {
-        await refusing.close();
-    }
-});
-
-onPhone(
-    'a frozen page sounds no more and goes on when it is thawed',
-    async (page) => {
-        await phone.showsPlayScreen(page);
-        await turnAutomaticPlayOn(page);
-        await phone.listen(page);
-        const session = await page.createCDPSession();
-        const hold = () =>
-            session.send('Input.dispatchTouchEvent', {
-                type: 'touchStart',
-                touchPoints: [{ ...phone.HOLES[0], id: 0 }],
-            });
-        await hold();
-        await phone.sounds(page, phone.FINGERINGS[1]);
-        await page.evaluate(() => document.dispatchEvent(new Event('freeze')));
-        await page.waitForFunction(
-            () => /** @type {any} */ (globalThis).brevant.speaker.node.context.state === 'suspended',
-        );
-        await page.evaluate(() => document.dispatchEvent(new Event('resume')));
-        await page.waitForFunction(
-            () => /** @type {any} */ (globalThis).brevant.speaker.node.context.state === 'running',
-        );
-        await session.send('Input.dispatchTouchEvent', { type: 'touchEnd', touchPoints: [] });
-        await phone.isSilent(page);
-        await hold();
-        await phone.sounds(page, phone.FINGERINGS[1]);
-        const events = (await phone.readTrace(page)).filter(({ what }) => what === 'app').map(({ event }) => event);
-        assert.deepEqual(events, ['initialized', 'foreground', 'background', 'foreground']);
-    },
-    { query: '?trace' },
-);
-
 onPhone('without a network everything is there after the first visit', async (page) => {
     await phone.showsPlayScreen(page);
     await page.evaluate(async () => (await navigator.serviceWorker.ready).scope);
     await page.setOfflineMode(true);
-    await page.goto(`${server.address}?language=de`);
+    await page.goto(`${chromium.server.address}?language=de`);
     await page.waitForFunction(() => document.querySelector('#mirror button')?.textContent === 'Menü');
     await phone.listen(page);
     await page.keyboard.down('KeyR');
@@ -254,8 +130,8 @@ onPhone('without a network everything is there after the first visit', async (pa
     await phone.sounds(page, phone.FINGERINGS[1]);
 });
 
-test('a new version comes as a whole or not at all', { timeout: 120_000 }, async () => {
-    const site = join(folder, 'site');
+test('a new version comes as a whole or not at all', phone.LIMIT, async () => {
+    const site = join(chromium.folder, 'site');
     await cp(phone.BUILT, site, { recursive: true });
     let broken = '';
     const own = await serve(site, 0, (name, answer) => {
@@ -263,7 +139,7 @@ test('a new version comes as a whole or not at all', { timeout: 120_000 }, async
         answer.writeHead(503).end();
         return true;
     });
-    const context = await browser.createBrowserContext();
+    const context = await chromium.browser.createBrowserContext();
     const address = `${own.address}in/a/folder/`;
     const publish = async (/** @type {string} */ title) => {
         const index = join(site, 'index.html');
@@ -307,42 +183,3 @@ test('a new version comes as a whole or not at all', { timeout: 120_000 }, async
         await own.close();
     }
 });
-
-test('a network that ends in the middle of the first visit is told, and tried again', async () => {
-    let isCut = true;
-    const own = await serve(phone.BUILT, 0, (name, answer) => {
-        if (!isCut || name !== 'package.bin') return false;
-        answer.writeHead(200, { 'Content-Length': '100000' });
-        answer.write('half');
-        answer.destroy();
-        return true;
-    });
-    const context = await browser.createBrowserContext();
-    try {
-        const page = await phone.openOnPhone(context, own.address);
-        assert.equal(await phone.showsMessage(page), 'The network ended before Brevant was there.');
-        isCut = false;
-        await Promise.all([page.waitForNavigation(), page.click('#message-button')]);
-        await phone.showsPlayScreen(page);
-    } finally {
-        await context.close();
-        await own.close();
-    }
-});
-
-for (const [what, line] of [
-    ['WebAssembly', 'This browser is too old for Brevant: it has no WebAssembly.'],
-    ['AudioWorkletNode', 'This browser is too old for Brevant: it has no AudioWorklet.'],
-]) {
-    test(`a browser without ${what} is told so`, async () => {
-        const context = await browser.createBrowserContext();
-        try {
-            const page = await context.newPage();
-            await page.evaluateOnNewDocument((name) => Reflect.deleteProperty(globalThis, name), what);
-            await page.goto(server.address);
-            assert.equal(await phone.showsMessage(page), line);
-        } finally {
-            await context.close();
-        }
-    });
-}

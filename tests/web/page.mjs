@@ -1,6 +1,13 @@
 // What the browsers' tests share: the built page, a phone's screen, and what can be done on it.
 
 import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+import { spawn } from 'node:child_process';
+import { access, mkdtemp, rm, writeFile } from 'node:fs/promises';
+import { tmpdir } from 'node:os';
+import { join } from 'node:path';
+import puppeteer from 'puppeteer-core';
+import { serve } from '../../tools/web/serve.mjs';
 
 export const BUILT = new URL('../../build/web', import.meta.url).pathname;
 export const GOLDENS = new URL('../goldens/720x1280', import.meta.url).pathname;
@@ -24,17 +31,115 @@ export const FINGERINGS = [3, -8, 2, -6, 0, -4, -1, -5, 1, -12, -14, -10, -2, -7
  * A page as a phone opens it; what it says on its console is kept.
  * @param {import('puppeteer-core').BrowserContext} context
  * @param {string} address
+ * @param {() => void} [first] runs in the page before its own scripts
  * @returns {Promise<PhonePage>}
  */
-export async function openOnPhone(context, address) {
+export async function openOnPhone(context, address, first) {
     const page = await context.newPage();
     await page.setViewport(PHONE);
+    if (first) await page.evaluateOnNewDocument(first);
     /** @type {string[]} */
     const said = [];
     page.on('console', (line) => said.push(line.text()));
     page.on('pageerror', (error) => said.push(String(error)));
     await page.goto(address);
     return Object.assign(page, { said });
+}
+
+/** Any test lasts at most so long; on a quiet machine a few seconds. */
+export const LIMIT = { timeout: 120_000 };
+
+/**
+ * A server of the built page and a Chromium with a breath in its microphone, as long as the tests of the calling file run.
+ */
+export function useChromium() {
+    const used = {
+        folder: '',
+        /** @type {Awaited<ReturnType<typeof serve>>} */
+        server: /** @type {any} */ (null),
+        /** @type {import('puppeteer-core').Browser} */
+        browser: /** @type {any} */ (null),
+        /**
+         * @param {'accept' | 'deny'} answer to whatever the page asks the user for
+         * @param {string} [profile] one that another Chromium has left; otherwise a new one
+         */
+        launch: async (answer, profile) =>
+            puppeteer.launch({
+                executablePath: '/usr/bin/chromium',
+                userDataDir: profile ?? (await mkdtemp(join(used.folder, 'profile-'))),
+                // A container has no user namespaces for Chromium's sandbox; the page is our own.
+                args: [
+                    '--no-sandbox',
+                    '--lang=en',
+                    '--use-fake-device-for-media-stream',
+                    `--use-fake-ui-for-media-stream${answer === 'deny' ? '=deny' : ''}`,
+                    `--use-file-for-fake-audio-capture=${join(used.folder, 'breath.wav')}`,
+                ],
+            }),
+        /**
+         * Runs on a page in a context of its own, which must say nothing on its console but what is expected.
+         * @param {string} name
+         * @param {(page: PhonePage, context: import('puppeteer-core').BrowserContext) => Promise<void>} body
+         * @param {{ query?: string, says?: (string | RegExp)[], first?: () => void }} [how] `says` are the lines of the
+         *     console in their order; `first` runs in the page before its own scripts
+         */
+        onPhone: (name, body, { query = '', says = [], first } = {}) =>
+            test(name, LIMIT, async () => {
+                const context = await used.browser.createBrowserContext();
+                try {
+                    const page = await openOnPhone(context, used.server.address + query, first);
+                    await body(page, context);
+                    hasSaid(page, says);
+                } finally {
+                    await context.close();
+                }
+            }),
+    };
+    before(async () => {
+        used.folder = await mkdtemp(join(tmpdir(), 'brevant-web-'));
+        await writeFile(join(used.folder, 'breath.wav'), breathFile());
+        used.server = await serve(BUILT);
+        used.browser = await used.launch('accept');
+    });
+    after(async () => {
+        await used.browser?.close();
+        await used.server?.close();
+        await rm(used.folder, { recursive: true, force: true });
+    });
+    return used;
+}
+
+/** Neither more nor less than these lines. @param {PhonePage} page @param {(string | RegExp)[]} lines */
+export function hasSaid(page, lines) {
+    assert.equal(page.said.length, lines.length, page.said.join('\n'));
+    lines.forEach((line, at) =>
+        line instanceof RegExp ? assert.match(page.said[at], line) : assert.equal(page.said[at], line),
+    );
+}
+
+/**
+ * Some browsers run no audio context without a sound device: a server of our own has one that nobody hears.
+ * @param {string} folder of the test's own
+ */
+export async function startSound(folder) {
+    const socket = join(folder, 'sound');
+    const modules = ['module-null-sink', `module-native-protocol-unix socket=${socket} auth-anonymous=1`];
+    const env = { HOME: folder, XDG_RUNTIME_DIR: folder };
+    const server = spawn(
+        'pulseaudio',
+        ['-n', '--daemonize=no', '--exit-idle-time=-1', ...modules.map((module) => `--load=${module}`)],
+        { env: { ...process.env, ...env }, stdio: 'ignore' },
+    );
+    const isThere = () =>
+        access(socket).then(
+            () => true,
+            () => false,
+        );
+    while (!(await isThere())) {
+        assert.equal(server.exitCode, null, 'the sound server starts');
+        await new Promise((resolve) => setTimeout(resolve, 20));
+    }
+    return { env: { ...env, PULSE_SERVER: `unix:${socket}` }, end: () => server.kill() };
 }
 
 /** The names of what can be pressed now. @param {import('puppeteer-core').Page} page */
@@ -55,8 +160,20 @@ export const showsButtons = (page, names) =>
 /** @param {import('puppeteer-core').Page} page */
 export const showsPlayScreen = (page) => showsButtons(page, ['Menu']);
 
+/** With the mouse, where the mirror says that it is. @param {import('puppeteer-core').Page} page @param {string} name */
+export async function click(page, name) {
+    const { x, y } = await placeOf(page, name);
+    await page.mouse.click(x, y);
+}
+
 /** With a finger on the canvas, where the mirror says that it is. @param {import('puppeteer-core').Page} page @param {string} name */
 export async function tap(page, name) {
+    const { x, y } = await placeOf(page, name);
+    await page.touchscreen.tap(x, y);
+}
+
+/** @param {import('puppeteer-core').Page} page @param {string} name */
+async function placeOf(page, name) {
     const place = await page.$$eval(
         '#mirror button',
         (all, wanted) => {
@@ -66,8 +183,41 @@ export async function tap(page, name) {
         name,
     );
     assert.ok(place, `nothing that is called ${name} can be pressed`);
-    await page.touchscreen.tap(place.x, place.y);
+    return place;
 }
+
+/** From the play screen to the settings. @param {import('puppeteer-core').Page} page @param {typeof tap} [press] */
+export async function openSettings(page, press = tap) {
+    await showsPlayScreen(page);
+    await press(page, 'Menu');
+    await showsButtons(page, ['Menu', 'Help', 'Settings']);
+    await press(page, 'Settings');
+    await page.waitForSelector('#mirror [role=switch]');
+}
+
+/** @param {import('puppeteer-core').Page} page @param {typeof tap} [press] */
+export async function turnAutomaticPlayOn(page, press = tap) {
+    await openSettings(page, press);
+    await page.waitForSelector('#mirror [role=switch][aria-checked=false]');
+    await press(page, 'Automatic play');
+    await page.waitForSelector('#mirror [role=switch][aria-checked=true]');
+    await press(page, 'Close');
+    await showsPlayScreen(page);
+}
+
+/**
+ * Holds these holes by one finger each.
+ * @param {import('puppeteer-core').CDPSession} session
+ * @param {number} mask
+ */
+export const cover = (session, mask) =>
+    session.send('Input.dispatchTouchEvent', {
+        type: 'touchStart',
+        touchPoints: HOLES.map((place, id) => ({ ...place, id })).filter(({ id }) => (mask & (1 << id)) !== 0),
+    });
+
+/** @param {import('puppeteer-core').CDPSession} session */
+export const uncover = (session) => session.send('Input.dispatchTouchEvent', { type: 'touchEnd', touchPoints: [] });
 
 /** The message in the ocarina's place. @param {import('puppeteer-core').Page} page */
 export const showsMessage = (page) =>

@@ -72,10 +72,13 @@ function deviceSize() {
     };
 }
 
+/** The server is there, but not the file. */
+class MissingFile extends Error {}
+
 /** @param {string} name a file beside this one */
 async function fetchBytes(name) {
     const answer = await fetch(new URL(name, import.meta.url));
-    if (!answer.ok) throw new Error(`${name}: the server says ${answer.status}`);
+    if (!answer.ok) throw new MissingFile(`${name}: the server says ${answer.status}`);
     return answer.arrayBuffer();
 }
 
@@ -115,9 +118,11 @@ async function start() {
     askForAudioSession();
     const dropped = takeDropped();
     const files = request.files.filter((name) => name !== dropped?.name);
-    /** @type {[ArrayBuffer, ArrayBuffer, { default: (parts: object) => Promise<Program> }, ...ArrayBuffer[]]} */
-    const [mix, archive, program, ...contents] = await Promise.all([
+    /** @type {[ArrayBuffer, ArrayBuffer, ArrayBuffer, { default: (parts: object) => Promise<Program> }, ...ArrayBuffer[]]} */
+    const [mix, worklet, archive, program, ...contents] = await Promise.all([
         fetchBytes('mix.wasm'),
+        // Loaded with all else, so that a network that ends later leaves the sound whole.
+        fetchBytes('worklet.mjs'),
         fetchBytes('package.bin'),
         // @ts-ignore: it is made by the build.
         import('./brevant.mjs'),
@@ -127,7 +132,7 @@ async function start() {
     const screenLock = new ScreenLock();
     const speaker = createSpeaker({
         mix,
-        workletUrl: new URL('worklet.mjs', import.meta.url),
+        workletUrl: URL.createObjectURL(new Blob([worklet], { type: 'text/javascript' })),
         onFault: (error) => console.error('brevant: the sound does not start:', error),
     });
     watchTones(speaker, (isPlaying) => screenLock.setPlaying(isPlaying));
@@ -243,5 +248,5 @@ function offerDownloads(outputs) {
 useNewestVersion();
 start().catch((error) => {
     console.error('brevant:', error);
-    say(texts.interrupted, texts.retry);
+    say(error instanceof MissingFile ? `${texts.failed} ${error.message}` : texts.interrupted, texts.retry);
 });

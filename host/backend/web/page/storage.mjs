@@ -27,6 +27,7 @@ export function createStorage({ archive, settings }) {
     const files = readArchive(archive);
     /** @type {Map<string, { bytes: Uint8Array, length: number }>} */
     const written = new Map();
+    let isLossTold = false;
 
     // The bytes as characters of the same number, for the browser's storage holds texts.
     /** @param {string} path @returns {Uint8Array | undefined} */
@@ -80,6 +81,10 @@ export function createStorage({ archive, settings }) {
         },
         /** @param {string} path @param {Uint8Array} bytes @returns {boolean} false when the browser has no room for it */
         replace(path, bytes) {
+            if (settings === null && !isLossTold) {
+                isLossTold = true;
+                console.warn('brevant: this browser keeps nothing for the page; settings last until it is closed');
+            }
             let text = '';
             for (const byte of bytes) text += String.fromCharCode(byte);
             try {
