@@ -22,6 +22,9 @@ export const HOLES = [
     { x: 270, y: 498 },
 ];
 
+/** The keys of the holes, in the order of HOLES. */
+export const KEYS = ['r', 'u', 'f', 'j'];
+
 /** The tone of each fingering as semitones from A4; the index is the mask of the covered holes. */
 export const FINGERINGS = [3, -8, 2, -6, 0, -4, -1, -5, 1, -12, -14, -10, -2, -7, -3, -9];
 
