@@ -1,28 +1,10 @@
 #include "launcher/CommandLine.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
-#include <string_view>
 
 namespace host {
 
 namespace {
-
-constexpr int kSmallestScreenSide = 120;
-constexpr int kLargestScreenSide = 8192;
-
-// WxH, both within what a phone or a tablet may have.
-std::optional<PixelSize> ParseScreen(std::string_view text) {
-    PixelSize size;
-    const char* const end = text.data() + text.size();
-    const auto width = std::from_chars(text.data(), end, size.width);
-    if (width.ec != std::errc() || width.ptr == end || *width.ptr != 'x') return std::nullopt;
-    const auto height = std::from_chars(width.ptr + 1, end, size.height);
-    if (height.ec != std::errc() || height.ptr != end) return std::nullopt;
-    const auto isFit = [](int side) { return side >= kSmallestScreenSide && side <= kLargestScreenSide; };
-    if (!isFit(size.width) || !isFit(size.height)) return std::nullopt;
-    return size;
-}
 
 // CLI11 explains over several lines at times; the launcher says one.
 std::string OneLine(std::string text) {

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "backend/Geometry.h"
@@ -10,6 +11,14 @@ namespace host {
 
 /// The highest ringtone volume that the phone has.
 inline constexpr int kLoudestRingtone = 15;
+
+/// The sides of a screen, in pixels, that a phone or a tablet may have.
+inline constexpr int kSmallestScreenSide = 120;
+inline constexpr int kLargestScreenSide = 8192;
+
+/// A screen that was asked for as WxH, such as 720x1280. Empty for a text that is not wholly such a size, or whose
+/// sides no phone has.
+[[nodiscard]] std::optional<PixelSize> ParseScreen(std::string_view text);
 
 /// What the user, or a test, asked for; every default stands here. Paths are as they were given.
 struct Options {

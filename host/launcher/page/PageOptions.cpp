@@ -2,37 +2,23 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <optional>
 #include <string_view>
+
+#include "runtime/package/Values.h"
 
 namespace host {
 
 namespace {
 
-constexpr int kSmallestScreenSide = 120;
-constexpr int kLargestScreenSide = 8192;
-
-std::optional<int> ParseNumber(std::string_view text, int least, int most) {
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || number < least || number > most) return {};
-    return number;
-}
-
 bool SetScreen(Options& options, const std::string& text) {
-    const std::size_t cross = std::min(text.find('x'), text.size());
-    const auto width = ParseNumber(std::string_view(text).substr(0, cross), kSmallestScreenSide, kLargestScreenSide);
-    const auto height = cross == text.size() ? std::nullopt
-                                             : ParseNumber(std::string_view(text).substr(cross + 1),
-                                                           kSmallestScreenSide, kLargestScreenSide);
-    if (!width || !height) return false;
-    options.screen = {*width, *height};
-    return true;
+    const auto screen = ParseScreen(text);
+    if (screen) options.screen = *screen;
+    return screen.has_value();
 }
 
 bool SetVolume(Options& options, const std::string& text) {
-    const auto volume = ParseNumber(text, 0, kLoudestRingtone);
+    const auto volume = ParseWhole(text, 0, kLoudestRingtone);
     if (volume) options.ringtoneVolume = *volume;
     return volume.has_value();
 }
