@@ -1,16 +1,11 @@
 #include "backend/web/PortSpeaker.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "backend/web/Bridge.h"
 
 namespace host {
-
-namespace {
-
-constexpr std::size_t kNumbersOfCommand = 5;
-
-}  // namespace
 
 void PortSpeaker::Open(SpeakerClient& client) {
     client_ = &client;
@@ -34,23 +29,26 @@ void PortSpeaker::HandOver(ClipNumber number, const ClipShape& shape, const floa
 }
 
 std::size_t PortSpeaker::Send(std::span<const MixCommand> commands) noexcept {
-    if (commands.empty()) return 0;
-    outgoing_.clear();
+    std::size_t count = 0;
     for (const MixCommand& command : commands) {
-        if (command.kind == MixCommand::Kind::kClipReady) {
-            Clip& clip = clips_[command.clip];
-            if (command.number > clip.sent) {
-                web_speaker_frames(static_cast<int>(command.clip), clip.sent, clip.frames + clip.sent,
-                                   command.number - clip.sent);
-                clip.sent = command.number;
-            }
-        }
-        outgoing_.insert(outgoing_.end(), {static_cast<double>(command.kind), static_cast<double>(command.voice),
-                                           static_cast<double>(command.clip), static_cast<double>(command.number),
-                                           static_cast<double>(command.gain)});
+        if (command.kind == MixCommand::Kind::kClipReady) SendFrames(command.clip, command.number);
+        double* const numbers = &outgoing_[count * kNumbersOfCommand];
+        numbers[0] = static_cast<double>(command.kind);
+        numbers[1] = command.voice;
+        numbers[2] = command.clip;
+        numbers[3] = command.number;
+        numbers[4] = static_cast<double>(command.gain);
+        if (++count == kMostTogether) web_speaker_send(outgoing_.data(), static_cast<int>(std::exchange(count, 0)));
     }
-    web_speaker_send(outgoing_.data(), static_cast<int>(outgoing_.size() / kNumbersOfCommand));
+    if (count > 0) web_speaker_send(outgoing_.data(), static_cast<int>(count));
     return commands.size();
+}
+
+void PortSpeaker::SendFrames(ClipNumber number, std::uint32_t ready) noexcept {
+    Clip& clip = clips_[number];
+    if (ready <= clip.sent) return;
+    web_speaker_frames(static_cast<int>(number), clip.sent, clip.frames + clip.sent, ready - clip.sent);
+    clip.sent = ready;
 }
 
 std::size_t PortSpeaker::TakeNews(std::span<MixNews> news) noexcept {

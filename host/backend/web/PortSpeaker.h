@@ -33,6 +33,9 @@ public:
     void SetLost(bool isLost) noexcept;
 
 private:
+    // A command crosses as so many numbers: kind, voice, clip, number, gain.
+    static constexpr std::size_t kNumbersOfCommand = 5;
+    static constexpr std::size_t kMostTogether = 32;  // in one message; a step of the ocarina has few commands
     static constexpr int kLongestStandstill = 400;    // milliseconds
     static constexpr int kRateWithoutSound = 44'100;  // where the browser has no worklets
 
@@ -41,11 +44,14 @@ private:
         std::uint32_t sent = 0;
     };
 
+    /// What of the clip is ready and has not been sent.
+    void SendFrames(ClipNumber number, std::uint32_t ready) noexcept;
+
     SpeakerClient* client_ = nullptr;
     int rate_ = kRateWithoutSound;
     std::array<Clip, kMostClips> clips_;
     std::vector<MixNews> news_;
-    std::vector<double> outgoing_;
+    std::array<double, kMostTogether * kNumbersOfCommand> outgoing_{};
 };
 
 }  // namespace host

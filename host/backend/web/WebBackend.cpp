@@ -7,6 +7,9 @@
 //   microphone   getUserMedia, asked for raw, by a second worklet node
 //   storage      one archive of the package, localStorage for the settings, the page's memory for other files
 //
+// RenderingBackend beside it renders a performance on a virtual clock, in a page or in node: the headless clock, loop
+// driver and speaker with this painter and storage, a window of the phone's size, and no microphone.
+//
 // What the page calls, on its one thread:
 //   brevant_touch(finger, kind, x, y)   kind 0 down, 1 move, 2 up, 3 cancel; x and y in the canvas's device pixels
 //   brevant_key(code, kind, shift)      a KeyboardEvent's code; kind 0 down, 1 repeat, 2 up; shift 1 while it is held

@@ -48,7 +48,8 @@ bool HasScreen(const std::vector<std::string>& arguments) {
 
 }  // namespace
 
-int main(int argc, char* argv[]) {
+// A page's build has no exceptions: what would throw one ends the program.
+int main(int argc, char* argv[]) {  // NOLINT(bugprone-exception-escape)
     const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
     PageOptions page = ReadPageOptions(arguments);
     Options& options = page.options;
