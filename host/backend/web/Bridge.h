@@ -74,6 +74,8 @@ double web_storage_size(const char* path);
 /// Names with a line end behind each, in memory that the caller frees.
 char* web_storage_list(const char* folder);
 void web_storage_read(const char* path, double offset, void* to, int bytes);
+/// Makes the file empty, for web_storage_write to fill.
+void web_storage_create(const char* path);
 /// These two are 0 when the browser does not take it.
 int web_storage_write(const char* path, double offset, const void* from, int bytes);
 int web_storage_replace(const char* path, const void* from, int bytes);

@@ -106,6 +106,7 @@ std::unique_ptr<OutputFile> WebStorage::OpenOutput(const std::string& path, std:
         problem = "it is not a file's name";
         return nullptr;
     }
+    web_storage_create(path.c_str());
     return std::make_unique<PageOutputFile>(path);
 }
 

@@ -186,6 +186,9 @@ mergeInto(LibraryManager.library, {
     web_storage_read: function (path, offset, to, bytes) {
         return HEAPU8.set(Module['host'].storage.read(UTF8ToString(path)).subarray(offset, offset + bytes), to);
     },
+    web_storage_create: function (path) {
+        return Module['host'].storage.create(UTF8ToString(path));
+    },
     web_storage_write: function (path, offset, from, bytes) {
         return Module['host'].storage.write(UTF8ToString(path), offset, HEAPU8.slice(from, from + bytes)) ? 1 : 0;
     },

@@ -5,7 +5,7 @@ import { listenForInput } from './input.mjs';
 import { createLoop } from './loop.mjs';
 import { createMicrophone } from './microphone.mjs';
 import { createPainter } from './painter.mjs';
-import { readRequest, takeDropped } from './performance.mjs';
+import { findDropped, readRequest } from './performance.mjs';
 import { BackKey, ScreenLock, watchTones, watchVisibility } from './phone.mjs';
 import { createSpeaker } from './speaker.mjs';
 import { createStorage } from './storage.mjs';
@@ -116,7 +116,7 @@ async function start() {
         return;
     }
     askForAudioSession();
-    const dropped = takeDropped();
+    const dropped = findDropped();
     const files = request.files.filter((name) => name !== dropped?.name);
     /** @type {[ArrayBuffer, ArrayBuffer, ArrayBuffer, { default: (parts: object) => Promise<Program> }, ...ArrayBuffer[]]} */
     const [mix, worklet, archive, program, ...contents] = await Promise.all([

@@ -8,6 +8,9 @@ const PLAIN = ['backend', 'screen', 'language', 'ringtone-volume'];
 /** @type {Record<string, string>} */
 const OUTPUT_NAMES = { trace: 'trace.jsonl', record: 'recording.wav', 'keep-performance': 'kept.performance' };
 
+/** A name alone: nothing is read from other folders or servers. @param {string} path */
+const withoutFolder = (path) => path.replace(/^.*[/\\]/, '');
+
 /**
  * What the address asks for. A performance leaves its trace and its recording to be downloaded.
  * @param {URLSearchParams} query
@@ -23,8 +26,7 @@ export function readRequest(query) {
         if (value !== null) options.push(`--${name}=${value}`);
     }
     for (const name of READ) {
-        // A name alone: nothing is read from other folders or servers.
-        const file = query.get(name)?.replace(/^.*[/\\]/, '');
+        const file = withoutFolder(query.get(name) ?? '');
         if (!file) continue;
         files.push(file);
         options.push(`--${name}=${file}`);
@@ -37,18 +39,32 @@ export function readRequest(query) {
 }
 
 /**
- * The file that was dropped on the page before it was loaded anew, once.
+ * The file that was dropped on the page before it was loaded anew, as often as the address still names it.
  * @returns {{ name: string, bytes: Uint8Array } | undefined}
  */
-export function takeDropped() {
-    const name = new URLSearchParams(location.search).get('performance');
+export function findDropped() {
+    const wanted = withoutFolder(new URLSearchParams(location.search).get('performance') ?? '');
     try {
-        const text = sessionStorage.getItem(DROPPED);
-        if (text === null || name === null) return undefined;
-        return { name, bytes: new TextEncoder().encode(text) };
+        const kept = sessionStorage.getItem(DROPPED);
+        if (kept === null) return undefined;
+        /** @type {{ name: string, characters: string }} */
+        const { name, characters } = JSON.parse(kept);
+        if (name === wanted) {
+            return { name, bytes: Uint8Array.from(characters, (character) => character.charCodeAt(0)) };
+        }
+        // Another file is asked for: this one is not mistaken for it.
+        sessionStorage.removeItem(DROPPED);
     } catch {
-        return undefined;
+        // A browser that keeps nothing has nothing from before.
     }
+    return undefined;
+}
+
+/** @param {File} file @returns {Promise<string>} its bytes as characters of the same number: the storage holds texts alone */
+async function readCharacters(file) {
+    let characters = '';
+    for (const byte of new Uint8Array(await file.arrayBuffer())) characters += String.fromCharCode(byte);
+    return characters;
 }
 
 document.addEventListener('dragover', (event) => event.preventDefault());
@@ -56,15 +72,15 @@ document.addEventListener('drop', async (event) => {
     event.preventDefault();
     const file = event.dataTransfer?.files[0];
     if (file === undefined) return;
-    const text = await file.text();
+    const name = withoutFolder(file.name);
     try {
-        sessionStorage.setItem(DROPPED, text);
+        sessionStorage.setItem(DROPPED, JSON.stringify({ name, characters: await readCharacters(file) }));
     } catch (error) {
-        console.error(`brevant: ${file.name} is too large for this browser to keep:`, error);
+        console.error(`brevant: ${file.name} cannot be read, or is too large for this browser to keep:`, error);
         return;
     }
     // The ocarina begins anew, as the launcher would with that file.
     const query = new URLSearchParams(location.search);
-    query.set('performance', file.name);
+    query.set('performance', name);
     location.search = query.toString();
 });

@@ -63,11 +63,14 @@ export function createStorage({ archive, settings }) {
         },
         /** The package's pictures, as painter.mjs prepares them. @returns {Uint8Array[]} */
         pictures: () => [...files].filter(([path]) => path.startsWith(PICTURES_FOLDER)).map(([, bytes]) => bytes),
-        /** @param {string} path @param {number} offset @param {Uint8Array} bytes @returns {boolean} */
+        /** Makes the file empty, for write() to fill. @param {string} path */
+        create(path) {
+            written.set(path, { bytes: new Uint8Array(), length: 0 });
+        },
+        /** @param {string} path of a file that create() made @param {number} offset @param {Uint8Array} bytes @returns {boolean} */
         write(path, offset, bytes) {
-            let output = written.get(path);
-            if (!output || (offset === 0 && bytes.length > output.length))
-                output = { bytes: new Uint8Array(), length: 0 };
+            const output = written.get(path);
+            if (!output) return false;
             const end = offset + bytes.length;
             if (end > output.bytes.length) {
                 const larger = new Uint8Array(Math.max(end, output.bytes.length * 2));
@@ -76,7 +79,6 @@ export function createStorage({ archive, settings }) {
             }
             output.bytes.set(bytes, offset);
             output.length = Math.max(output.length, end);
-            written.set(path, output);
             return true;
         },
         /** @param {string} path @param {Uint8Array} bytes @returns {boolean} false when the browser has no room for it */
