@@ -1,11 +1,8 @@
 // The built page in Chromium, as on a phone: what a player does. What goes wrong is in faults.test.mjs.
 
 import assert from 'node:assert/strict';
-import { test } from 'node:test';
-import { cp, readFile, writeFile } from 'node:fs/promises';
-import { execFileSync } from 'node:child_process';
+import { readFile, writeFile } from 'node:fs/promises';
 import { join } from 'node:path';
-import { serve } from '../../tools/web/serve.mjs';
 import * as phone from './page.mjs';
 
 const chromium = phone.useChromium();
@@ -201,58 +198,4 @@ onPhone('without a network everything is there after the first visit', async (pa
     await page.keyboard.down('KeyR');
     await page.keyboard.down('Space');
     await phone.sounds(page, phone.FINGERINGS[1]);
-});
-
-test('a new version comes as a whole or not at all', phone.LIMIT, async () => {
-    const site = join(chromium.folder, 'site');
-    await cp(phone.BUILT, site, { recursive: true });
-    let broken = '';
-    const own = await serve(site, 0, (name, answer) => {
-        if (name !== broken) return false;
-        answer.writeHead(503).end();
-        return true;
-    });
-    const context = await chromium.browser.createBrowserContext();
-    const address = `${own.address}in/a/folder/`;
-    const publish = async (/** @type {string} */ title) => {
-        const index = join(site, 'index.html');
-        await writeFile(
-            index,
-            (await readFile(index, 'utf8')).replace(/<title>.*<\/title>/, `<title>${title}</title>`),
-        );
-        execFileSync('node', ['tools/web/stamp.mjs', site]);
-    };
-    try {
-        const page = await phone.openOnPhone(context, address);
-        const active = () => page.evaluate(async () => (await navigator.serviceWorker.ready).active?.state);
-        await phone.showsPlayScreen(page);
-        assert.ok(['activating', 'activated'].includes(`${await active()}`));
-
-        const update = () =>
-            page.evaluate(async () => {
-                const registration = await navigator.serviceWorker.ready;
-                await registration.update();
-                const coming = registration.installing;
-                if (coming === null) return 'none';
-                return new Promise((resolve) => {
-                    coming.addEventListener('statechange', () => resolve(coming.state));
-                });
-            });
-        broken = 'brevant.wasm';
-        await publish('Brevant two');
-        assert.equal(await update(), 'redundant', 'a version of which a file is missing is not taken');
-        await page.goto(address);
-        await phone.showsPlayScreen(page);
-        assert.equal(await page.title(), 'Brevant, an ocarina', 'the old one stays whole');
-        broken = '';
-        await publish('Brevant three');
-        assert.equal(await update(), 'installed');
-        await page.goto(address);
-        await page.waitForFunction(() => document.title === 'Brevant three');
-        await phone.showsPlayScreen(page);
-        assert.equal((await page.evaluate(() => caches.keys())).length, 1, 'nothing of older versions is left');
-    } finally {
-        await context.close();
-        await own.close();
-    }
 });

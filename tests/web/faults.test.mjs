@@ -373,7 +373,7 @@ test('a file that the server does not have is named', phone.LIMIT, async () => {
 
 const NETWORK_ENDED = 'The network ended before Brevant was there.';
 for (const part of [
-    'page.css',
+    'splash.webp',
     'main.mjs',
     'texts.mjs',
     'brevant.mjs',

@@ -46,6 +46,7 @@ export async function render(built, options, files) {
         archive: archive.buffer.slice(archive.byteOffset, archive.byteOffset + archive.length),
         settings: null,
     });
+    storage.addFile('package/images/intro01.png', readFileSync(join(built, 'splash.webp')));
     for (const [name, bytes] of files) storage.addFile(name, bytes);
     const result = { status: undefined, refusal: undefined, errors: [], outputs: new Map() };
     await createBrevant({

@@ -75,7 +75,7 @@ test('the microphone hands its frames on in order, together, and takes no memory
         microphone.port.posted.flat(),
         Array.from({ length: 60 * QUANTUM }, (_, at) => at),
     );
-    assert.equal(microphone.port.posted.length, 16, '10 ms at once');
+    assert.equal(microphone.port.posted.length, 8, '20 ms at once');
     assert.equal(microphone.process([[]]), true, 'without a source it goes on');
     assert.ok(bytesTaken(() => microphone.process(inputs)) < CALLS);
 });

@@ -1,13 +1,15 @@
-// make-archive.mjs FOLDER FILE: all files below FOLDER in one. It begins with the length of its table (four bytes, the
-// lowest first); the table is JSON, from each file's path to its place behind the table and its length. Pictures keep
-// their names, but are lossless WebP: half as large, and every browser decodes it. The program's icon stays PNG: it is
-// decoded by the program itself.
+// make-archive.mjs FOLDER FILE [NAME=OTHER...]: all files below FOLDER in one, but those named, each of which becomes a
+// file of its own. The one begins with the length of its table (four bytes, the lowest first); the table is JSON, from
+// each file's path to its place behind the table and its length. Pictures keep their names, but are lossless WebP: half
+// as large, and every browser decodes it. The program's icon stays PNG: it is decoded by the program itself.
 import { execFileSync } from 'node:child_process';
 import { readFileSync, readdirSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 
 const MOST_BYTES = 16 * 1024 * 1024;
-const [folder, target] = process.argv.slice(2);
+const [folder, target, ...others] = process.argv.slice(2);
+/** @type {Map<string, string>} */
+const alone = new Map(others.map((other) => /** @type {[string, string]} */ (other.split('='))));
 const table = {};
 const contents = [];
 let place = 0;
@@ -19,7 +21,13 @@ for (const name of readdirSync(folder, { recursive: true, withFileTypes: true })
     const content = isPicture
         ? execFileSync('cwebp', ['-quiet', '-lossless', '-z', '6', name, '-o', '-'], { maxBuffer: MOST_BYTES })
         : readFileSync(name);
-    table[name.slice(folder.length).replace(/^\/+/, '')] = [place, content.length];
+    const path = name.slice(folder.length).replace(/^\/+/, '');
+    const other = alone.get(path);
+    if (other !== undefined) {
+        writeFileSync(other, content);
+        continue;
+    }
+    table[path] = [place, content.length];
     contents.push(content);
     place += content.length;
 }

@@ -14,11 +14,13 @@ const TYPES = {
     '.mjs': 'text/javascript; charset=utf-8',
     '.wasm': 'application/wasm',
     '.png': 'image/png',
+    '.webp': 'image/webp',
     '.webmanifest': 'application/manifest+json',
     '.performance': 'text/plain; charset=utf-8',
     '.wav': 'audio/wav',
 };
-const UNPACKED = ['.png', '.wav'];
+// These are packed already, or as good as.
+const UNPACKED = ['.png', '.webp', '.wav', '.bin'];
 
 /**
  * Serves a folder on localhost below `/` and, for a page must work in any sub-folder, below `/in/a/folder/`.
@@ -29,6 +31,16 @@ const UNPACKED = ['.png', '.wav'];
  * @returns {Promise<{ address: string, close(): Promise<void> }>} `address` ends in a slash
  */
 export async function serve(folder, port = 0, intercept = () => false) {
+    /** @type {Map<string, { bytes: Buffer, packed: Buffer }>} */
+    const known = new Map();
+    /** @param {string} name @param {Buffer} bytes */
+    const pack = (name, bytes) => {
+        const before = known.get(name);
+        if (before?.bytes.equals(bytes)) return before.packed;
+        const packed = gzipSync(bytes);
+        known.set(name, { bytes, packed });
+        return packed;
+    };
     const server = createServer(async (request, answer) => {
         const path = decodeURIComponent(new URL(request.url ?? '/', 'http://localhost').pathname);
         const name = normalize(path).replace(/^\/(?:in\/a\/folder\/)?/, '') || 'index.html';
@@ -43,7 +55,7 @@ export async function serve(folder, port = 0, intercept = () => false) {
                 'Cache-Control': 'no-cache',
                 ...(isPacked ? { 'Content-Encoding': 'gzip' } : {}),
             });
-            answer.end(isPacked ? gzipSync(bytes) : bytes);
+            answer.end(isPacked ? pack(name, bytes) : bytes);
         } catch {
             answer.writeHead(404, { 'Content-Type': 'text/plain' }).end('there is no such file\n');
         }

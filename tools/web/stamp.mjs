@@ -1,4 +1,5 @@
-// Writes into FOLDER/sw.js which files the folder has, with their sums, and the version that follows from them.
+// Writes into FOLDER/sw.js which files the folder has, with their sums, and the version that follows from them, which
+// FOLDER/index.html gets as well.
 // Usage: node tools/web/stamp.mjs FOLDER
 
 import { createHash } from 'node:crypto';
@@ -15,10 +16,18 @@ const sumOf = (bytes) => createHash('sha256').update(bytes).digest('hex');
 
 const worker = readFileSync(join('host/backend/web/page', 'sw.js'), 'utf8');
 const names = readdirSync(folder)
-    .filter((name) => name !== 'sw.js')
+    // The large icons are for the system's own lists, which take them from the network.
+    .filter((name) => name !== 'sw.js' && !name.endsWith('-512.png'))
     .sort();
-const files = Object.fromEntries(names.map((name) => [name, sumOf(readFileSync(join(folder, name)))]));
-const version = sumOf(JSON.stringify(files) + worker).slice(0, 16);
+const index = join(folder, 'index.html');
+/** @param {string} version */
+const stampIndex = (version) =>
+    writeFileSync(index, readFileSync(index, 'utf8').replace(/(?<=<meta name="version" content=")[^"]*/, version));
+const sumAll = () => Object.fromEntries(names.map((name) => [name, sumOf(readFileSync(join(folder, name)))]));
+stampIndex('');
+const version = sumOf(JSON.stringify(sumAll()) + worker).slice(0, 16);
+stampIndex(version);
+const files = sumAll();
 writeFileSync(
     join(folder, 'sw.js'),
     worker

@@ -38,6 +38,8 @@ int web_window_width();
 int web_window_height();
 /// The texts' language that the user likes best, two letters, of those in `known`, which blanks part; empty for none.
 void web_window_language(const char* known, char* language, int room);
+/// After each picture on the canvas.
+void web_window_presented();
 void web_window_ended(int status);
 void web_window_refused(const char* reason);
 

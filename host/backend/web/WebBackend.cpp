@@ -118,6 +118,7 @@ private:
 template <typename Action>
 void Act(Action action) {
     if (current == nullptr) return;
+    current->loopDriver.ExpectStep();
     action(*current);
     current->loopDriver.Step();
 }

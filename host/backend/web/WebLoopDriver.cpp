@@ -14,11 +14,12 @@ void WebLoopDriver::Run(LoopClient& client) {
 void WebLoopDriver::Wake() noexcept {
     if (client_ == nullptr) return;
     isWoken_ = true;
-    if (!isStepping_) web_loop_schedule(0);
+    if (!isStepping_ && !isStepComing_) web_loop_schedule(0);
 }
 
 void WebLoopDriver::Step() {
     constexpr double kNeverAgain = -1;
+    isStepComing_ = false;
     if (client_ == nullptr || isStepping_ || client_->HasEnded()) return;
     isStepping_ = true;
     isWoken_ = false;

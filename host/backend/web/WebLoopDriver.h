@@ -13,6 +13,8 @@ public:
     void Run(LoopClient& client) override;
     void Wake() noexcept override;
 
+    /// A step comes at once, so that until then Wake need not ask the page for one.
+    void ExpectStep() noexcept { isStepComing_ = true; }
     /// A step, now: something was due, or input has come. Nothing happens within a step, or when the client has ended.
     void Step();
 
@@ -20,6 +22,7 @@ private:
     const Clock& clock_;
     LoopClient* client_ = nullptr;
     bool isStepping_ = false;
+    bool isStepComing_ = false;
     bool isWoken_ = false;
 };
 

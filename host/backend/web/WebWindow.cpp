@@ -19,6 +19,11 @@ void WebWindow::Close() {
     accessibility_.SetSource(nullptr);
 }
 
+void WebWindow::Present(std::span<const PixelRect> /*damage*/) {
+    web_window_presented();
+    accessibility_.Update();
+}
+
 void WebWindow::Touch(const TouchInput& touch) {
     if (input_ != nullptr) input_->OnTouch(touch);
 }

@@ -9,8 +9,8 @@
 
 namespace host {
 
-/// The page's canvas. What is drawn on it is shown when the browser's next frame comes; Present tells it in words.
-/// UI thread only.
+/// The page's canvas. What is drawn on it is shown when the browser's next frame comes; Present tells the page of it,
+/// and what it is in words. UI thread only.
 class WebWindow final : public Window {
 public:
     explicit WebWindow(CanvasPainter& painter) : painter_(painter) {}
@@ -22,7 +22,7 @@ public:
     [[nodiscard]] PixelSize Size() const override { return pixels_ ? pixels_->Size() : PixelSize{}; }
     [[nodiscard]] Surface& Pixels() override { return *pixels_; }
     void SetAccessible(Accessible& screen) override { accessibility_.SetSource(&screen); }
-    void Present(std::span<const PixelRect> /*damage*/) override { accessibility_.Update(); }
+    void Present(std::span<const PixelRect> damage) override;
     [[nodiscard]] Microseconds FrameInterval() const override { return kFrameInterval; }
 
     // From the page; passed over while it is closed.

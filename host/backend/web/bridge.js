@@ -102,6 +102,9 @@ mergeInto(LibraryManager.library, {
         );
         stringToUTF8(liked.find((name) => names.includes(name)) || '', language, room);
     },
+    web_window_presented: function () {
+        return Module['host'].window.presented();
+    },
     web_window_ended: function (status) {
         return Module['host'].window.ended(status);
     },

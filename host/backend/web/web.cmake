@@ -29,9 +29,17 @@ target_link_options(mix PRIVATE -O3 -sSTANDALONE_WASM --no-entry -sALLOW_MEMORY_
 file(GLOB_RECURSE package_files ${CMAKE_SOURCE_DIR}/res/*)
 add_custom_command(OUTPUT ${web_folder}/package.bin
                    COMMAND node ${CMAKE_SOURCE_DIR}/tools/web/make-archive.mjs ${CMAKE_SOURCE_DIR}/res ${web_folder}/package.bin
+                           images/intro01.png=${web_folder}/splash.webp
+                   BYPRODUCTS ${web_folder}/splash.webp
                    DEPENDS ${package_files} ${CMAKE_SOURCE_DIR}/tools/web/make-archive.mjs VERBATIM)
 file(GLOB page_files CONFIGURE_DEPENDS ${page_folder}/*)
-set(page_copies)
+list(REMOVE_ITEM page_files ${page_folder}/index.html ${page_folder}/page.css)
+add_custom_command(OUTPUT ${web_folder}/index.html
+                   COMMAND node ${CMAKE_SOURCE_DIR}/tools/web/put-style-in.mjs ${page_folder}/index.html ${page_folder}/page.css
+                           ${web_folder}/index.html
+                   DEPENDS ${page_folder}/index.html ${page_folder}/page.css ${CMAKE_SOURCE_DIR}/tools/web/put-style-in.mjs
+                   VERBATIM)
+set(page_copies ${web_folder}/index.html)
 foreach(file ${page_files})
   get_filename_component(name ${file} NAME)
   add_custom_command(OUTPUT ${web_folder}/${name} COMMAND ${CMAKE_COMMAND} -E copy ${file} ${web_folder}/${name}

@@ -27,6 +27,10 @@ import { useNewestVersion } from './updates.mjs';
  * }} Program
  */
 
+/** The picture that the page shows at once, which is the package's own. */
+const SPLASH = 'splash.webp';
+const SPLASH_IN_PACKAGE = 'package/images/intro01.png';
+
 const KEY_DOWN = 0;
 const KEY_UP = 2;
 
@@ -101,6 +105,19 @@ function askForAudioSession() {
     if (session !== undefined) session.type = 'play-and-record';
 }
 
+/** Until the splash's picture has been painted, which what follows would hold up; soon in any case. */
+async function waitForSplash() {
+    const LONGEST_MS = 300;
+    const splash = element('splash', HTMLImageElement);
+    await Promise.race([
+        splash
+            .decode()
+            .catch(() => {})
+            .then(() => new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve)))),
+        new Promise((resolve) => setTimeout(resolve, LONGEST_MS)),
+    ]);
+}
+
 /** @returns {string | undefined} what this browser lacks, in one line */
 function whatIsMissing() {
     if (typeof WebAssembly !== 'object') return texts.noWebAssembly;
@@ -116,18 +133,22 @@ async function start() {
         return;
     }
     askForAudioSession();
+    const splashShown = waitForSplash();
     const dropped = findDropped();
     const files = request.files.filter((name) => name !== dropped?.name);
-    /** @type {[ArrayBuffer, ArrayBuffer, ArrayBuffer, { default: (parts: object) => Promise<Program> }, ...ArrayBuffer[]]} */
-    const [mix, worklet, archive, program, ...contents] = await Promise.all([
+    /** @type {[ArrayBuffer, ArrayBuffer, ArrayBuffer, ArrayBuffer, { default: (parts: object) => Promise<Program> }, ...ArrayBuffer[]]} */
+    const [mix, worklet, archive, splash, program, ...contents] = await Promise.all([
         fetchBytes('mix.wasm'),
         // Loaded with all else, so that a network that ends later leaves the sound whole.
         fetchBytes('worklet.mjs'),
         fetchBytes('package.bin'),
+        fetchBytes(SPLASH),
         // @ts-ignore: it is made by the build.
         import('./brevant.mjs'),
         ...files.map(fetchBytes),
     ]);
+
+    await splashShown;
 
     const screenLock = new ScreenLock();
     const speaker = createSpeaker({
@@ -137,6 +158,7 @@ async function start() {
     });
     watchTones(speaker, (isPlaying) => screenLock.setPlaying(isPlaying));
     const storage = createStorage({ archive, settings: settingsStorage() });
+    storage.addFile(SPLASH_IN_PACKAGE, new Uint8Array(splash));
     files.forEach((name, index) => storage.addFile(name, new Uint8Array(contents[index])));
     if (dropped !== undefined) storage.addFile(dropped.name, dropped.bytes);
 
@@ -164,6 +186,8 @@ async function start() {
     const host = {
         window: {
             canvas,
+            // The ocarina's own splash is there now.
+            presented: () => document.getElementById('splash')?.remove(),
             ended: () => {
                 end();
                 say(texts.ended, texts.again);
@@ -245,8 +269,14 @@ function offerDownloads(outputs) {
     }
 }
 
-useNewestVersion();
-start().catch((error) => {
-    console.error('brevant:', error);
-    say(error instanceof MissingFile ? `${texts.failed} ${error.message}` : texts.interrupted, texts.retry);
-});
+// On a first visit the ocarina comes first, and then what keeps it for later.
+const isKept = navigator.serviceWorker?.controller != null;
+if (isKept) useNewestVersion();
+start()
+    .catch((error) => {
+        console.error('brevant:', error);
+        say(error instanceof MissingFile ? `${texts.failed} ${error.message}` : texts.interrupted, texts.retry);
+    })
+    .then(() => {
+        if (!isKept) useNewestVersion();
+    });

@@ -71,8 +71,8 @@ class SpeakerProcessor extends AudioWorkletProcessor {
     }
 }
 
-// Handed on together: half of the 20 ms that the ocarina hears at once, so that the page wakes seldom and no block is late.
-const HEARD_SECONDS = 0.01;
+// Handed on together: what the ocarina hears at once, so that the page wakes seldom, and never in vain.
+const HEARD_SECONDS = 0.02;
 
 class MicrophoneProcessor extends AudioWorkletProcessor {
     constructor() {
