@@ -17,8 +17,8 @@ public:
     virtual void OnSpeakerLost() noexcept = 0;
     /// There is a device again, whose PeriodFrames() may be others. UI thread.
     virtual void OnSpeakerRestored() noexcept = 0;
-    /// These frames were given to the device (silence while it is lost). On the speaker's own thread; never called
-    /// where that is in another address space.
+    /// These frames were given to the device (silence while it is lost). On the speaker's own thread; on the UI thread,
+    /// and only where somebody asked the back end for it, where that is in another address space.
     virtual void OnFramesPlayed(std::span<const float> /*frames*/) noexcept {}
 
 protected:

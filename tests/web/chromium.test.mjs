@@ -199,3 +199,23 @@ onPhone('without a network everything is there after the first visit', async (pa
     await page.keyboard.down('Space');
     await phone.sounds(page, phone.FINGERINGS[1]);
 });
+
+onPhone(
+    'what a live page plays is recorded',
+    async (page) => {
+        await phone.turnAutomaticPlayOn(page);
+        await phone.listen(page);
+        await phone.cover(await page.createCDPSession(), 1);
+        await phone.sounds(page, phone.FINGERINGS[1]);
+        // The file is written five times a second.
+        await page.waitForFunction(
+            (header) => {
+                const bytes = /** @type {any} */ (globalThis).brevant.storage.outputs.get('recording.wav');
+                return bytes?.subarray(header).some((/** @type {number} */ byte) => byte !== 0);
+            },
+            {},
+            WAV_HEADER_BYTES,
+        );
+    },
+    { query: '?record' },
+);

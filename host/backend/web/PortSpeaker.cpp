@@ -70,6 +70,10 @@ void PortSpeaker::TellNews() noexcept {
     if (client_ != nullptr) client_->OnSpeakerNews();
 }
 
+void PortSpeaker::TellPlayed(std::size_t count) noexcept {
+    if (client_ != nullptr) client_->OnFramesPlayed(PlayedBuffer().first(std::min(count, played_.size())));
+}
+
 void PortSpeaker::SetLost(bool isLost) noexcept {
     if (client_ == nullptr) return;
     isLost ? client_->OnSpeakerLost() : client_->OnSpeakerRestored();

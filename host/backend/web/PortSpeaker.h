@@ -1,7 +1,9 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "backend/Speaker.h"
@@ -31,11 +33,16 @@ public:
     void AddNews(const MixNews& news);
     void TellNews() noexcept;
     void SetLost(bool isLost) noexcept;
+    /// Room for what the page hears back from the worklet.
+    [[nodiscard]] std::span<float> PlayedBuffer() noexcept { return played_; }
+    /// The first `count` frames of the buffer were played.
+    void TellPlayed(std::size_t count) noexcept;
 
 private:
     // A command crosses as so many numbers: kind, voice, clip, number, gain.
     static constexpr std::size_t kNumbersOfCommand = 5;
     static constexpr std::size_t kMostTogether = 32;  // in one message; a step of the ocarina has few commands
+    static constexpr std::size_t kPlayedFrames = 4096;
     static constexpr int kLongestStandstill = 400;    // milliseconds
     static constexpr int kRateWithoutSound = 44'100;  // where the browser has no worklets
 
@@ -52,6 +59,7 @@ private:
     std::array<Clip, kMostClips> clips_;
     std::vector<MixNews> news_;
     std::array<double, kMostTogether * kNumbersOfCommand> outgoing_{};
+    std::array<float, kPlayedFrames> played_{};
 };
 
 }  // namespace host

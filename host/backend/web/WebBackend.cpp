@@ -233,6 +233,18 @@ EMSCRIPTEN_KEEPALIVE void brevant_speaker_lost(int isLost) {
     Act([&](WebBackend& web) { web.speaker.SetLost(isLost != 0); });
 }
 
+EMSCRIPTEN_KEEPALIVE float* brevant_speaker_buffer() {
+    return current == nullptr ? nullptr : current->speaker.PlayedBuffer().data();
+}
+
+EMSCRIPTEN_KEEPALIVE int brevant_speaker_room() {
+    return current == nullptr ? 0 : static_cast<int>(current->speaker.PlayedBuffer().size());
+}
+
+EMSCRIPTEN_KEEPALIVE void brevant_speaker_played(int count) {
+    if (current != nullptr) current->speaker.TellPlayed(static_cast<std::size_t>(count));
+}
+
 EMSCRIPTEN_KEEPALIVE void brevant_microphone_opened(int rate) {
     Act([&](WebBackend& web) { web.microphone.Open(rate); });
 }

@@ -126,14 +126,25 @@ mergeInto(LibraryManager.library, {
     web_loop_schedule: function (delay) {
         return Module['host'].loop.schedule(delay, Module['_brevant_tick']);
     },
+    // Copies frames into the buffer of that part of the back end, piece by piece, and tells it of each.
+    $handFramesOver: function (frames, part, told) {
+        const room = Module['_brevant_' + part + '_room']();
+        for (let at = 0; room > 0 && at < frames.length; at += room) {
+            const piece = frames.subarray(at, at + room);
+            HEAPF32.set(piece, Module['_brevant_' + part + '_buffer']() >> 2);
+            Module['_brevant_' + part + '_' + told](piece.length);
+        }
+    },
     web_speaker_open: function () {
         return Module['host'].speaker.open({
             onNews: (kind, voice, clip, number) => Module['_brevant_speaker_news'](kind, voice, clip, number),
             onNewsEnd: () => Module['_brevant_speaker_told'](),
+            onPlayed: (frames) => handFramesOver(frames, 'speaker', 'played'),
             onLost: () => Module['_brevant_speaker_lost'](1),
             onRestored: () => Module['_brevant_speaker_lost'](0),
         });
     },
+    web_speaker_open__deps: ['$handFramesOver'],
     web_speaker_close: function () {
         return Module['host'].speaker.close();
     },
@@ -159,16 +170,10 @@ mergeInto(LibraryManager.library, {
         return Module['host'].microphone.start({
             onOpened: (rate) => Module['_brevant_microphone_opened'](rate),
             onLost: () => Module['_brevant_microphone_lost'](),
-            onHeard: (frames) => {
-                const room = Module['_brevant_microphone_room']();
-                for (let at = 0; at < frames.length; at += room) {
-                    const piece = frames.subarray(at, at + room);
-                    HEAPF32.set(piece, Module['_brevant_microphone_buffer']() >> 2);
-                    Module['_brevant_microphone_heard'](piece.length);
-                }
-            },
+            onHeard: (frames) => handFramesOver(frames, 'microphone', 'heard'),
         });
     },
+    web_microphone_start__deps: ['$handFramesOver'],
     web_microphone_stop: function () {
         return Module['host'].microphone.stop();
     },

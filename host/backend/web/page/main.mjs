@@ -154,6 +154,7 @@ async function start() {
     const speaker = createSpeaker({
         mix,
         workletUrl: URL.createObjectURL(new Blob([worklet], { type: 'text/javascript' })),
+        isHeardBack: request.options.some((option) => option.startsWith('--record=')),
         onFault: (error) => console.error('brevant: the sound does not start:', error),
     });
     watchTones(speaker, (isPlaying) => screenLock.setPlaying(isPlaying));

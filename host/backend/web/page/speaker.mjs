@@ -8,12 +8,16 @@ const NUMBERS_OF_NEWS = 4;
  * @typedef {object} SpeakerCalls
  * @property {(kind: number, voice: number, clip: number, number: number) => void} onNews
  * @property {() => void} onNewsEnd
+ * @property {(frames: Float32Array) => void} onPlayed what the worklet has given out, if it was asked to tell
  * @property {() => void} onLost
  * @property {() => void} onRestored
  */
 
-/** @param {{ mix: ArrayBuffer, workletUrl: string | URL, onFault?: (error: unknown) => void }} parts */
-export function createSpeaker({ mix, workletUrl, onFault = () => {} }) {
+/**
+ * @param {{ mix: ArrayBuffer, workletUrl: string | URL, isHeardBack?: boolean, onFault?: (error: unknown) => void }} parts
+ *     `isHeardBack`: what is played comes back, to be recorded
+ */
+export function createSpeaker({ mix, workletUrl, isHeardBack = false, onFault = () => {} }) {
     /** @type {AudioContext | null} */
     let context = null;
     /** @type {AudioWorkletNode | null} */
@@ -71,10 +75,14 @@ export function createSpeaker({ mix, workletUrl, onFault = () => {} }) {
                     node = new AudioWorkletNode(on, 'brevant-speaker', {
                         numberOfInputs: 0,
                         outputChannelCount: [1],
-                        processorOptions: { mix, periodFrames: Math.floor(on.sampleRate * LEAD_SECONDS) },
+                        processorOptions: { mix, isHeardBack, periodFrames: Math.floor(on.sampleRate * LEAD_SECONDS) },
                     });
                     node.onprocessorerror = () => calls.onLost();
                     node.port.onmessage = ({ data }) => {
+                        if (data instanceof Float32Array) {
+                            calls.onPlayed(data);
+                            return;
+                        }
                         for (let at = 0; at < data.length; at += NUMBERS_OF_NEWS) {
                             calls.onNews(data[at], data[at + 1], data[at + 2], data[at + 3]);
                         }

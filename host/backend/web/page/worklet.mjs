@@ -7,10 +7,32 @@ const NUMBERS_OF_COMMAND = 5;
 const NUMBERS_OF_NEWS = 4;
 const MOST_NEWS = 256;
 
+// Frames that a port hands on together: what the ocarina hears at once, so that the page wakes seldom, and never in vain.
+const TOGETHER_SECONDS = 0.02;
+
+class Gathering {
+    constructor(port) {
+        this.port = port;
+        this.frames = new Float32Array(Math.round(sampleRate * TOGETHER_SECONDS));
+        this.count = 0;
+    }
+
+    add(channel) {
+        for (let at = 0; at < channel.length; ++at) {
+            this.frames[this.count++] = channel[at];
+            if (this.count === this.frames.length) {
+                this.port.postMessage(this.frames);
+                this.count = 0;
+            }
+        }
+    }
+}
+
 class SpeakerProcessor extends AudioWorkletProcessor {
     constructor(options) {
         super();
-        const { mix, periodFrames } = options.processorOptions;
+        const { mix, isHeardBack, periodFrames } = options.processorOptions;
+        this.played = isHeardBack ? new Gathering(this.port) : null;
         const nothing = () => 0;
         const imports = {
             env: { emscripten_notify_memory_growth: nothing },
@@ -62,6 +84,7 @@ class SpeakerProcessor extends AudioWorkletProcessor {
         }
         this.mix.mix_render(channel.length);
         channel.set(this.frames);
+        this.played?.add(channel);
         const count = this.mix.mix_take_news();
         for (let at = 0; at < count * NUMBERS_OF_NEWS; ++at) {
             this.piece[at % NUMBERS_OF_NEWS] = this.news[at];
@@ -71,14 +94,10 @@ class SpeakerProcessor extends AudioWorkletProcessor {
     }
 }
 
-// Handed on together: what the ocarina hears at once, so that the page wakes seldom, and never in vain.
-const HEARD_SECONDS = 0.02;
-
 class MicrophoneProcessor extends AudioWorkletProcessor {
     constructor() {
         super();
-        this.heard = new Float32Array(Math.round(sampleRate * HEARD_SECONDS));
-        this.count = 0;
+        this.heard = new Gathering(this.port);
         this.isOver = false;
         this.port.onmessage = () => {
             this.isOver = true;
@@ -87,15 +106,7 @@ class MicrophoneProcessor extends AudioWorkletProcessor {
 
     process(inputs) {
         const channel = inputs[0][0];
-        if (channel !== undefined) {
-            for (let at = 0; at < channel.length; ++at) {
-                this.heard[this.count++] = channel[at];
-                if (this.count === this.heard.length) {
-                    this.port.postMessage(this.heard);
-                    this.count = 0;
-                }
-            }
-        }
+        if (channel !== undefined) this.heard.add(channel);
         return !this.isOver;
     }
 }
