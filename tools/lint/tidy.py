@@ -1,14 +1,17 @@
 #!/usr/bin/env python3
-"""Runs clang-tidy over the sources that a build folder compiles and prints what it finds.
+"""Runs clang-tidy over the sources that some build folders compile and prints what it finds.
+
+A file is checked as the first of the folders that compiles it does.
 
 A file is checked again only when something has changed that its result depends on: clang-tidy, its configurations, the
 way the file is compiled, the file itself, or one of the project's headers that it includes. Files that passed are
 remembered in the cache folder, by a digest of all that.
 
-Usage: tidy.py CLANG-TIDY BUILD-FOLDER CACHE-FOLDER FILE...
+Usage: tidy.py CLANG-TIDY CACHE-FOLDER BUILD-FOLDER... -- FILE...
 """
 
 import concurrent.futures
+import functools
 import hashlib
 import json
 import os
@@ -20,6 +23,7 @@ import sys
 
 INCLUDE = re.compile(rb'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)', re.MULTILINE)
 INCLUDE_OPTIONS = ("-I", "-isystem")
+EMSCRIPTEN = ("emcc", "em++")
 
 
 class Sources:
@@ -63,27 +67,48 @@ def include_folders(command, directory):
                 yield directory / word[len(option):]
 
 
+@functools.cache
+def hidden_options(compiler):
+    """What Emscripten's compiler adds to its command line: the target, the place of its library's headers."""
+    if os.path.basename(compiler) not in EMSCRIPTEN:
+        return ()
+    run = subprocess.run([compiler, "--cflags"], stdout=subprocess.PIPE, text=True, check=True)
+    return tuple(f"--extra-arg={option}" for option in shlex.split(run.stdout))
+
+
 def digest(base, sources, path, entry):
     directory = pathlib.Path(entry["directory"])
     summed = base.copy()
-    summed.update(entry["command"].encode())
+    summed.update(" ".join([entry["command"], *entry["hidden"]]).encode())
     for file in sources.closure(path, list(include_folders(entry["command"], directory))):
         summed.update(b"\0" + str(file.relative_to(sources.root)).encode() + b"\0" + sources.read(file)[0])
     return summed.hexdigest()
 
 
-def check(tidy, build, name):
-    run = subprocess.run([tidy, "-p", build, "--quiet", "--warnings-as-errors=*", name], capture_output=True, text=True)
+def read_entries(build):
+    """How the folder compiles each file, by its path."""
+    with open(pathlib.Path(build) / "compile_commands.json", encoding="utf-8") as file:
+        for entry in json.load(file):
+            compiler = shlex.split(entry["command"])[0]
+            yield pathlib.Path(entry["file"]).resolve(), {**entry, "build": build, "hidden": hidden_options(compiler)}
+
+
+def check(tidy, entry, name):
+    run = subprocess.run([tidy, "-p", entry["build"], *entry["hidden"], "--quiet", "--warnings-as-errors=*", name],
+                         capture_output=True, text=True)
     return run.returncode, run.stdout + run.stderr
 
 
 def main():
-    tidy, build, cache, *names = sys.argv[1:]
+    tidy, cache, *rest = sys.argv[1:]
+    builds, names = rest[:rest.index("--")], rest[rest.index("--") + 1:]
     root = pathlib.Path.cwd().resolve()
     cache = pathlib.Path(cache)
     cache.mkdir(parents=True, exist_ok=True)
-    with open(pathlib.Path(build) / "compile_commands.json", encoding="utf-8") as file:
-        entries = {pathlib.Path(entry["file"]).resolve(): entry for entry in json.load(file)}
+    entries = {}
+    for build in builds:
+        for path, entry in read_entries(build):
+            entries.setdefault(path, entry)
 
     base = hashlib.sha256(subprocess.run([tidy, "--version"], capture_output=True, check=True).stdout)
     for file in sorted(root.glob("*/.clang-tidy")) + [root / ".clang-tidy"]:
@@ -101,7 +126,7 @@ def main():
 
     failures = 0
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        running = {pool.submit(check, tidy, build, name): name for name in due}
+        running = {pool.submit(check, tidy, entries[(root / name).resolve()], name): name for name in due}
         for number, done in enumerate(concurrent.futures.as_completed(running), 1):
             name = running[done]
             status, output = done.result()
