@@ -5,11 +5,11 @@ import { listenForInput } from './input.mjs';
 import { createLoop } from './loop.mjs';
 import { createMicrophone } from './microphone.mjs';
 import { createPainter } from './painter.mjs';
-import { findDropped, readRequest } from './performance.mjs';
-import { BackKey, ScreenLock, watchTones, watchVisibility } from './phone.mjs';
+import { findDropped, listenForDrops, readRequest } from './performance.mjs';
+import { BackKey, KeptForGood, ScreenLock, watchTones, watchVisibility } from './phone.mjs';
 import { createSpeaker } from './speaker.mjs';
 import { createStorage } from './storage.mjs';
-import { chooseLanguage, textsOf } from './texts.mjs';
+import { textsOf } from './texts.mjs';
 import { useNewestVersion } from './updates.mjs';
 
 /**
@@ -35,9 +35,8 @@ const KEY_DOWN = 0;
 const KEY_UP = 2;
 
 const request = readRequest(new URLSearchParams(location.search));
-const language = chooseLanguage([request.language ?? '', ...navigator.languages]);
-const texts = textsOf(language);
-document.documentElement.lang = language;
+const texts = textsOf(early.language);
+early.end();
 
 /** @template {HTMLElement} T @param {string} id @param {new () => T} kind @returns {T} */
 function element(id, kind) {
@@ -51,21 +50,10 @@ const mirrorRoot = element('mirror', HTMLDivElement);
 const hint = element('hint', HTMLParagraphElement);
 const message = element('message', HTMLDivElement);
 
-/**
- * Takes the ocarina's place.
- * @param {string} line
- * @param {string} [action] what the button is called that loads the page anew; without it there is none
- */
-function say(line, action) {
-    hint.hidden = true;
-    mirrorRoot.replaceChildren();
-    element('message-text', HTMLParagraphElement).textContent = line;
-    const button = element('message-button', HTMLButtonElement);
-    button.hidden = action === undefined;
-    button.textContent = action ?? '';
-    button.onclick = () => location.reload();
-    message.hidden = false;
-    button.focus();
+/** A line over the ocarina until the next touch or key, below one that is there already. @param {string} line */
+function notify(line) {
+    hint.textContent = hint.hidden ? line : `${hint.textContent}\n${line}`;
+    hint.hidden = false;
 }
 
 /** The canvas's size in the display's own pixels. */
@@ -129,7 +117,7 @@ function whatIsMissing() {
 async function start() {
     const missing = whatIsMissing();
     if (missing !== undefined) {
-        say(missing);
+        early.say(missing);
         return;
     }
     askForAudioSession();
@@ -157,8 +145,19 @@ async function start() {
         isHeardBack: request.options.some((option) => option.startsWith('--record=')),
         onFault: (error) => console.error('brevant: the sound does not start:', error),
     });
-    watchTones(speaker, (isPlaying) => screenLock.setPlaying(isPlaying));
-    const storage = createStorage({ archive, settings: settingsStorage() });
+    let isUsed = false;
+    const keptForGood = new KeptForGood();
+    watchTones(speaker, (isPlaying) => {
+        screenLock.setPlaying(isPlaying);
+        keptForGood.setPlaying(isPlaying);
+    });
+    const storage = createStorage({
+        archive,
+        settings: settingsStorage(),
+        // What the ocarina writes by itself at its first start is no reason to ask.
+        onKept: () => isUsed && keptForGood.written(),
+        onFull: () => notify(texts.notKept),
+    });
     storage.addFile(SPLASH_IN_PACKAGE, new Uint8Array(splash));
     files.forEach((name, index) => storage.addFile(name, new Uint8Array(contents[index])));
     if (dropped !== undefined) storage.addFile(dropped.name, dropped.bytes);
@@ -191,13 +190,13 @@ async function start() {
             presented: () => document.getElementById('splash')?.remove(),
             ended: () => {
                 end();
-                say(texts.ended, texts.again);
+                early.say(texts.ended, texts.again);
                 offerDownloads(storage.outputs);
             },
             /** @param {string} reason */
             refused: (reason) => {
                 end();
-                say(`${texts.failed} ${reason}`);
+                early.say(`${texts.failed} ${reason}`);
             },
         },
         painter,
@@ -222,12 +221,14 @@ async function start() {
     const module = await program.default({ host, arguments: request.options });
     if (hasEnded) return;
     running = module;
-    hint.textContent = texts.touch;
-    hint.hidden = false;
+    notify(texts.touch);
     connectInput(
         () => running,
         mirror,
-        () => back.arm(),
+        () => {
+            isUsed = true;
+            back.arm();
+        },
     );
     watchVisibility((isVisible) => running?._brevant_visibility(isVisible ? 1 : 0));
     new ResizeObserver(() => {
@@ -270,13 +271,17 @@ function offerDownloads(outputs) {
     }
 }
 
+listenForDrops((name, problem) => notify(`${name}: ${texts[problem]}`));
+
 // On a first visit the ocarina comes first, and then what keeps it for later.
 const isKept = navigator.serviceWorker?.controller != null;
 if (isKept) useNewestVersion();
 start()
     .catch((error) => {
         console.error('brevant:', error);
-        say(error instanceof MissingFile ? `${texts.failed} ${error.message}` : texts.interrupted, texts.retry);
+        if (error instanceof SyntaxError) early.say(early.texts.tooOld);
+        else if (error instanceof MissingFile) early.say(`${texts.failed} ${error.message}`, early.texts.retry);
+        else early.say(early.texts.interrupted, early.texts.retry);
     })
     .then(() => {
         if (!isKept) useNewestVersion();

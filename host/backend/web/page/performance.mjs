@@ -1,6 +1,8 @@
 // What the page's address asks for, and performance files that are dropped on the page.
 
 const DROPPED = 'brevant/dropped';
+/** No browser keeps more for a page and session; what is larger need not be read. */
+const LARGEST_BYTES = 16 << 20;
 // The options of the address; those that name a file to read take one of the page's own folder.
 const READ = ['performance', 'breath'];
 const WRITTEN = ['trace', 'record', 'keep-performance'];
@@ -67,20 +69,37 @@ async function readCharacters(file) {
     return characters;
 }
 
-document.addEventListener('dragover', (event) => event.preventDefault());
-document.addEventListener('drop', async (event) => {
-    event.preventDefault();
-    const file = event.dataTransfer?.files[0];
-    if (file === undefined) return;
-    const name = withoutFolder(file.name);
-    try {
-        sessionStorage.setItem(DROPPED, JSON.stringify({ name, characters: await readCharacters(file) }));
-    } catch (error) {
-        console.error(`brevant: ${file.name} cannot be read, or is too large for this browser to keep:`, error);
-        return;
-    }
-    // The ocarina begins anew, as the launcher would with that file.
-    const query = new URLSearchParams(location.search);
-    query.set('performance', name);
-    location.search = query.toString();
-});
+/**
+ * Files that are dropped on the page from now on begin the ocarina anew, as the launcher would with that file.
+ * @param {(name: string, problem: 'tooLarge' | 'unreadable') => void} onProblem for a file that cannot be played
+ */
+export function listenForDrops(onProblem) {
+    document.addEventListener('dragover', (event) => event.preventDefault());
+    document.addEventListener('drop', async (event) => {
+        event.preventDefault();
+        const file = event.dataTransfer?.files[0];
+        if (file === undefined) return;
+        const name = withoutFolder(file.name);
+        if (file.size > LARGEST_BYTES) {
+            onProblem(name, 'tooLarge');
+            return;
+        }
+        let characters;
+        try {
+            characters = await readCharacters(file);
+        } catch {
+            // A folder, or a file that has gone.
+            onProblem(name, 'unreadable');
+            return;
+        }
+        try {
+            sessionStorage.setItem(DROPPED, JSON.stringify({ name, characters }));
+        } catch {
+            onProblem(name, 'tooLarge');
+            return;
+        }
+        const query = new URLSearchParams(location.search);
+        query.set('performance', name);
+        location.search = query.toString();
+    });
+}

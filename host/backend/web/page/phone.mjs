@@ -93,6 +93,49 @@ export class ScreenLock {
     }
 }
 
+/** A player for whom nothing has sounded for so long rests. */
+const RESTS_AFTER_MS = 3000;
+
+/**
+ * Asks the browser once a visit to keep the page's settings when it clears up. Local storage goes with all else that a site
+ * keeps: WHATWG, "Storage", section "Persistence". Firefox puts the question to its user, so it comes after the user has
+ * changed something, and never between two tones.
+ */
+export class KeptForGood {
+    #isWanted = false;
+    #isPlaying = false;
+    #isAsked = false;
+    /** @type {ReturnType<typeof setTimeout> | undefined} */
+    #timer;
+
+    /** What the user does has changed the settings. */
+    written() {
+        this.#isWanted = true;
+        this.#wait();
+    }
+
+    /** @param {boolean} isPlaying whether a tone sounds */
+    setPlaying(isPlaying) {
+        this.#isPlaying = isPlaying;
+        this.#wait();
+    }
+
+    #wait() {
+        clearTimeout(this.#timer);
+        if (!this.#isWanted || this.#isPlaying || this.#isAsked) return;
+        this.#timer = setTimeout(() => this.#ask(), RESTS_AFTER_MS);
+    }
+
+    async #ask() {
+        this.#isAsked = true;
+        try {
+            if (!(await navigator.storage.persisted())) await navigator.storage.persist();
+        } catch {
+            // A browser that offers nothing better than what it does.
+        }
+    }
+}
+
 // The kinds of MixMessages that begin and end a voice, and the numbers of one command.
 const COMMAND_START = 0;
 const NEWS_DONE = 1;

@@ -20,10 +20,11 @@ function readArchive(archive) {
 }
 
 /**
- * @param {{ archive: ArrayBuffer, settings: Storage | null }} parts `settings` is null where the browser keeps nothing:
- *     what is written then lasts as long as the page
+ * @param {{ archive: ArrayBuffer, settings: Storage | null, onKept?: () => void, onFull?: () => void }} parts `settings` is
+ *     null where the browser keeps nothing: what is written then lasts as long as the page. `onKept`: settings have been
+ *     written. `onFull`: the browser has no room for them, told once.
  */
-export function createStorage({ archive, settings }) {
+export function createStorage({ archive, settings, onKept = () => {}, onFull = () => {} }) {
     const files = readArchive(archive);
     /** @type {Map<string, { bytes: Uint8Array, length: number }>} */
     const written = new Map();
@@ -92,9 +93,12 @@ export function createStorage({ archive, settings }) {
             try {
                 settings?.setItem(KEY + path, text);
             } catch {
+                if (!isLossTold) onFull();
+                isLossTold = true;
                 return false;
             }
             files.set(path, bytes);
+            if (settings !== null) onKept();
             return true;
         },
 
