@@ -2,11 +2,13 @@
 
 #include <sys/auxv.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace host {
 
@@ -36,6 +38,24 @@ fs::path ProgramPath() {
     return program;
 }
 
+bool IsAbsolute(std::string_view path) {
+    return !path.empty() && path.front() == '/';
+}
+
+// The folder that a line of user-dirs.dirs names for music, "$HOME/…" or an absolute path. Empty for any other line,
+// and for the home itself: by the convention of xdg-user-dirs it stands where there is no folder of a kind.
+std::string MusicFolderIn(std::string_view line, const std::string& home) {
+    constexpr std::string_view kName = "XDG_MUSIC_DIR=\"";
+    constexpr std::string_view kHome = "$HOME/";
+    line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+    const std::size_t end = line.find('"', kName.size());
+    if (line.substr(0, kName.size()) != kName || end == std::string_view::npos) return {};
+    std::string folder(line.substr(kName.size(), end - kName.size()));
+    if (folder.compare(0, kHome.size(), kHome) == 0) folder.replace(0, kHome.size() - 1, home);
+    if (!IsAbsolute(folder) || folder == home || folder == home + '/') return {};
+    return folder;
+}
+
 }  // namespace
 
 std::string FindPackageRoot(std::string& problem) {
@@ -55,34 +75,23 @@ std::string FindPackageRoot(std::string& problem) {
 std::string DefaultDataFolder() {
     const std::string data = Environment("XDG_DATA_HOME");
     // "All paths set in these environment variables must be absolute": freedesktop.org, XDG base directories 0.8.
-    if (!data.empty() && data.front() == '/') return data + "/brevant/";
+    if (IsAbsolute(data)) return data + "/brevant/";
     const std::string home = Environment("HOME");
     // A relative one would mean another folder wherever the program is started.
-    return home.empty() || home.front() != '/' ? std::string() : home + "/.local/share/brevant/";
+    return IsAbsolute(home) ? home + "/.local/share/brevant/" : std::string();
 }
 
 std::string MusicFolder() {
     const std::string home = Environment("HOME");
-    const auto isAbsolute = [](const std::string& path) { return !path.empty() && path.front() == '/'; };
-    std::string music = Environment("XDG_MUSIC_DIR");
-    if (isAbsolute(music)) return music;
-    if (!isAbsolute(home)) return {};
-    // Desktops name the user's folders in this file, a shell's assignments of "$HOME/…" or an absolute path each:
-    // freedesktop.org, user-dirs.dirs(5).
+    const std::string music = Environment("XDG_MUSIC_DIR");
+    if (IsAbsolute(music)) return music;
+    if (!IsAbsolute(home)) return {};
+    // Desktops name the user's folders in this file, each by a shell's assignment: freedesktop.org, user-dirs.dirs(5).
     const std::string config = Environment("XDG_CONFIG_HOME");
-    std::ifstream file((isAbsolute(config) ? config : home + "/.config") + "/user-dirs.dirs");
-    constexpr std::string_view kHome = "$HOME/";
-    constexpr std::string_view kName = "XDG_MUSIC_DIR=\"";
+    std::ifstream file((IsAbsolute(config) ? config : home + "/.config") + "/user-dirs.dirs");
     std::string folder = home + "/Music";
     for (std::string line; std::getline(file, line);) {
-        const std::size_t start = line.find_first_not_of(" \t");
-        if (start == std::string::npos || line.compare(start, kName.size(), kName) != 0) continue;
-        const std::size_t value = start + kName.size();
-        const std::size_t end = line.find('"', value);
-        if (end == std::string::npos) continue;
-        const std::string path = line.substr(value, end - value);
-        if (isAbsolute(path)) folder = path;
-        if (path.compare(0, kHome.size(), kHome) == 0) folder = home + '/' + path.substr(kHome.size());
+        if (std::string named = MusicFolderIn(line, home); !named.empty()) folder = std::move(named);
     }
     return folder;
 }

@@ -276,7 +276,11 @@ void Phone::OnVisibilityChanged(Visibility visibility) {
     runtime_.GetLoop().BeginInput();
     visibility_ = visibility;
     runtime_.GetScreen().SetVisibility(visibility);
-    visibility == Visibility::kVisible ? EnterForeground() : EnterBackground();
+    if (visibility == Visibility::kVisible) {
+        EnterForeground();
+    } else {
+        EnterBackground();
+    }
 }
 
 }  // namespace host

@@ -9,8 +9,10 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "launcher/Surroundings.h"
 #include "package/SoundMeasure.h"
 #include "runtime/soundfile/SoundWriter.h"
 #include "support/ProgramRun.h"
@@ -179,6 +181,25 @@ TEST_F(Takes, HoldWhatWasPlayedBetweenTwoPressesAndOverwriteNothing) {
     setenv("XDG_MUSIC_DIR", (folder / "made/here").c_str(), 1);
     ASSERT_EQ(0, run_.Play(kTwoTakes)) << run_.Errors();
     EXPECT_TRUE(std::filesystem::exists(folder / (std::string("made/here/") + kFirstName)));
+}
+
+TEST_F(Takes, GoWhereTheDesktopKeepsMusic) {
+    const TemporaryFolder& folder = run_.Folder();
+    const std::string home = folder.Path();
+    std::filesystem::create_directories(folder / ".config");
+    const std::pair<std::string, std::string> cases[] = {
+        {"XDG_MUSIC_DIR=\"$HOME/Musik\"", home + "/Musik"},
+        {"\tXDG_MUSIC_DIR=\"/srv/music\"\nXDG_DESKTOP_DIR=\"/d\"", "/srv/music"},
+        {"# XDG_MUSIC_DIR=\"/d\"\nXDG_MUSIC_DIR=\"relative\"\nXDG_MUSIC_DIR=\"/cut", home + "/Music"},
+        // The desktop has no folder for music.
+        {"XDG_MUSIC_DIR=\"$HOME/\"", home + "/Music"},
+        {"XDG_MUSIC_DIR=\"$HOME\"", home + "/Music"},
+        {"XDG_MUSIC_DIR=\"" + home + "\"", home + "/Music"},
+    };
+    for (const auto& [lines, expected] : cases) {
+        folder.Write(".config/user-dirs.dirs", lines + '\n');
+        EXPECT_EQ(host::MusicFolder(), expected) << lines;
+    }
 }
 
 TEST_F(Takes, AreToldLostWhereTheyCannotBeWritten) {

@@ -76,7 +76,11 @@ void PortSpeaker::TellPlayed(std::size_t count) noexcept {
 
 void PortSpeaker::SetLost(bool isLost) noexcept {
     if (client_ == nullptr) return;
-    isLost ? client_->OnSpeakerLost() : client_->OnSpeakerRestored();
+    if (isLost) {
+        client_->OnSpeakerLost();
+    } else {
+        client_->OnSpeakerRestored();
+    }
 }
 
 }  // namespace host

@@ -91,12 +91,12 @@ void PerformancePlayer::Do(const TapAction& action, int line) {
 void PerformancePlayer::Do(const KeyAction& action, int) {
     Screen& screen = runtime_.GetScreen();
     const bool isPress = action.direction == KeyDirection::kPress;
-    if (const auto* phoneKey = std::get_if<PhoneKey>(&action.key)) {
-        isPress ? screen.PressPhoneKey(*phoneKey) : screen.LiftPhoneKey(*phoneKey);
-    } else {
-        const auto& code = std::get<std::string>(action.key);
-        isPress ? screen.PressKey(code, ShiftKey::kReleased) : screen.LiftKey(code);
-    }
+    const auto* const phoneKey = std::get_if<PhoneKey>(&action.key);
+    const auto* const code = std::get_if<std::string>(&action.key);
+    if (phoneKey != nullptr && isPress) screen.PressPhoneKey(*phoneKey);
+    if (phoneKey != nullptr && !isPress) screen.LiftPhoneKey(*phoneKey);
+    if (code != nullptr && isPress) screen.PressKey(*code, ShiftKey::kReleased);
+    if (code != nullptr && !isPress) screen.LiftKey(*code);
 }
 
 void PerformancePlayer::Do(const BreathAction& action, int) {
@@ -146,8 +146,10 @@ void PerformancePlayer::Do(const DeviceAction& action, int) {
     const bool isLost = action.change == DeviceChange::kLost;
     if (action.device == Device::kSpeaker) {
         sound.GetOutput().SetSimulatedLoss(isLost);
+    } else if (isLost) {
+        sound.GetSimulatedMicrophone().Lose();
     } else {
-        isLost ? sound.GetSimulatedMicrophone().Lose() : sound.GetSimulatedMicrophone().Restore();
+        sound.GetSimulatedMicrophone().Restore();
     }
 }
 

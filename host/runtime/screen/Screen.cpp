@@ -43,7 +43,11 @@ void Screen::Touch(const FingerId& finger, TouchPhase phase, std::optional<Point
             fingers_->Move(finger, place.value_or(PointF{}));
             break;
         case TouchPhase::kUp:
-            place ? fingers_->Lift(finger, *place) : fingers_->Lift(finger);
+            if (place) {
+                fingers_->Lift(finger, *place);
+            } else {
+                fingers_->Lift(finger);
+            }
             break;
         case TouchPhase::kCancel:
             fingers_->Cancel(finger);

@@ -1,5 +1,6 @@
 #include "runtime/sound/Sound.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "runtime/sound/BreathFile.h"
@@ -116,7 +117,11 @@ void Sound::ToggleTake(const std::tm& localTime) {
     Open();
     if (takes_ == nullptr) takes_ = std::make_unique<Takes>(services_, output_, options_.musicFolder);
     takes_->SetWatcher(watcher_);
-    takes_->IsRunning() ? takes_->End() : takes_->Begin(localTime);
+    if (takes_->IsRunning()) {
+        takes_->End();
+    } else {
+        takes_->Begin(localTime);
+    }
 }
 
 }  // namespace host

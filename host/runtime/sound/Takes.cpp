@@ -74,7 +74,11 @@ void Takes::End() {
     const bool isWhole = std::exchange(recorder_, nullptr)->Finish();
     services_.trace.Add("recording", "ended").Text("file", name_).Flag("ok", isWhole);
     if (watcher_ == nullptr) return;
-    isWhole ? watcher_->OnTakeEnded(name_) : watcher_->OnTakeLost();
+    if (isWhole) {
+        watcher_->OnTakeEnded(name_);
+    } else {
+        watcher_->OnTakeLost();
+    }
 }
 
 }  // namespace host
