@@ -29,7 +29,7 @@ enum class ReadOutcome {
 };
 
 /// A file that is written while the program runs: a recording, a trace. What the path held before stays until the first
-/// Append. A file that was made for it and never appended to is removed again at the end. UI thread only.
+/// Append. A file that was made for it and got nothing is removed again at the end. UI thread only.
 class OutputFile {
 public:
     virtual ~OutputFile() = default;

@@ -68,12 +68,15 @@ CommandLine ReadCommandLine(int argc, const char* const* argv, const std::vector
     constexpr std::size_t kColumnWidth = 28;
     parser.get_formatter()->column_width(kColumnWidth);
     AddOptions(parser, backends, options, rest, version);
+    parser.footer("Keys: R U F J cover the holes, Space blows, F9 records, F11 fills the screen.");
 
     try {
         parser.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
         line.kind = CommandLine::Kind::kShow;
         line.text = parser.help();
+        // CLI11 leaves two empty lines above the footer, and the page is to fit a terminal of 24 rows with the prompt.
+        if (const std::size_t gap = line.text.rfind("\n\n\n"); gap != std::string::npos) line.text.erase(gap, 1);
     } catch (const CLI::CallForVersion& called) {
         line.kind = CommandLine::Kind::kShow;
         line.text = called.what();

@@ -83,7 +83,7 @@ std::string DefaultDataFolder() {
 
 std::string MusicFolder() {
     const std::string home = Environment("HOME");
-    const std::string music = Environment("XDG_MUSIC_DIR");
+    std::string music = Environment("XDG_MUSIC_DIR");
     if (IsAbsolute(music)) return music;
     if (!IsAbsolute(home)) return {};
     // Desktops name the user's folders in this file, each by a shell's assignment: freedesktop.org, user-dirs.dirs(5).

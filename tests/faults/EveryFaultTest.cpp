@@ -174,6 +174,7 @@ TEST_F(EveryFault, LeavesARecordingThatIsWhole) {
             EXPECT_TRUE(behindHeader(wav) == behindHeader(whole)) << "what it promises is what was played";
         }
         if (injected.Kills()) return;
+        EXPECT_TRUE(!wav.empty() || !fs::exists(Out() + "/r.wav")) << "no empty file is left";
         if (injected.IsShort()) {
             EXPECT_EQ(0, status) << "the rest is written by a second call";
         } else if (injected.call == "open") {

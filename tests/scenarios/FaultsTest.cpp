@@ -198,8 +198,9 @@ TEST(Options, ShowVersionAndHelp) {
     int rows = 0;
     for (std::string line; std::getline(page, line); ++rows) EXPECT_LE(line.size(), kColumns) << line;
     EXPECT_LT(rows, kRows);
-    for (const char* option : {"--backend", "--screen", "--data", "--performance", "--breath", "--record",
-                               "--screenshots", "--trace", "--ringtone-volume", "--language", "--version", "--help"}) {
+    for (const char* option :
+         {"--backend", "--screen", "--data", "--performance", "--breath", "--record", "--screenshots", "--trace",
+          "--ringtone-volume", "--language", "--version", "--help", "F9"}) {
         EXPECT_NE(std::string::npos, run.Output().find(option)) << option;
     }
 }

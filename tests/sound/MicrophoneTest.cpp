@@ -462,7 +462,7 @@ TEST(Microphone, TellsOnceOfEachThreeSecondsOfExactSilence) {
         void OnMicrophoneGone() override {}
         void OnTakeStarted() override {}
         void OnTakeEnded(const std::string&) override {}
-        void OnTakeLost() override {}
+        void OnTakeLost(const std::string&) override {}
         void OnMicrophoneGoneNoMore() override {}
         int silences = 0;
     };

@@ -90,7 +90,7 @@ std::string DesktopLibraries() {
     SDL_version sdl{};
     SDL_GetVersion(&sdl);
     return "SDL " + std::to_string(sdl.major) + '.' + std::to_string(sdl.minor) + '.' + std::to_string(sdl.patch) +
-           ", " + CairoPainter::Libraries();
+           ", " + AlsaMidiPort::Library() + ", " + CairoPainter::Libraries();
 }
 
 }  // namespace host

@@ -48,14 +48,16 @@ public:
     PosixOutputFile(const PosixOutputFile&) = delete;
     PosixOutputFile& operator=(const PosixOutputFile&) = delete;
     ~PosixOutputFile() override {
-        if (!hasBegun_ && origin_ == Origin::kMade) ::unlink(path_.c_str());
+        if (!hasContent_ && origin_ == Origin::kMade) ::unlink(path_.c_str());
     }
 
     [[nodiscard]] bool Append(std::span<const std::byte> bytes) override {
         if (!problem_.empty()) return false;
         if (!std::exchange(hasBegun_, true) && kind_ == Kind::kRegular && ::ftruncate(file_.Get(), 0) != 0)
             return Fail();
-        return WriteAll(file_.Get(), bytes) || Fail();
+        const bool isWritten = WriteAll(file_.Get(), bytes) || Fail();
+        hasContent_ |= isWritten || ::lseek(file_.Get(), 0, SEEK_CUR) > 0;
+        return isWritten;
     }
 
     [[nodiscard]] bool Overwrite(std::uint64_t offset, std::span<const std::byte> bytes) override {
@@ -89,6 +91,7 @@ private:
     Origin origin_;
     Kind kind_;
     bool hasBegun_ = false;
+    bool hasContent_ = false;  ///< as far as this object wrote it
     std::string problem_;
 };
 

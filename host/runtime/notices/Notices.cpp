@@ -175,9 +175,9 @@ void Notices::OnTakeEnded(const std::string& name) {
     TellOfTake(TextOf("IDS_NOTICE_RECORDED") + '\n' + name);
 }
 
-void Notices::OnTakeLost() {
+void Notices::OnTakeLost(const std::string& folder) {
     mark_.SetVisible(false);
-    TellOfTake(TextOf("IDS_NOTICE_NOT_RECORDED"));
+    TellOfTake(TextOf("IDS_NOTICE_NOT_RECORDED") + '\n' + folder);
 }
 
 void Notices::TellOfTake(std::string text) {

@@ -38,7 +38,7 @@ private:
     void OnMicrophoneGoneNoMore() override;
     void OnTakeStarted() override;
     void OnTakeEnded(const std::string& name) override;
-    void OnTakeLost() override;
+    void OnTakeLost(const std::string& folder) override;
 
     void OnUse();
     void WatchForKeys();

@@ -21,8 +21,9 @@ public:
     virtual void OnTakeStarted() = 0;
     /// The file is complete. `name` is its own, without its folder.
     virtual void OnTakeEnded(const std::string& name) = 0;
-    /// There could be no file, or the disk took no more; nothing is written any more.
-    virtual void OnTakeLost() = 0;
+    /// There could be no file, or the disk took no more; nothing is written any more. `folder` is where it was to be;
+    /// empty where there is none.
+    virtual void OnTakeLost(const std::string& folder) = 0;
 
 protected:
     ~SoundWatcher() = default;

@@ -55,7 +55,7 @@ void Takes::Begin(const std::tm& localTime) {
     if (file == nullptr) {
         services_.console.ReportLoss("nothing is recorded: " + problem);
         services_.trace.Add("recording", "started").Flag("ok", false);
-        if (watcher_ != nullptr) watcher_->OnTakeLost();
+        if (watcher_ != nullptr) watcher_->OnTakeLost(folder_);
         return;
     }
     services_.trace.Add("recording", "started").Text("file", name_).Flag("ok", true);
@@ -77,7 +77,7 @@ void Takes::End() {
     if (isWhole) {
         watcher_->OnTakeEnded(name_);
     } else {
-        watcher_->OnTakeLost();
+        watcher_->OnTakeLost(folder_);
     }
 }
 

@@ -12,6 +12,10 @@ void SaySilently(const char* /*file*/, int /*line*/, const char* /*function*/, i
 
 }  // namespace
 
+std::string AlsaMidiPort::Library() {
+    return std::string("alsa-lib ") + snd_asoundlib_version();
+}
+
 bool AlsaMidiPort::Open(std::string_view name, std::string& problem) {
     const std::string text(name);
     snd_lib_error_set_handler(SaySilently);

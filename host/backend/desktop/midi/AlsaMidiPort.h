@@ -3,6 +3,7 @@
 #include <alsa/asoundlib.h>
 
 #include <memory>
+#include <string>
 
 #include "backend/MidiPort.h"
 
@@ -11,6 +12,9 @@ namespace host {
 /// A port of ALSA's sequencer, which PipeWire and JACK show as theirs. UI thread only.
 class AlsaMidiPort final : public MidiPort {
 public:
+    /// The library, with the version that is loaded.
+    [[nodiscard]] static std::string Library();
+
     [[nodiscard]] bool Open(std::string_view name, std::string& problem) override;
     void Send(std::span<const std::uint8_t> message) override;
 
