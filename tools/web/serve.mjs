@@ -4,7 +4,7 @@ import { createServer } from 'node:http';
 import { readFile } from 'node:fs/promises';
 import { extname, join, normalize } from 'node:path';
 import { fileURLToPath } from 'node:url';
-import { gzipSync } from 'node:zlib';
+import { brotliCompressSync, constants, gzipSync } from 'node:zlib';
 
 /** @type {Record<string, string>} */
 const TYPES = {
@@ -22,6 +22,26 @@ const TYPES = {
 // These are packed already, or as good as.
 const UNPACKED = ['.png', '.webp', '.wav', '.bin'];
 
+/** How much work Brotli makes of it, of 11 at most: a file of the page is packed while the browser waits. */
+const BROTLI_QUALITY = 9;
+/** @type {Record<string, (bytes: Buffer) => Buffer>} The best first. */
+const PACKERS = {
+    br: (bytes) => brotliCompressSync(bytes, { params: { [constants.BROTLI_PARAM_QUALITY]: BROTLI_QUALITY } }),
+    gzip: (bytes) => gzipSync(bytes),
+};
+/** @type {Map<string, { bytes: Buffer, packed: Buffer }>} by encoding and name, whatever server asks */
+const known = new Map();
+
+/** @param {string} encoding @param {string} name @param {Buffer} bytes */
+function pack(encoding, name, bytes) {
+    const key = `${encoding} ${name}`;
+    const before = known.get(key);
+    if (before?.bytes.equals(bytes)) return before.packed;
+    const packed = PACKERS[encoding](bytes);
+    known.set(key, { bytes, packed });
+    return packed;
+}
+
 /**
  * Serves a folder on localhost below `/` and, for a page must work in any sub-folder, below `/in/a/folder/`.
  * @param {string} folder
@@ -31,16 +51,6 @@ const UNPACKED = ['.png', '.webp', '.wav', '.bin'];
  * @returns {Promise<{ address: string, close(): Promise<void> }>} `address` ends in a slash
  */
 export async function serve(folder, port = 0, intercept = () => false) {
-    /** @type {Map<string, { bytes: Buffer, packed: Buffer }>} */
-    const known = new Map();
-    /** @param {string} name @param {Buffer} bytes */
-    const pack = (name, bytes) => {
-        const before = known.get(name);
-        if (before?.bytes.equals(bytes)) return before.packed;
-        const packed = gzipSync(bytes);
-        known.set(name, { bytes, packed });
-        return packed;
-    };
     const server = createServer(async (request, answer) => {
         const path = decodeURIComponent(new URL(request.url ?? '/', 'http://localhost').pathname);
         const name = normalize(path).replace(/^\/(?:in\/a\/folder\/)?/, '') || 'index.html';
@@ -48,14 +58,16 @@ export async function serve(folder, port = 0, intercept = () => false) {
         try {
             if (name.startsWith('..')) throw new Error('outside of the folder');
             const bytes = await readFile(join(folder, name));
-            const isPacked =
-                !UNPACKED.includes(extname(name)) && /\bgzip\b/.test(`${request.headers['accept-encoding']}`);
+            const accepted = `${request.headers['accept-encoding']}`.split(/[,;\s]+/);
+            const encoding = UNPACKED.includes(extname(name))
+                ? undefined
+                : Object.keys(PACKERS).find((packer) => accepted.includes(packer));
             answer.writeHead(200, {
                 'Content-Type': TYPES[extname(name)] ?? 'application/octet-stream',
                 'Cache-Control': 'no-cache',
-                ...(isPacked ? { 'Content-Encoding': 'gzip' } : {}),
+                ...(encoding ? { 'Content-Encoding': encoding } : {}),
             });
-            answer.end(isPacked ? pack(name, bytes) : bytes);
+            answer.end(encoding ? pack(encoding, name, bytes) : bytes);
         } catch {
             answer.writeHead(404, { 'Content-Type': 'text/plain' }).end('there is no such file\n');
         }

@@ -7,7 +7,7 @@ import { createMicrophone } from './microphone.mjs';
 import { createPainter } from './painter.mjs';
 import { findDropped, listenForDrops, readRequest } from './performance.mjs';
 import { BackKey, KeptForGood, ScreenLock, watchTones, watchVisibility } from './phone.mjs';
-import { createSpeaker } from './speaker.mjs';
+import { createSpeaker, waitForSound } from './speaker.mjs';
 import { createStorage } from './storage.mjs';
 import { textsOf } from './texts.mjs';
 import { useNewestVersion } from './updates.mjs';
@@ -106,6 +106,9 @@ async function waitForSplash() {
     ]);
 }
 
+/** The start is long for a slow phone; between its steps the browser sees to what has come meanwhile. */
+const letBrowserWork = () => new Promise((resolve) => setTimeout(resolve));
+
 /** @returns {string | undefined} what this browser lacks, in one line */
 function whatIsMissing() {
     if (typeof WebAssembly !== 'object') return texts.noWebAssembly;
@@ -122,6 +125,7 @@ async function start() {
     }
     askForAudioSession();
     const splashShown = waitForSplash();
+    const soundIsUp = waitForSound();
     const dropped = findDropped();
     const files = request.files.filter((name) => name !== dropped?.name);
     /** @type {[ArrayBuffer, ArrayBuffer, ArrayBuffer, ArrayBuffer, { default: (parts: object) => Promise<Program> }, ...ArrayBuffer[]]} */
@@ -182,7 +186,8 @@ async function start() {
     };
     Object.assign(canvas, deviceSize());
     const painter = createPainter(canvas);
-    await painter.prepare(storage.pictures());
+    // The speaker's open() tells of a worklet that does not load.
+    await Promise.all([painter.prepare(storage.pictures()), soundIsUp.then(() => speaker.context()).catch(() => null)]);
     const host = {
         window: {
             canvas,
@@ -218,8 +223,10 @@ async function start() {
     // For tests and bug reports.
     Object.assign(globalThis, { brevant: host });
 
+    await letBrowserWork();
     const module = await program.default({ host, arguments: request.options });
     if (hasEnded) return;
+    await letBrowserWork();
     running = module;
     notify(texts.touch);
     connectInput(

@@ -14,6 +14,7 @@ const FAMILIES_OF_LANGUAGE = {
 };
 
 const FULL_CHANNEL = 255;
+const BYTES_OF_WORD = 4;
 const MOST_WIDTHS = 2000;
 const SHAPE_RECTANGLE = 0;
 const SHAPE_ELLIPSE = 1;
@@ -36,12 +37,16 @@ function makeCanvas(width, height) {
 }
 
 /**
- * Tells one file's bytes from another's: FNV-1a (Fowler, Noll, Vo), 32 bits, and the length.
+ * Tells one file's bytes from another's: the length, and FNV-1a (Fowler, Noll, Vo) of 32 bits. It takes in a word at a time,
+ * since byte by byte the start would stand still for it; a last part of a word counts by the length alone.
  * @param {Uint8Array} bytes
  */
 function keyOf(bytes) {
+    const words = new DataView(bytes.buffer, bytes.byteOffset, bytes.length);
     let hash = 0x811c9dc5;
-    for (const byte of bytes) hash = Math.imul(hash ^ byte, 0x01000193);
+    for (let at = 0; at + BYTES_OF_WORD <= bytes.length; at += BYTES_OF_WORD) {
+        hash = Math.imul(hash ^ words.getUint32(at, true), 0x01000193);
+    }
     return `${bytes.length}:${hash}`;
 }
 

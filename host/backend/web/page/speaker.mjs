@@ -14,6 +14,18 @@ const NUMBERS_OF_NEWS = 4;
  */
 
 /**
+ * Until the browser's sound is up: a first context would make the page stand still for that, in Chromium for 70 ms, where
+ * a question for the devices does not. Soon in any case, since a page that nobody sees may get no answer.
+ */
+export async function waitForSound() {
+    const LONGEST_MS = 300;
+    await Promise.race([
+        navigator.mediaDevices?.enumerateDevices().catch(() => []),
+        new Promise((resolve) => setTimeout(resolve, LONGEST_MS)),
+    ]);
+}
+
+/**
  * @param {{ mix: ArrayBuffer, workletUrl: string | URL, isHeardBack?: boolean, onFault?: (error: unknown) => void }} parts
  *     `isHeardBack`: what is played comes back, to be recorded
  */
