@@ -208,8 +208,8 @@ TEST_F(ScreensFit, TheHostsOwnNoticesFitTheirPlate) {
     constexpr double kSmallestText = 20;
     for (const char* language : kLanguages) {
         const host::Package package = Load(language);
-        for (const char* id : {"IDS_NOTICE_KEYS", "IDS_NOTICE_SILENCE", "IDS_NOTICE_NO_MICROPHONE", "IDS_NOTICE_VOLUME",
-                               "IDS_NOTICE_NOT_RECORDED"}) {
+        for (const char* id : {"IDS_NOTICE_KEYS", "IDS_NOTICE_SILENCE", "IDS_NOTICE_NO_MICROPHONE",
+                               "IDS_NOTICE_NO_SPEAKER", "IDS_NOTICE_VOLUME", "IDS_NOTICE_NOT_RECORDED"}) {
             const std::string* text = package.FindString(id);
             ASSERT_NE(nullptr, text) << id;
             const host::TextStyle style{

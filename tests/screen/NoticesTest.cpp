@@ -116,6 +116,22 @@ TEST(Notices, TellOnceThatThereIsNoMicrophone) {
     rig.sound->GetCapture().Stop();
 }
 
+TEST(Notices, TellOfASpeakerThatIsMissingForSeconds) {
+    Told rig;
+    rig.sound->TellOfRepeat();
+    host::SpeakerOutput& output = rig.sound->GetOutput();
+    for (const int missing : {2000, 4000, 4000}) {
+        output.SetSimulatedLoss(true);
+        rig.Wait(missing);
+        EXPECT_EQ(rig.IsTold(), missing > 3000) << missing;
+        output.SetSimulatedLoss(false);
+        EXPECT_FALSE(rig.IsTold()) << "it is back";
+    }
+    output.SetSimulatedLoss(true);
+    rig.Wait(25000);
+    EXPECT_FALSE(rig.IsTold()) << "not for ever";
+}
+
 TEST(Notices, MarkARunningTakeAndNameItsFile) {
     Told rig;
     rig.sound->TellOfRepeat();

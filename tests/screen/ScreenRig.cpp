@@ -44,7 +44,7 @@ std::unique_ptr<host::Backend> ScreenRig::MakeBackend(const TemporaryFolder& fol
     folder.Write(
         "strings/en.xml",
         R"(<strings language="en"><string id="IDS_NOTICE_KEYS">keys</string><string id="IDS_NOTICE_SILENCE">silence</string>
-                    <string id="IDS_NOTICE_NO_MICROPHONE">gone</string><string id="IDS_NOTICE_VOLUME">volume</string>
+                    <string id="IDS_NOTICE_NO_MICROPHONE">gone</string><string id="IDS_NOTICE_NO_SPEAKER">mute</string><string id="IDS_NOTICE_VOLUME">volume</string>
                     <string id="IDS_NOTICE_NOT_RECORDED">lost</string></strings>)");
     folder.Write("keys.xml", keys);
     return host::CreateHeadlessBackend({folder.Path(), folder.Path()});

@@ -460,6 +460,8 @@ TEST(Microphone, TellsOnceOfEachThreeSecondsOfExactSilence) {
         void OnRingtoneVolume(int) override {}
         void OnMicrophoneSilent() override { ++silences; }
         void OnMicrophoneGone() override {}
+        void OnSpeakerGone() override {}
+        void OnSpeakerGoneNoMore() override {}
         void OnTakeStarted() override {}
         void OnTakeEnded(const std::string&) override {}
         void OnTakeLost(const std::string&) override {}

@@ -31,6 +31,8 @@ constexpr Rgba kMark{0xE0, 0x10, 0x20, 0xFF};
 constexpr Microseconds kVolumeTime = 1000 * kMicrosecondsPerMillisecond;
 constexpr Microseconds kMicrophoneTime = 8000 * kMicrosecondsPerMillisecond;
 constexpr Microseconds kTakeTime = 8000 * kMicrosecondsPerMillisecond;
+// Longer than the microphone's notice, which goes before it.
+constexpr Microseconds kSpeakerTime = 2 * kMicrophoneTime;
 constexpr Microseconds kGoneTime = 3000 * kMicrosecondsPerMillisecond;
 constexpr Microseconds kIdleCheck = 1000 * kMicrosecondsPerMillisecond;
 constexpr int kIdleChecks = 5;
@@ -94,7 +96,8 @@ Notices::~Notices() {
     sound_.SetWatcher(nullptr);
     screen_.SetUseHandler({});
     screen_.SetOverlay(nullptr);
-    for (const TimerQueue::Id timer : {volumeTimer_, takeTimer_, microphoneTimer_, goneTimer_, keysTimer_})
+    for (const TimerQueue::Id timer :
+         {volumeTimer_, takeTimer_, microphoneTimer_, goneTimer_, speakerTimer_, keysTimer_})
         loop_.CancelTimer(timer);
 }
 
@@ -165,6 +168,21 @@ void Notices::OnMicrophoneGoneNoMore() {
     loop_.CancelTimer(std::exchange(goneTimer_, TimerQueue::kNone));
 }
 
+void Notices::OnSpeakerGone() {
+    loop_.CancelTimer(speakerTimer_);
+    speakerTimer_ = loop_.StartTimer(kGoneTime, [this] {
+        speaker_ = TextOf("IDS_NOTICE_NO_SPEAKER");
+        Update();
+        speakerTimer_ = loop_.StartTimer(kSpeakerTime, [this] { OnSpeakerGoneNoMore(); });
+    });
+}
+
+void Notices::OnSpeakerGoneNoMore() {
+    loop_.CancelTimer(std::exchange(speakerTimer_, TimerQueue::kNone));
+    speaker_.clear();
+    Update();
+}
+
 void Notices::OnTakeStarted() {
     mark_.SetVisible(true);
     TellOfTake({});
@@ -203,7 +221,7 @@ void Notices::TellOfMicrophone(std::string_view textId) {
 }
 
 void Notices::Update() {
-    const std::string* const texts[] = {&volume_, &take_, &microphone_, &keys_};
+    const std::string* const texts[] = {&volume_, &take_, &microphone_, &speaker_, &keys_};
     const auto shown =
         std::find_if(std::begin(texts), std::end(texts), [](const auto* text) { return !text->empty(); });
     const bool hasText = shown != std::end(texts);

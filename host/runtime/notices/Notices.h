@@ -13,8 +13,8 @@
 namespace host {
 
 /// What the host itself tells the player, on a plate of its own over whatever the application shows: the keys that
-/// play, a microphone that hears nothing, the volume, and what becomes of a take, with a mark while it runs. It takes
-/// no touches. UI thread only.
+/// play, a microphone that hears nothing, a missing speaker, the volume, and what becomes of a take, with a mark while
+/// it runs. It takes no touches. UI thread only.
 class Notices final : private SoundWatcher {
 public:
     /// Everything must outlive it.
@@ -36,6 +36,8 @@ private:
     void OnMicrophoneSilent() override;
     void OnMicrophoneGone() override;
     void OnMicrophoneGoneNoMore() override;
+    void OnSpeakerGone() override;
+    void OnSpeakerGoneNoMore() override;
     void OnTakeStarted() override;
     void OnTakeEnded(const std::string& name) override;
     void OnTakeLost(const std::string& folder) override;
@@ -61,6 +63,7 @@ private:
     std::string volume_;      ///< empty when it does not show
     std::string take_;        ///< likewise
     std::string microphone_;  ///< likewise
+    std::string speaker_;     ///< likewise
     std::string keys_;        ///< likewise
     bool isMicrophoneTold_ = false;
     bool hasPlayed_ = false;       ///< a tone has sounded, now or in an earlier run
@@ -70,6 +73,7 @@ private:
     TimerQueue::Id takeTimer_ = TimerQueue::kNone;
     TimerQueue::Id microphoneTimer_ = TimerQueue::kNone;
     TimerQueue::Id goneTimer_ = TimerQueue::kNone;
+    TimerQueue::Id speakerTimer_ = TimerQueue::kNone;
     TimerQueue::Id keysTimer_ = TimerQueue::kNone;
 };
 

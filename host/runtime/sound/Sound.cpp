@@ -48,6 +48,7 @@ void Sound::SetWatcher(SoundWatcher* watcher) noexcept {
     watcher_ = watcher;
     if (takes_ != nullptr) takes_->SetWatcher(watcher);
     capture_.SetWatcher(watcher);
+    output_.SetWatcher(watcher);
 }
 
 void Sound::SetToneWatcher(ToneWatcher* watcher) noexcept {

@@ -17,6 +17,10 @@ public:
     virtual void OnMicrophoneGone() = 0;
     /// There is a microphone again, or the application does not listen any more.
     virtual void OnMicrophoneGoneNoMore() = 0;
+    /// There is no device to be heard by.
+    virtual void OnSpeakerGone() = 0;
+    /// There is one again.
+    virtual void OnSpeakerGoneNoMore() = 0;
     /// What is played goes into a file from now on.
     virtual void OnTakeStarted() = 0;
     /// The file is complete. `name` is its own, without its folder.

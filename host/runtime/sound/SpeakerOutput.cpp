@@ -7,7 +7,7 @@ namespace host {
 void SpeakerOutput::SetSimulatedLoss(bool isLost) {
     isLossSimulated_ = isLost;
     desk_.SetOutput(isLost ? MixDesk::Output::kMuted : MixDesk::Output::kHeard);
-    TellConsole();
+    Tell();
 }
 
 void SpeakerOutput::OnSpeakerNews() noexcept {
@@ -16,12 +16,12 @@ void SpeakerOutput::OnSpeakerNews() noexcept {
 
 void SpeakerOutput::OnSpeakerLost() noexcept {
     isDeviceLost_ = true;
-    TellConsole();
+    Tell();
 }
 
 void SpeakerOutput::OnSpeakerRestored() noexcept {
     isDeviceLost_ = false;
-    TellConsole();
+    Tell();
 }
 
 void SpeakerOutput::OnFramesPlayed(std::span<const float> frames) noexcept {
@@ -29,9 +29,11 @@ void SpeakerOutput::OnFramesPlayed(std::span<const float> frames) noexcept {
     if (OutputTap* const takeTap = takeTap_) takeTap->Push(frames);
 }
 
-void SpeakerOutput::TellConsole() {
+void SpeakerOutput::Tell() {
     const bool isLost = isDeviceLost_ || isLossSimulated_;
     if (std::exchange(isLossTold_, isLost) == isLost) return;
+    if (watcher_ != nullptr && isLost) watcher_->OnSpeakerGone();
+    if (watcher_ != nullptr && !isLost) watcher_->OnSpeakerGoneNoMore();
     if (isLost) {
         console_.SayOnce(wasThere_ ? "the sound output is gone; playing goes on when it is back"
                                    : "there is no sound output; playing is heard when there is one");
