@@ -16,7 +16,10 @@ readonly format=":qemu-aarch64:M::$head:$bits:$emulator:F"
 # shellcheck disable=SC2016 # expanded by the inner shell
 readonly inside='echo ready
 read -r _
-mount -t binfmt_misc none "$0" && printf %s "$1" >"$0/register" || exit
+if ! { mount -t binfmt_misc none "$0" && printf %s "$1" >"$0/register"; }; then
+    echo "with-arm64: this kernel learns of qemu only for the whole machine; the package binfmt-support does that" >&2
+    exit 1
+fi
 exec "${@:2}" >&3 </dev/null'
 exec 3>&1
 # debootstrap goes by the variable: who has users of his own makes no devices.
