@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
-"""Checks the Flatpak manifest: its form, and that it asks for nothing but a window, sound and the graphics card."""
+"""Checks the Flatpak manifest: its form, and that it asks for a window, sound, the graphics card and nothing else.
+
+Beside that it keeps the recordings, in a folder of its own.
+"""
 
 import sys
 
 import yaml
 
-ALLOWED = {"--socket=wayland", "--socket=fallback-x11", "--socket=pulseaudio", "--device=dri"}
+ASKED = {"--socket=wayland", "--socket=fallback-x11", "--socket=pulseaudio", "--device=dri", "--persist=Music"}
 NEEDED = ["id", "runtime", "runtime-version", "sdk", "command", "finish-args", "modules"]
 
 
@@ -13,7 +16,9 @@ def main():
     with open(sys.argv[1], encoding="utf-8") as file:
         manifest = yaml.safe_load(file)
     problems = [f"{name} is missing" for name in NEEDED if name not in manifest]
-    problems += [f"{asked} is not for an instrument" for asked in set(manifest.get("finish-args", [])) - ALLOWED]
+    asked = set(manifest.get("finish-args", []))
+    problems += [f"{each} is not for an instrument" for each in sorted(asked - ASKED)]
+    problems += [f"{each} is missing: it needs that" for each in sorted(ASKED - asked)]
     for module in manifest.get("modules", []):
         if not module.get("name") or not module.get("buildsystem") or not module.get("sources"):
             problems.append(f"the module {module.get('name')} lacks a name, a build system or sources")

@@ -195,7 +195,7 @@ void Notices::OnTakeEnded(const std::string& name) {
 
 void Notices::OnTakeLost(const std::string& folder) {
     mark_.SetVisible(false);
-    TellOfTake(TextOf("IDS_NOTICE_NOT_RECORDED") + '\n' + folder);
+    TellOfTake(TextOf("IDS_NOTICE_NOT_RECORDED") + (folder.empty() ? "" : '\n' + folder));
 }
 
 void Notices::TellOfTake(std::string text) {
