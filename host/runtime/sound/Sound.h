@@ -7,33 +7,20 @@
 #include <string>
 
 #include "backend/Backend.h"
-#include "backend/Speaker.h"
-#include "backend/Storage.h"
-#include "runtime/Console.h"
 #include "runtime/Options.h"
-#include "runtime/loop/EventLoop.h"
 #include "runtime/screen/input/PhoneKeyListener.h"
 #include "runtime/sound/Capture.h"
 #include "runtime/sound/ClipCache.h"
 #include "runtime/sound/DeviceSource.h"
 #include "runtime/sound/MixDesk.h"
 #include "runtime/sound/SimulatedMicrophone.h"
+#include "runtime/sound/SoundServices.h"
 #include "runtime/sound/SpeakerOutput.h"
-#include "runtime/trace/Trace.h"
 
 namespace host {
 
 class Recorder;
 class Takes;
-
-struct SoundServices {
-    EventLoop& loop;
-    Storage& storage;
-    Speaker& speaker;
-    Microphone& microphone;
-    Trace& trace;
-    Console& console;
-};
 
 /// The phone's ears and voice: it owns what lies between the framework's players and the speaker, and between the
 /// microphone and the framework's captures. One object a process at a time; UI thread only. It must outlive the event

@@ -6,7 +6,7 @@
 
 #include "runtime/sound/OutputTap.h"
 #include "runtime/sound/Recorder.h"
-#include "runtime/sound/Sound.h"
+#include "runtime/sound/SoundServices.h"
 #include "runtime/sound/SoundWatcher.h"
 #include "runtime/sound/SpeakerOutput.h"
 
