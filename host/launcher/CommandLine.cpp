@@ -49,7 +49,7 @@ void AddOptions(CLI::App& parser, const std::vector<std::string>& backends, Opti
     parser.add_option("--record", options.record, "Write what the speaker plays: .wav, .flac, .ogg")->type_name("FILE");
     parser.add_flag("--midi", options.hasMidi, "Send tones and breath to a MIDI sequencer port");
     parser.add_option("--midi-file", options.midiFile, "Write tones and breath as a MIDI file")->type_name("FILE");
-    parser.add_option("--screenshots", options.screenshots, "Where a performance's screenshots go; .")
+    parser.add_option("--screenshots", options.screenshots, "Where screenshots go; the working folder")
         ->type_name("DIR");
     parser.add_option("--trace", options.trace, "Write all that happens, a JSON object a line")->type_name("FILE");
     parser.add_flag("--trace-timers", options.hasTraceTimers, "Timers, too");

@@ -14,6 +14,6 @@ complete -c brevant -l keep-performance -d 'Write what is done as a performance'
 complete -c brevant -l record -d 'Write what the speaker plays: .wav, .flac, .ogg' -r -F
 complete -c brevant -l midi -d 'Send tones and breath to a MIDI sequencer port'
 complete -c brevant -l midi-file -d 'Write tones and breath as a MIDI file' -r -F
-complete -c brevant -l screenshots -d 'Where a performance\'s screenshots go; .' -x -a '(__fish_complete_directories)'
+complete -c brevant -l screenshots -d 'Where screenshots go; the working folder' -x -a '(__fish_complete_directories)'
 complete -c brevant -l trace -d 'Write all that happens, a JSON object a line' -r -F
 complete -c brevant -l trace-timers -d 'Timers, too'
