@@ -77,7 +77,7 @@ std::string ManualPage() {
            ".SH KEYS\n"
            ".TP\n.B R U F J\nCover the upper left, upper right, lower left and lower right hole.\n"
            ".TP\n.B Space\nBlows.\n"
-           ".TP\n.B Escape\nThe phone's Back key: closes what is open, then the program.\n"
+           ".TP\n.B Escape\nThe phone's Back key: closes a page, and on the play screen the program.\n"
            ".TP\n.B Page Up, Page Down\nThe phone's volume keys.\n"
            ".TP\n.B Tab, Enter\nGo from button to button, and press one.\n"
            ".TP\n.B F9\nBegins a recording in the user's music folder, as FLAC, or ends it.\n"
