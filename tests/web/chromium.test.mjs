@@ -150,6 +150,7 @@ onPhone(
         const drop = async (name, content) => {
             const path = join(chromium.folder, name);
             await writeFile(path, content);
+            await page.waitForFunction(() => 'brevant' in globalThis);
             const isLoaded = page.waitForNavigation();
             const data = { items: [], files: [path], dragOperationsMask: 1 };
             for (const type of /** @type {const} */ (['dragEnter', 'dragOver', 'drop'])) {

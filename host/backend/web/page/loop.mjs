@@ -36,7 +36,8 @@ export function createLoop() {
                 channel.port2.postMessage(wish);
             } else {
                 due = time;
-                timer = setTimeout(onTimer, delay);
+                // Browsers cut the fraction off, and the call would come before there is anything to do.
+                timer = setTimeout(onTimer, Math.ceil(delay));
             }
         },
     };

@@ -93,19 +93,6 @@ function askForAudioSession() {
     if (session !== undefined) session.type = 'play-and-record';
 }
 
-/** Until the splash's picture has been painted, which what follows would hold up; soon in any case. */
-async function waitForSplash() {
-    const LONGEST_MS = 300;
-    const splash = element('splash', HTMLImageElement);
-    await Promise.race([
-        splash
-            .decode()
-            .catch(() => {})
-            .then(() => new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve)))),
-        new Promise((resolve) => setTimeout(resolve, LONGEST_MS)),
-    ]);
-}
-
 /** The start is long for a slow phone; between its steps the browser sees to what has come meanwhile. */
 const letBrowserWork = () => new Promise((resolve) => setTimeout(resolve));
 
@@ -124,7 +111,6 @@ async function start() {
         return;
     }
     askForAudioSession();
-    const splashShown = waitForSplash();
     const soundIsUp = waitForSound();
     const dropped = findDropped();
     const files = request.files.filter((name) => name !== dropped?.name);
@@ -139,8 +125,6 @@ async function start() {
         import('./brevant.mjs'),
         ...files.map(fetchBytes),
     ]);
-
-    await splashShown;
 
     const screenLock = new ScreenLock();
     const speaker = createSpeaker({
