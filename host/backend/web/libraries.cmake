@@ -35,6 +35,8 @@ foreach(file samplerate src_linear src_sinc src_zoh)
   target_sources(web_samplerate PRIVATE ${sources}/libsamplerate/src/${file}.c)
 endforeach()
 target_include_directories(web_samplerate SYSTEM PUBLIC ${sources}/libsamplerate/include)
+# The microphone goes through it for as long as the ocarina is open.
+target_compile_options(web_samplerate PRIVATE -O3)
 target_compile_definitions(web_samplerate PRIVATE ENABLE_SINC_FAST_CONVERTER HAVE_STDBOOL_H PACKAGE="libsamplerate"
                            VERSION="0.2.2")
 

@@ -33,10 +33,11 @@ add_custom_command(OUTPUT ${web_folder}/package.bin
                    BYPRODUCTS ${web_folder}/splash.webp
                    DEPENDS ${package_files} ${CMAKE_SOURCE_DIR}/tools/web/make-archive.mjs VERBATIM)
 file(GLOB page_files CONFIGURE_DEPENDS ${page_folder}/*)
-set(page_parts ${page_folder}/index.html ${page_folder}/page.css ${page_folder}/early.js)
+set(page_parts ${page_folder}/index.html ${page_folder}/page.css ${page_folder}/early.js
+    ${page_folder}/start.js)
 list(REMOVE_ITEM page_files ${page_parts})
 add_custom_command(OUTPUT ${web_folder}/index.html
-                   COMMAND node ${CMAKE_SOURCE_DIR}/tools/web/put-parts-in.mjs ${page_parts} ${web_folder}/index.html
+                   COMMAND node ${CMAKE_SOURCE_DIR}/tools/web/put-parts-in.mjs ${web_folder}/index.html ${page_parts}
                    DEPENDS ${page_parts} ${CMAKE_SOURCE_DIR}/tools/web/put-parts-in.mjs VERBATIM)
 set(page_copies ${web_folder}/index.html)
 foreach(file ${page_files})

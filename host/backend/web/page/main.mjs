@@ -10,7 +10,7 @@ import { BackKey, KeptForGood, ScreenLock, watchTones, watchVisibility } from '.
 import { createSpeaker, waitForSound } from './speaker.mjs';
 import { createStorage } from './storage.mjs';
 import { textsOf } from './texts.mjs';
-import { useNewestVersion } from './updates.mjs';
+import { keepForLater } from './updates.mjs';
 
 /**
  * What the compiled program offers; its main file says what each does.
@@ -266,7 +266,7 @@ listenForDrops((name, problem) => notify(`${name}: ${texts[problem]}`));
 
 // On a first visit the ocarina comes first, and then what keeps it for later.
 const isKept = navigator.serviceWorker?.controller != null;
-if (isKept) useNewestVersion();
+if (isKept) keepForLater();
 start()
     .catch((error) => {
         console.error('brevant:', error);
@@ -275,5 +275,5 @@ start()
         else early.say(early.texts.interrupted, early.texts.retry);
     })
     .then(() => {
-        if (!isKept) useNewestVersion();
+        if (!isKept) keepForLater();
     });

@@ -1,4 +1,5 @@
-// Serves the whole page without a network. One cache holds one version: all of its files or none of them.
+// Serves the whole page without a network. One cache holds one version: all of its files or none of them. A page asks for
+// nothing before it and this worker agree on the version (start.js), and from then on no other version can take over.
 
 // tools/web/stamp.mjs puts the files with their SHA-256 sums here, and the version that follows from them.
 const VERSION = '@VERSION@';
@@ -44,23 +45,59 @@ self.addEventListener('activate', (event) => {
             for (const name of await caches.keys()) {
                 if (name.startsWith(PREFIX) && name !== CACHE) await caches.delete(name);
             }
-            await self.clients.claim();
         })(),
     );
 });
 
+/** What a page that this worker serves gets: this version, unless another one, or the browser for lack of room, has ended it. */
+async function keptVersion() {
+    const kept = (await caches.keys()).filter((name) => name.startsWith(PREFIX));
+    return kept.includes(CACHE) ? VERSION : (kept[0]?.slice(PREFIX.length) ?? null);
+}
+
+/** No other page of the ocarina's is open, which could be on its way and get files of two versions. */
+async function hasOnePage() {
+    const WAITS = 5;
+    const WAIT_MS = 100;
+    // A page that has just been left is counted for a moment.
+    for (let wait = 0; wait <= WAITS; ++wait) {
+        if (wait > 0) await new Promise((resolve) => setTimeout(resolve, WAIT_MS));
+        const pages = await self.clients.matchAll({ type: 'window', includeUncontrolled: true });
+        if (pages.filter(({ url }) => url.startsWith(self.registration.scope)).length <= 1) return true;
+    }
+    return false;
+}
+
 self.addEventListener('message', (event) => {
-    if (event.data === 'take over') self.skipWaiting();
+    const [port] = event.ports;
+    event.waitUntil(
+        (async () => {
+            if (event.data === 'version') port.postMessage(await keptVersion());
+            if (event.data !== 'take over') return;
+            const isTaking = await hasOnePage();
+            port.postMessage(isTaking);
+            if (isTaking) await self.skipWaiting();
+        })(),
+    );
 });
+
+/** @type {Cache | null} */
+let opened = null;
+/** The cache stays open from the first request on: it answers all of them, even when its name has gone meanwhile. */
+async function openKept() {
+    // Opening one that is not there would make an empty one.
+    if (opened === null && (await caches.has(CACHE))) opened = await caches.open(CACHE);
+    return opened;
+}
 
 self.addEventListener('fetch', (event) => {
     const { request } = event;
     if (request.method !== 'GET' || !request.url.startsWith(self.registration.scope)) return;
     event.respondWith(
         (async () => {
-            const cache = await caches.open(CACHE);
+            const cache = await openKept();
             // The address's options lead to the same page.
-            const kept = await cache.match(request.mode === 'navigate' ? 'index.html' : request, {
+            const kept = await cache?.match(request.mode === 'navigate' ? 'index.html' : request, {
                 ignoreSearch: true,
             });
             return kept ?? fetch(request);
