@@ -1,10 +1,10 @@
-// compare-renderings.mjs BUILT RUNS: plays in node what the native tests have played, and compares. RUNS holds a folder
-// for each run, as tests/support/ProgramRun keeps them: its performance, trace, recording, settings and arguments. Traces
-// must be the same line for line, recordings within -60 dB of each other.
+// compare-renderings.mjs BUILT RUNS: plays in node and in a page what the native tests have played, and compares. RUNS
+// holds a folder for each run, as tests/support/ProgramRun keeps them: its performance, trace, recording, settings and
+// arguments. Traces must be the same line for line, recordings within -60 dB of each other.
 import { existsSync, readFileSync, readdirSync } from 'node:fs';
 import { join } from 'node:path';
 
-import { render } from './node-host.mjs';
+import { openNode, openPage } from './renderers.mjs';
 
 const LARGEST_DIFFERENCE_DB = -60;
 const WAV_HEADER_BYTES = 44;
@@ -57,8 +57,6 @@ function translate(folder) {
     return { options, files };
 }
 
-let failures = 0;
-let worst = -Infinity;
 // A refused run has played nothing, and a page has no folder that could stand where the settings should.
 const hasFolderForSettings = (name) =>
     existsSync(join(runs, name, 'data-before')) &&
@@ -66,26 +64,50 @@ const hasFolderForSettings = (name) =>
 const names = readdirSync(runs)
     .filter((name) => readFileSync(join(runs, name, 'status'), 'utf8') === '0' && !hasFolderForSettings(name))
     .sort();
-for (const name of names) {
-    const folder = join(runs, name);
-    const { options, files } = translate(folder);
-    const { outputs, refusal } = await render(built, options, files);
-    const problems = refusal ? [`refused: ${refusal}`] : [];
-    const text = (bytes) => Buffer.from(bytes ?? []).toString('utf8');
-    const other = firstOtherLine(readFileSync(join(folder, 'trace.jsonl'), 'utf8'), text(outputs.get('trace.jsonl')));
-    if (other) problems.push(`trace: ${other}`);
-    const recording = join(folder, 'recording.wav');
-    if (existsSync(recording)) {
-        const level = difference(readFileSync(recording), Buffer.from(outputs.get('recording.wav') ?? []));
-        if (typeof level === 'string') problems.push(`recording: ${level}`);
-        else worst = Math.max(worst, level);
-        if (level > LARGEST_DIFFERENCE_DB) problems.push(`recording: ${level.toFixed(1)} dB apart`);
+
+/** Whether all runs are the same there. */
+async function compare(where, renderer) {
+    let failures = 0;
+    let recordings = 0;
+    let worst = -Infinity;
+    for (const name of names) {
+        const folder = join(runs, name);
+        const { options, files } = translate(folder);
+        const { status, refusal, outputs } = await renderer.render(options, files);
+        const problems = [];
+        if (status !== 0) problems.push(refusal ? `refused: ${refusal}` : `it ends with ${status}`);
+        const trace = Buffer.from(outputs.get('trace.jsonl') ?? []).toString('utf8');
+        const other = firstOtherLine(readFileSync(join(folder, 'trace.jsonl'), 'utf8'), trace);
+        if (other) problems.push(`trace: ${other}`);
+        const recording = join(folder, 'recording.wav');
+        if (existsSync(recording)) {
+            recordings += 1;
+            const level = difference(readFileSync(recording), Buffer.from(outputs.get('recording.wav') ?? []));
+            if (typeof level === 'string') problems.push(`recording: ${level}`);
+            else worst = Math.max(worst, level);
+            if (level > LARGEST_DIFFERENCE_DB) problems.push(`recording: ${level.toFixed(1)} dB apart`);
+        }
+        if (problems.length === 0) continue;
+        failures += 1;
+        if (failures <= MOST_SHOWN) console.error(`${name}: ${problems.join('\n   ')}`);
     }
-    if (problems.length === 0) continue;
-    failures += 1;
-    if (failures <= MOST_SHOWN) console.error(`${name}: ${problems.join('\n   ')}`);
+    const same = names.length - failures;
+    console.log(
+        `renderings in ${where}: ${same} of ${names.length} runs are the same; ${recordings} recordings at most ${worst.toFixed(1)} dB apart`,
+    );
+    return failures === 0 && recordings > 0;
 }
-console.log(
-    `renderings: ${names.length - failures} of ${names.length} runs are the same; recordings at most ${worst.toFixed(1)} dB apart`,
-);
-process.exit(failures > 0 || names.length === 0 ? 1 : 0);
+
+let isSame = true;
+for (const [where, open] of [
+    ['node', openNode],
+    ['a page', openPage],
+]) {
+    const renderer = await open(built);
+    try {
+        isSame = (await compare(where, renderer)) && isSame;
+    } finally {
+        await renderer.close();
+    }
+}
+process.exit(isSame ? 0 : 1);

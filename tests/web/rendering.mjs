@@ -1,7 +1,5 @@
-// What a page hands to the program, for node: files in memory, nothing to see or hear. Texts have plausible sizes.
-import { readFileSync } from 'node:fs';
-import { join } from 'node:path';
-import { pathToFileURL } from 'node:url';
+// What a page hands to the program for a performance on the virtual clock: files in memory, nothing to see or hear. Texts
+// have plausible sizes. It runs in node and in a browser.
 
 // Of Noto Sans, in parts of the em square: from its table hhea, and the mean width of English letters.
 const ASCENT = 1.069;
@@ -31,28 +29,31 @@ function createBlindPainter() {
     };
 }
 
+// What is kept for another visit is read back by nobody.
+const FORGETFUL = { getItem: () => null, setItem: () => {} };
+
+/**
+ * The built program and what it needs; its package is read, never changed.
+ * @typedef {{ createBrevant: (parts: object) => Promise<unknown>, createStorage: (parts: object) => any,
+ *     archive: ArrayBuffer, splash: Uint8Array, wasm: Uint8Array }} Built
+ */
+
 /**
  * Runs a performance on the virtual clock.
- * @param {string} built the folder build/web
+ * @param {Built} built
  * @param {string[]} options of the program, "--name=value"
  * @param {Map<string, Uint8Array>} files by the names that the options give them
- * @returns {Promise<{ status: number | undefined, refusal: string | undefined, errors: string[], outputs: Map<string, Uint8Array> }>}
+ * @returns {Promise<{ status: number | undefined, refusal: string | undefined, outputs: Map<string, Uint8Array> }>}
  */
-export async function render(built, options, files) {
-    const { createStorage } = await import(pathToFileURL(join(built, 'storage.mjs')).href);
-    const { default: createBrevant } = await import(pathToFileURL(join(built, 'brevant.mjs')).href);
-    const archive = readFileSync(join(built, 'package.bin'));
-    const storage = createStorage({
-        archive: archive.buffer.slice(archive.byteOffset, archive.byteOffset + archive.length),
-        settings: null,
-    });
-    storage.addFile('package/images/intro01.png', readFileSync(join(built, 'splash.webp')));
+export async function render({ createBrevant, createStorage, archive, splash, wasm }, options, files) {
+    const storage = createStorage({ archive, settings: FORGETFUL });
+    storage.addFile('package/images/intro01.png', splash);
     for (const [name, bytes] of files) storage.addFile(name, bytes);
-    const result = { status: undefined, refusal: undefined, errors: [], outputs: new Map() };
+    const result = { status: undefined, refusal: undefined, outputs: new Map() };
     await createBrevant({
-        wasmBinary: readFileSync(join(built, 'brevant.wasm')),
+        wasmBinary: wasm,
         arguments: ['--backend=headless', ...options],
-        printErr: (line) => result.errors.push(line),
+        printErr: () => {},
         host: {
             window: {
                 canvas: { width: 0, height: 0 },
