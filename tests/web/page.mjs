@@ -121,12 +121,19 @@ export function hasSaid(page, lines) {
 }
 
 /**
- * Some browsers run no audio context without a sound device: a server of our own has one that nobody hears.
+ * Some browsers run no audio context without a sound device: a server of our own has one that nobody hears, and a
+ * microphone.
  * @param {string} folder of the test's own
  */
 export async function startSound(folder) {
     const socket = join(folder, 'sound');
-    const modules = ['module-null-sink', `module-native-protocol-unix socket=${socket} auth-anonymous=1`];
+    const modules = [
+        'module-null-sink sink_name=speaker',
+        // What is played into this sink is heard by the microphone.
+        'module-null-sink sink_name=breath norewinds=1',
+        'module-remap-source master=breath.monitor source_name=microphone',
+        `module-native-protocol-unix socket=${socket} auth-anonymous=1`,
+    ];
     const env = { HOME: folder, XDG_RUNTIME_DIR: folder };
     const server = spawn(
         'pulseaudio',
