@@ -68,7 +68,8 @@ start_server() {
 kill_server() {
     local process
     for process in "${servers[@]}"; do
-        kill -KILL "$process"
+        # PipeWire's other processes end with it by themselves.
+        kill -KILL "$process" 2>/dev/null || true
         wait "$process" 2>/dev/null || true
     done
     servers=()
