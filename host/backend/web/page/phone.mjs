@@ -81,8 +81,10 @@ export class ScreenLock {
     async #apply() {
         if (!('wakeLock' in navigator) || this.#isAsking) return;
         if (!this.#isWanted) {
-            await this.#lock?.release();
+            const lock = this.#lock;
+            // Before anything is awaited: a tone that begins meanwhile asks for a lock of its own.
             this.#lock = null;
+            await lock?.release();
         } else if ((this.#lock === null || this.#lock.released) && document.visibilityState === 'visible') {
             this.#isAsking = true;
             // Refused where the battery is low, which is the user's own choice.
