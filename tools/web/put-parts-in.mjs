@@ -1,5 +1,5 @@
-// Puts the style and the scripts that come before all modules into the page, so that nothing more is waited for before it
-// is painted, and the scripts are there whatever the network does.
+// Puts the style and the first scripts into the page: it is painted without waiting for them, and they are there whatever
+// the network does.
 // Usage: node tools/web/put-parts-in.mjs RESULT PAGE PART...
 
 import { readFileSync, writeFileSync } from 'node:fs';
