@@ -30,6 +30,14 @@ public:
 
     /// Makes a waiting driver run a step soon. Any thread, the audio thread included: neither blocks nor allocates.
     virtual void Wake() noexcept = 0;
+
+    /// By how much a timer that need not be exact may come late, so as to come with another one. 0 where a step costs
+    /// nobody any rest.
+    [[nodiscard]] virtual Microseconds TimerSlack() const noexcept { return 0; }
+
+protected:
+    /// Half of the ocarina's tick: of any two of its ticks one comes so soon after the other.
+    static constexpr Microseconds kHalfTick = 15'000;
 };
 
 }  // namespace host

@@ -11,6 +11,8 @@
 #include "Tizen/Base/String.h"
 #include "Tizen/System/SettingInfo.h"
 #include "Tizen/System/SystemInfo.h"
+#include "backend/headless/VirtualClock.h"
+#include "runtime/loop/EventLoop.h"
 #include "support/TestPhone.h"
 
 namespace {
@@ -34,6 +36,39 @@ public:
 private:
     TestPhone& phone_;
 };
+
+struct SlackLoop final : host::LoopDriver {
+    void Run(host::LoopClient&) override {}
+    void Wake() noexcept override {}
+    [[nodiscard]] host::Microseconds TimerSlack() const noexcept override { return slack; }
+
+    host::Microseconds slack = 0;
+};
+
+// When two ticks of 30 come that were started 18 apart, and a timer that is exact, up to 160.
+std::vector<std::vector<host::Microseconds>> TimesWithSlack(host::Microseconds slack) {
+    host::VirtualClock clock;
+    SlackLoop driver;
+    driver.slack = slack;
+    host::EventLoop loop(clock, driver);
+    std::vector<std::vector<host::Microseconds>> times(3);
+    std::function<void(std::size_t)> tick = [&](std::size_t which) {
+        loop.StartTick(30, [&, which] {
+            times[which].push_back(loop.Now());
+            tick(which);
+        });
+    };
+    tick(0);
+    loop.StartTimer(125, [&] { times[2].push_back(loop.Now()); });
+    const bool isEnding = false;
+    // Something else makes a step every time, as blocks of the microphone do.
+    for (host::Microseconds now = 1; now <= 160; ++now) {
+        loop.RunDue(now, isEnding);
+        if (now == 18) tick(1);
+        EXPECT_GT(loop.NextDue(), now);
+    }
+    return times;
+}
 
 }  // namespace
 
@@ -82,6 +117,14 @@ TEST(Timer, ExpiresOnceForEachStartAndNeverWhenItIsCancelledOrGone) {
     EXPECT_EQ((std::vector<std::int64_t>{130, 160, 190}), tick.timesMs);
     EXPECT_TRUE(cancelled.timesMs.empty());
     EXPECT_EQ((std::vector<std::int64_t>{125}), last.timesMs);
+}
+
+TEST(Timer, TicksComeTogetherWithinTheSlackAndNobodyElseIsLate) {
+    using Times = std::vector<std::vector<host::Microseconds>>;
+    EXPECT_EQ((Times{{30, 60, 90, 120, 150}, {48, 78, 108, 138}, {125}}), TimesWithSlack(0));
+    EXPECT_EQ((Times{{30, 60, 90, 125, 155}, {60, 90, 125, 155}, {125}}), TimesWithSlack(15));
+    // Those that are further apart stay so.
+    EXPECT_EQ((Times{{30, 60, 90, 125, 155}, {48, 78, 108, 138}, {125}}), TimesWithSlack(5));
 }
 
 TEST(Text, FormatsCutsAndComesBackAsTheBytesItWasMadeFrom) {

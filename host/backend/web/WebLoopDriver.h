@@ -12,6 +12,7 @@ public:
 
     void Run(LoopClient& client) override;
     void Wake() noexcept override;
+    [[nodiscard]] Microseconds TimerSlack() const noexcept override { return kHalfTick; }
 
     /// A step comes at once, so that until then Wake need not ask the page for one.
     void ExpectStep() noexcept { isStepComing_ = true; }

@@ -32,9 +32,12 @@ void EventLoop::PostTo(std::weak_ptr<const void> receiver, std::function<void()>
 
 void EventLoop::RunDue(Microseconds now, const bool& isEnding) {
     SetNow(now);
+    bool isTimersTime = false;
     do {
         RunPosted();
-    } while (!isEnding && timers_.FireFirstExpired(now_));
+        // Asked until it is once: from then on all that is due comes in this step, whatever else comes soon.
+        isTimersTime = isTimersTime || timers_.NextExpiry() <= now_;
+    } while (!isEnding && isTimersTime && timers_.FireFirstDue(now_));
 }
 
 void EventLoop::BeginInput() {
@@ -53,7 +56,7 @@ void EventLoop::RunPosted() {
 }
 
 Microseconds EventLoop::NextDue() const {
-    return posted_.empty() ? timers_.NextDue() : now_;
+    return posted_.empty() ? timers_.NextExpiry() : now_;
 }
 
 void EventLoop::Clear() {

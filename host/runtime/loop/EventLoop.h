@@ -25,6 +25,11 @@ public:
     TimerQueue::Id StartTimer(Microseconds interval, std::function<void()> fire) {
         return timers_.Start(now_ + interval, std::move(fire));
     }
+    /// As StartTimer, but within the driver's slack it waits for the timer that expires next. So ticks of the same
+    /// interval come together, and wake the machine once for all of them.
+    TimerQueue::Id StartTick(Microseconds interval, std::function<void()> fire) {
+        return timers_.Start(now_ + interval, std::move(fire), driver_.TimerSlack());
+    }
     void CancelTimer(TimerQueue::Id id) { timers_.Cancel(id); }
 
     /// Runs `event` later; when `receiver` has expired by then, `dropped` runs instead (if it is set). UI thread only;

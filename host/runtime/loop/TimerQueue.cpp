@@ -1,12 +1,14 @@
 #include "runtime/loop/TimerQueue.h"
 
+#include <algorithm>
+
 #include "backend/LoopDriver.h"
 
 namespace host {
 
-TimerQueue::Id TimerQueue::Start(Microseconds due, std::function<void()> fire) {
+TimerQueue::Id TimerQueue::Start(Microseconds due, std::function<void()> fire, Microseconds slack) {
     const Id id = ++lastId_;
-    timers_.emplace(Key{due, id}, std::move(fire));
+    timers_.emplace(Key{due, id}, Timer{std::move(fire), slack});
     dues_.emplace(id, due);
     return id;
 }
@@ -18,17 +20,25 @@ void TimerQueue::Cancel(Id id) {
     dues_.erase(found);
 }
 
-bool TimerQueue::FireFirstExpired(Microseconds now) {
+bool TimerQueue::FireFirstDue(Microseconds now) {
     if (timers_.empty() || timers_.begin()->first.first > now) return false;
     // The node leaves the queue first: the callback may start, cancel or destroy whatever it likes.
     const auto node = timers_.extract(timers_.begin());
     dues_.erase(node.key().second);
-    node.mapped()();
+    node.mapped().fire();
     return true;
 }
 
-Microseconds TimerQueue::NextDue() const {
-    return timers_.empty() ? LoopClient::kNever : timers_.begin()->first.first;
+Microseconds TimerQueue::NextExpiry() const {
+    Microseconds expiry = LoopClient::kNever;
+    Microseconds latest = LoopClient::kNever;
+    for (const auto& [key, timer] : timers_) {
+        const Microseconds due = key.first;
+        if (due > latest) break;
+        expiry = due;
+        latest = std::min(latest, due + timer.slack);
+    }
+    return expiry;
 }
 
 }  // namespace host

@@ -32,8 +32,8 @@ result Timer::Start(int milliseconds) {
     if (pListener_ == nullptr) return E_INVALID_STATE;
     Cancel();
     interval_ = milliseconds;
-    id_ = host::Runtime::Current().GetLoop().StartTimer(milliseconds * host::kMicrosecondsPerMillisecond,
-                                                        [this] { Expire(); });
+    id_ = host::Runtime::Current().GetLoop().StartTick(milliseconds * host::kMicrosecondsPerMillisecond,
+                                                       [this] { Expire(); });
     TraceTimer("started", interval_);
     return E_SUCCESS;
 }

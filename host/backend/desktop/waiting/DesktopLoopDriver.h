@@ -22,6 +22,7 @@ public:
 
     void Run(LoopClient& client) override;
     void Wake() noexcept override;
+    [[nodiscard]] Microseconds TimerSlack() const noexcept override { return kHalfTick; }
 
 private:
     void HandleEvents();
