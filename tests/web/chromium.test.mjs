@@ -193,6 +193,9 @@ onPhone('without a network everything is there after the first visit', async (pa
     await phone.showsPlayScreen(page);
     await page.evaluate(async () => (await navigator.serviceWorker.ready).scope);
     await page.setOfflineMode(true);
+    // An address without options is answered past the worker where the browser can do so.
+    await page.goto(chromium.server.address);
+    await phone.showsPlayScreen(page);
     await page.goto(`${chromium.server.address}?language=de`);
     await page.waitForFunction(() => document.querySelector('#mirror button')?.textContent === 'Menü');
     await phone.listen(page);

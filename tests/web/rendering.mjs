@@ -34,7 +34,7 @@ const FORGETFUL = { getItem: () => null, setItem: () => {} };
 
 /**
  * The built program and what it needs; its package is read, never changed.
- * @typedef {{ createBrevant: (parts: object) => Promise<unknown>, createStorage: (parts: object) => any,
+ * @typedef {{ createBrevant: (parts: object) => Promise<any>, createStorage: (parts: object) => any,
  *     archive: ArrayBuffer, splash: Uint8Array, wasm: Uint8Array }} Built
  */
 
@@ -50,9 +50,8 @@ export async function render({ createBrevant, createStorage, archive, splash, wa
     storage.addFile('package/images/intro01.png', splash);
     for (const [name, bytes] of files) storage.addFile(name, bytes);
     const result = { status: undefined, refusal: undefined, outputs: new Map() };
-    await createBrevant({
+    const program = await createBrevant({
         wasmBinary: wasm,
-        arguments: ['--backend=headless', ...options],
         printErr: () => {},
         host: {
             window: {
@@ -68,6 +67,7 @@ export async function render({ createBrevant, createStorage, archive, splash, wa
             storage,
         },
     });
+    program.callMain(['--backend=headless', ...options]);
     result.outputs = storage.outputs;
     return result;
 }

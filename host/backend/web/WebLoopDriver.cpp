@@ -8,7 +8,8 @@ namespace host {
 
 void WebLoopDriver::Run(LoopClient& client) {
     client_ = &client;
-    Step();
+    // The start has taken long; between it and the first step the browser sees to what has come meanwhile.
+    web_loop_schedule(0);
 }
 
 void WebLoopDriver::Wake() noexcept {

@@ -17,8 +17,9 @@ set_target_properties(brevant PROPERTIES RULE_LAUNCH_LINK "${CMAKE_COMMAND} -E e
 set_target_properties(brevant PROPERTIES SUFFIX .mjs RUNTIME_OUTPUT_DIRECTORY ${web_folder}
                       LINK_DEPENDS ${CMAKE_SOURCE_DIR}/host/backend/web/bridge.js)
 target_link_options(brevant PRIVATE -Oz -sMODULARIZE -sEXPORT_ES6 -sEXPORT_NAME=createBrevant -sFILESYSTEM=0
-                    -sALLOW_MEMORY_GROWTH -sENVIRONMENT=web -sSTRICT -sINCOMING_MODULE_JS_API=[host,arguments,instantiateWasm,print,printErr,wasmBinary,locateFile]
-                    -sEXPORTED_RUNTIME_METHODS=[ccall] -sMALLOC=emmalloc -sEXPORTED_FUNCTIONS=[_main,_malloc]
+                    -sALLOW_MEMORY_GROWTH -sENVIRONMENT=web -sSTRICT -sINCOMING_MODULE_JS_API=[host,instantiateWasm,print,printErr,wasmBinary,locateFile]
+                    -sINVOKE_RUN=0
+                    -sEXPORTED_RUNTIME_METHODS=[ccall,callMain] -sMALLOC=emmalloc -sEXPORTED_FUNCTIONS=[_main,_malloc]
                     --js-library ${CMAKE_SOURCE_DIR}/host/backend/web/bridge.js)
 
 add_executable(mix host/backend/web/worklet/MixModule.cpp)

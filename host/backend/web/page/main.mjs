@@ -15,6 +15,7 @@ import { keepForLater } from './updates.mjs';
 /**
  * What the compiled program offers; its main file says what each does.
  * @typedef {{
+ *   callMain(options: string[]): void,
  *   ccall(name: string, result: null, types: string[], values: (string | number)[]): void,
  *   _brevant_touch(finger: number, kind: number, x: number, y: number): void,
  *   _brevant_phone_key(kind: number): void,
@@ -208,7 +209,9 @@ async function start() {
     Object.assign(globalThis, { brevant: host });
 
     await letBrowserWork();
-    const module = await program.default({ host, arguments: request.options });
+    const module = await program.default({ host });
+    await letBrowserWork();
+    module.callMain(request.options);
     if (hasEnded) return;
     await letBrowserWork();
     running = module;

@@ -14,8 +14,8 @@ const FAMILIES_OF_LANGUAGE = {
 };
 
 const FULL_CHANNEL = 255;
-const BYTES_OF_WORD = 4;
 const MOST_WIDTHS = 2000;
+const DECODED_AT_ONCE = 4;
 const SHAPE_RECTANGLE = 0;
 const SHAPE_ELLIPSE = 1;
 
@@ -37,17 +37,16 @@ function makeCanvas(width, height) {
 }
 
 /**
- * Tells one file's bytes from another's: the length, and FNV-1a (Fowler, Noll, Vo) of 32 bits. It takes in a word at a time,
- * since byte by byte the start would stand still for it; a last part of a word counts by the length alone.
+ * Tells one packed picture from another: its length, and bytes from all over it. Where packed bytes differ in one place they
+ * differ in most. Summing all of them would make the start stand still.
  * @param {Uint8Array} bytes
  */
 function keyOf(bytes) {
-    const words = new DataView(bytes.buffer, bytes.byteOffset, bytes.length);
-    let hash = 0x811c9dc5;
-    for (let at = 0; at + BYTES_OF_WORD <= bytes.length; at += BYTES_OF_WORD) {
-        hash = Math.imul(hash ^ words.getUint32(at, true), 0x01000193);
-    }
-    return `${bytes.length}:${hash}`;
+    const SAMPLES = 64;
+    const step = Math.ceil(bytes.length / SAMPLES);
+    let key = `${bytes.length}`;
+    for (let at = bytes.length - 1; at >= 0; at -= step) key += ` ${bytes[at]}`;
+    return key;
 }
 
 /** @param {Context} context */
@@ -250,14 +249,17 @@ export function createPainter(canvas) {
          * @param {Uint8Array[]} files
          */
         async prepare(files) {
-            await Promise.all(
-                files.map(async (bytes) => {
-                    const bitmap = await createImageBitmap(new Blob([/** @type {BlobPart} */ (bytes)])).catch(
-                        () => null,
-                    );
-                    if (bitmap) prepared.set(keyOf(bytes), bitmap);
-                }),
-            );
+            const left = [...files];
+            const prepareNext = async () => {
+                const bytes = left.shift();
+                if (bytes === undefined) return;
+                const blob = new Blob([/** @type {BlobPart} */ (bytes)]);
+                const bitmap = await createImageBitmap(blob).catch(() => null);
+                if (bitmap) prepared.set(keyOf(bytes), bitmap);
+                await prepareNext();
+            };
+            // The browser decodes beside the page, but each file costs the page a moment: all at once it would stand still.
+            await Promise.all(Array.from({ length: DECODED_AT_ONCE }, prepareNext));
         },
         /** @param {number} picture @param {Uint8Array} bytes of a file that was prepared @returns {boolean} */
         takePicture(picture, bytes) {

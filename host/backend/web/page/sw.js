@@ -6,6 +6,7 @@ const VERSION = '@VERSION@';
 /** @type {Record<string, string>} */
 const FILES = {};
 
+const INDEX = 'index.html';
 const PREFIX = `brevant ${self.registration.scope} `;
 const CACHE = PREFIX + VERSION;
 
@@ -22,7 +23,10 @@ async function keep(cache, name) {
     // A server in the middle of an update has files of two versions.
     const sum = await sumOf(await answer.clone().arrayBuffer());
     if (sum !== FILES[name]) throw new Error(`${name} is of another version`);
-    await cache.put(name, answer);
+    // A page must not come from an answer that was redirected, as a server may do that leaves "index.html" out.
+    const file = answer.redirected ? new Response(await answer.blob(), { headers: answer.headers }) : answer;
+    if (name === INDEX) await cache.put('./', file.clone());
+    await cache.put(name, file);
 }
 
 self.addEventListener('install', (event) => {
@@ -37,6 +41,9 @@ self.addEventListener('install', (event) => {
             }
         })(),
     );
+    // A browser that can takes the files out of the cache by itself, and no page waits until this worker is up. Addresses
+    // with options come to the worker as before. What is not in the cache comes from the network.
+    event.addRoutes?.({ condition: { urlPattern: new URLPattern({ search: '' }) }, source: { cacheName: CACHE } });
 });
 
 self.addEventListener('activate', (event) => {
@@ -97,7 +104,7 @@ self.addEventListener('fetch', (event) => {
         (async () => {
             const cache = await openKept();
             // The address's options lead to the same page.
-            const kept = await cache?.match(request.mode === 'navigate' ? 'index.html' : request, {
+            const kept = await cache?.match(request.mode === 'navigate' ? INDEX : request, {
                 ignoreSearch: true,
             });
             return kept ?? fetch(request);
